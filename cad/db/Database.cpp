@@ -1,0 +1,115 @@
+// The object store of a database: slots by handle, adding objects, and the open/close rules
+// (many readers or one writer; erased objects only when asked for).
+#include "cad/db/Database.h"
+
+#include <algorithm>
+
+#include "cad/db/DbObject.h"
+#include "cad/db/ObjectSlot.h"
+
+namespace cad::db {
+
+namespace {
+// The host refuses more readers than this on one object; a loop that forgets to close hits it.
+constexpr int kMaxReaders = 256;
+}  // namespace
+
+Database::Database(bool buildDefaultDrawing, bool noDocument) : noDocument_(noDocument) {
+    if (buildDefaultDrawing) this->buildDefaultDrawing();
+}
+
+Database::~Database() {
+    // Objects may refer to each other in their destructors' eyes only through ids, so the
+    // order does not matter; drop the objects before the slots their ids point at.
+    for (auto& [handle, slot] : slots_) slot->object.reset();
+}
+
+ErrorStatus Database::addObject(std::unique_ptr<DbObject> object, ObjectId& id, ObjectId ownerId,
+                                Handle handle) {
+    if (!object) return ErrorStatus::eNullObjectId;
+    if (object->slot_ != nullptr) return ErrorStatus::eInvalidInput;  // already resident
+    if (handle.isNull()) {
+        while (slots_.count(handseed_) != 0) handseed_ = handseed_.next();
+        handle = handseed_;
+    }
+    auto& slot = slots_[handle];
+    if (!slot) {
+        slot = std::make_unique<ObjectSlot>();
+        slot->database = this;
+        slot->handle = handle;
+    } else if (slot->object) {
+        return ErrorStatus::eDuplicateKey;
+    }
+    if (handseed_ <= handle) handseed_ = handle.next();
+    object->slot_ = slot.get();
+    object->owner_ = ownerId;
+    slot->object = std::move(object);
+    slot->erased = false;
+    id = ObjectId(slot.get());
+    return ErrorStatus::eOk;
+}
+
+ErrorStatus Database::getObjectId(ObjectId& id, bool createIfNotFound, Handle handle) {
+    id = ObjectId::kNull;
+    if (handle.isNull()) return ErrorStatus::eNullObjectId;
+    auto it = slots_.find(handle);
+    if (it != slots_.end()) {
+        id = ObjectId(it->second.get());
+        return ErrorStatus::eOk;
+    }
+    if (!createIfNotFound) return ErrorStatus::eKeyNotFound;
+    auto slot = std::make_unique<ObjectSlot>();
+    slot->database = this;
+    slot->handle = handle;
+    id = ObjectId(slot.get());
+    slots_.emplace(handle, std::move(slot));
+    if (handseed_ <= handle) handseed_ = handle.next();
+    return ErrorStatus::eOk;
+}
+
+std::vector<ObjectId> Database::objectIds() const {
+    std::vector<ObjectId> ids;
+    ids.reserve(slots_.size());
+    for (const auto& [handle, slot] : slots_) {
+        if (slot->object) ids.emplace_back(slot.get());
+    }
+    std::sort(ids.begin(), ids.end(),
+              [](ObjectId a, ObjectId b) { return a.handle() < b.handle(); });
+    return ids;
+}
+
+ErrorStatus Database::openObject(DbObject*& object, ObjectId id, OpenMode mode, bool openErased) {
+    object = nullptr;
+    ObjectSlot* slot = id.slot();
+    if (slot == nullptr) return ErrorStatus::eNullObjectId;
+    if (slot->database != this) return ErrorStatus::eWrongDatabase;
+    if (!slot->object) return ErrorStatus::eKeyNotFound;
+    if (slot->erased && !openErased) return ErrorStatus::eWasErased;
+    if (slot->writer) return ErrorStatus::eWasOpenedForWrite;
+    if (mode == OpenMode::ForWrite) {
+        if (slot->readers > 0) return ErrorStatus::eWasOpenedForRead;
+        slot->writer = true;
+    } else {
+        if (slot->readers >= kMaxReaders) return ErrorStatus::eAtMaxReaders;
+        ++slot->readers;
+    }
+    ++openCount_;
+    object = slot->object.get();
+    return ErrorStatus::eOk;
+}
+
+ErrorStatus Database::closeObject(ObjectId id, OpenMode mode) {
+    ObjectSlot* slot = id.slot();
+    if (slot == nullptr || slot->database != this) return ErrorStatus::eNullObjectId;
+    if (mode == OpenMode::ForWrite) {
+        if (!slot->writer) return ErrorStatus::eNotOpenedForRead;
+        slot->writer = false;
+    } else {
+        if (slot->readers == 0) return ErrorStatus::eNotOpenedForRead;
+        --slot->readers;
+    }
+    --openCount_;
+    return ErrorStatus::eOk;
+}
+
+}  // namespace cad::db

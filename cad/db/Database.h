@@ -1,0 +1,158 @@
+// A drawing database: the objects of one drawing, their ids and handles, the symbol tables
+// and dictionaries, reading from and saving to DXF files, and cloning between databases.
+// The implementation is split by concern: Database.cpp (object store, open and close),
+// DatabaseContent.cpp (default drawing content and the well-known objects),
+// DatabaseFiles.cpp (reading and saving), DatabaseClone.cpp (deep and wblock cloning).
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "cad/db/AuditIssue.h"
+#include "cad/db/DxfVersion.h"
+#include "cad/db/HeaderVariables.h"
+#include "cad/db/ObjectId.h"
+#include "cad/db/OpenMode.h"
+#include "cad/sys/CodePage.h"
+#include "cad/sys/ErrorStatus.h"
+#include "cad/sys/SharedFile.h"
+
+namespace cad::db {
+
+class DbObject;
+class IdMapping;
+struct ObjectSlot;
+
+// What wblockCloneObjects does with a symbol table record that already exists in the target.
+enum class DuplicateRecordCloning {
+    Ignore,   // keep the target's record as it is and point the clones at it
+    Replace,  // overwrite the target's record with the source's
+};
+
+class Database {
+public:
+    // buildDefaultDrawing: the standard table records, *Model_Space and *Paper_Space with their
+    // layouts, the root dictionary with ACAD_GROUP and ACAD_LAYOUT. A database about to read a
+    // file is made without them. noDocument: the database belongs to no editor document.
+    explicit Database(bool buildDefaultDrawing = true, bool noDocument = false);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // ---- Files (DatabaseFiles.cpp) ----
+    // Reads a drawing (DXF, ASCII or binary, R12 to 2018) into an empty database. Answers
+    // eFileNotFound (76), eFileAccessErr (72) when the share mode is refused, eBadDwgFile
+    // (190) when the file is damaged; lastErrorMessage() then names the line and what was
+    // expected. allowCodePageConversion: texts of older files are converted from the file's
+    // code page to UTF-8 (always done; kept for the host's signature).
+    ErrorStatus readDwgFile(const std::string& path,
+                            sys::ShareMode shareMode = sys::ShareMode::DenyWrite,
+                            bool allowCodePageConversion = false);
+    // The same from bytes in memory (tests, fuzzing); `name` is used in messages.
+    ErrorStatus readDxfBytes(std::string bytes, const std::string& name);
+    // Saves atomically (temporary file beside the target, then renamed over it).
+    ErrorStatus saveAs(const std::string& path, DxfVersion version = DxfVersion::R2000);
+    ErrorStatus save();  // under fileName(), in the version it was read or last saved in
+    const std::string& fileName() const { return fileName_; }
+    const std::string& lastErrorMessage() const { return lastErrorMessage_; }
+    DxfVersion originalFileVersion() const { return originalVersion_; }
+    sys::CodePage codePage() const { return codePage_; }
+    // Problems found and repaired while loading (duplicate handles, dangling owners, ...).
+    const std::vector<AuditIssue>& loadIssues() const { return loadIssues_; }
+
+    // ---- Well-known objects (DatabaseContent.cpp) ----
+    ObjectId blockTableId() const;
+    ObjectId layerTableId() const;
+    ObjectId linetypeTableId() const;
+    ObjectId textStyleTableId() const;
+    ObjectId viewTableId() const;
+    ObjectId ucsTableId() const;
+    ObjectId viewportTableId() const;
+    ObjectId regAppTableId() const;
+    ObjectId dimStyleTableId() const;
+    ObjectId blockRecordTableId() const { return blockTableId(); }
+    ObjectId namedObjectsDictionaryId() const;
+    ObjectId groupDictionaryId() const;
+    ObjectId layoutDictionaryId() const;
+    ObjectId modelSpaceId() const;
+    ObjectId paperSpaceId() const;
+    ObjectId layerZero() const;
+    ObjectId byLayerLinetype() const;
+    ObjectId byBlockLinetype() const;
+    ObjectId continuousLinetype() const;
+    ObjectId textStyleStandard() const;
+    // The current layer, linetype and text style new entities get.
+    ObjectId clayer() const;
+    ErrorStatus setClayer(ObjectId layer);
+
+    HeaderVariables& header() { return header_; }
+    const HeaderVariables& header() const { return header_; }
+
+    // ---- Object store (Database.cpp) ----
+    // Makes the object database-resident under a new handle (or the given one when it is free)
+    // and owned by `ownerId`; the object is closed afterwards. Fails with eDuplicateKey when the
+    // given handle is taken.
+    ErrorStatus addObject(std::unique_ptr<DbObject> object, ObjectId& id, ObjectId ownerId,
+                          Handle handle = Handle{});
+    // The id of a handle; with createIfNotFound an id is made for a handle no object carries
+    // yet (the reader resolves references that way before the object is read).
+    ErrorStatus getObjectId(ObjectId& id, bool createIfNotFound, Handle handle);
+    Handle handseed() const { return handseed_; }  // the next free handle
+    // Every id that names an object (erased ones included), in handle order.
+    std::vector<ObjectId> objectIds() const;
+    // How many opens are outstanding (readers plus writers), for tests of open/close discipline.
+    int openObjectCount() const { return openCount_; }
+
+    // Used by ObjectPtr; module code opens through ObjectPtr / open<T>().
+    ErrorStatus openObject(DbObject*& object, ObjectId id, OpenMode mode, bool openErased = false);
+    ErrorStatus closeObject(ObjectId id, OpenMode mode);
+
+    // ---- Cloning (DatabaseClone.cpp) ----
+    // Clones the objects (entities, block table records, ...) of another database into this
+    // one under `ownerId`: referenced layers, linetypes, text styles, dimension styles and
+    // nested block definitions come along; records that already exist here are handled by
+    // `drc`. Every handle reference is remapped, also inside kept raw tags.
+    ErrorStatus wblockCloneObjects(const std::vector<ObjectId>& ids, ObjectId ownerId,
+                                   IdMapping& idMap, DuplicateRecordCloning drc,
+                                   bool deferTranslation = false);
+    // Clones objects within this database under `ownerId` (owned objects come along, other
+    // references point at the same objects as before unless they were cloned too).
+    ErrorStatus deepCloneObjects(const std::vector<ObjectId>& ids, ObjectId ownerId,
+                                 IdMapping& idMap, bool deferTranslation = false);
+
+    // ---- For the reader, the default content and the cloner ----
+    struct WellKnownIds {
+        ObjectId blockTable, layerTable, linetypeTable, textStyleTable, viewTable, ucsTable,
+            viewportTable, regAppTable, dimStyleTable;
+        ObjectId namedObjects, groupDictionary, layoutDictionary;
+        ObjectId modelSpace, paperSpace;
+        ObjectId layerZero, byLayer, byBlock, continuous, standardStyle, clayer;
+    };
+    WellKnownIds& wellKnownIds() { return ids_; }
+    const WellKnownIds& wellKnownIds() const { return ids_; }
+    void setFileName(std::string path) { fileName_ = std::move(path); }
+    void setOriginalFileVersion(DxfVersion v) { originalVersion_ = v; }
+    void setCodePage(sys::CodePage cp) { codePage_ = cp; }
+    std::vector<AuditIssue>& mutableLoadIssues() { return loadIssues_; }
+    void setLastErrorMessage(std::string message) { lastErrorMessage_ = std::move(message); }
+    bool isNoDocument() const { return noDocument_; }
+
+private:
+    void buildDefaultDrawing();  // DatabaseContent.cpp
+
+    std::unordered_map<Handle, std::unique_ptr<ObjectSlot>> slots_;
+    Handle handseed_{1};
+    int openCount_ = 0;
+    WellKnownIds ids_;
+    HeaderVariables header_;
+    std::string fileName_;
+    std::string lastErrorMessage_;
+    DxfVersion originalVersion_ = DxfVersion::R2000;
+    sys::CodePage codePage_ = sys::CodePage::Ansi949;
+    std::vector<AuditIssue> loadIssues_;
+    bool noDocument_ = false;
+};
+
+}  // namespace cad::db

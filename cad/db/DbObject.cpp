@@ -1,0 +1,70 @@
+// DbObject: identity through the slot, open state, reactors, erase.
+#include "cad/db/DbObject.h"
+
+#include <algorithm>
+
+#include "cad/db/Database.h"
+#include "cad/db/ObjectSlot.h"
+
+namespace cad::db {
+
+DbObject::~DbObject() = default;
+
+DbObject::DbObject(const DbObject& other)
+    : owner_(other.owner_),
+      extensionDictionary_(other.extensionDictionary_),
+      reactors_(other.reactors_),
+      xdata_(other.xdata_),
+      keptTags_(other.keptTags_) {}
+
+Handle DbObject::handle() const { return slot_ ? slot_->handle : Handle{}; }
+
+Database* DbObject::database() const { return slot_ ? slot_->database : nullptr; }
+
+ErrorStatus DbObject::setOwnerId(ObjectId owner) {
+    if (ErrorStatus es = checkWritable(); es != ErrorStatus::eOk) return es;
+    owner_ = owner;
+    return ErrorStatus::eOk;
+}
+
+bool DbObject::isErased() const { return slot_ != nullptr && slot_->erased; }
+
+ErrorStatus DbObject::erase(bool erasing) {
+    if (ErrorStatus es = checkWritable(); es != ErrorStatus::eOk) return es;
+    if (slot_ == nullptr) return ErrorStatus::eNotInDatabase;
+    if (slot_->erased == erasing) return erasing ? ErrorStatus::eWasErased : ErrorStatus::eOk;
+    slot_->erased = erasing;
+    // What this object owns goes with it; the owned objects are closed, so their slots can be
+    // marked directly without opening each.
+    std::vector<ObjectId> owned;
+    ownedObjects(owned);
+    while (!owned.empty()) {
+        ObjectSlot* slot = owned.back().slot();
+        owned.pop_back();
+        if (slot == nullptr || !slot->object || slot->erased == erasing) continue;
+        slot->erased = erasing;
+        slot->object->ownedObjects(owned);
+    }
+    return ErrorStatus::eOk;
+}
+
+bool DbObject::isReadEnabled() const {
+    return slot_ == nullptr || slot_->readers > 0 || slot_->writer;
+}
+
+bool DbObject::isWriteEnabled() const { return slot_ == nullptr || slot_->writer; }
+
+void DbObject::addPersistentReactor(ObjectId id) {
+    if (std::find(reactors_.begin(), reactors_.end(), id) == reactors_.end())
+        reactors_.push_back(id);
+}
+
+void DbObject::removePersistentReactor(ObjectId id) { std::erase(reactors_, id); }
+
+void DbObject::ownedObjects(std::vector<ObjectId>&) const {}
+
+ErrorStatus DbObject::checkWritable() const {
+    return isWriteEnabled() ? ErrorStatus::eOk : ErrorStatus::eWasNotOpenedForWrite;
+}
+
+}  // namespace cad::db

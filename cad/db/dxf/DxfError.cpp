@@ -1,0 +1,10 @@
+// The wording shared by the messages of the tag reader and the structure loader.
+#include "cad/db/dxf/DxfError.h"
+
+namespace cad::db::dxf {
+
+std::string placeText(TagPlace place, std::uint32_t where) {
+    return (place == TagPlace::Line ? "line " : "offset ") + std::to_string(where);
+}
+
+}  // namespace cad::db::dxf
