@@ -1,0 +1,116 @@
+// File times at one-second resolution, existence checks, and the C runtime's rename, remove
+// and _mkdir answers.
+#include "cad/sys/FileSystem.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "cad/sys/TestTempFolder.h"
+
+namespace cad::sys {
+namespace {
+
+namespace fs = std::filesystem;
+
+void setWriteTime(const std::string& path, time_t seconds, long nanoseconds) {
+    const timespec times[2] = {{seconds, nanoseconds}, {seconds, nanoseconds}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+TEST(FileSystemTest, LastWriteTimeDropsTheSubSecondPart) {
+    TestTempFolder folder;
+    folder.writeBytes("lib.dwg", "d");
+    folder.writeBytes("lib.vnf", "c");
+    // The cache was written 0.8 s before the drawing, within the same second: still current.
+    setWriteTime(folder.file("lib.vnf"), 1'000'000'000, 100'000'000);
+    setWriteTime(folder.file("lib.dwg"), 1'000'000'000, 900'000'000);
+    EXPECT_EQ(lastWriteTime(folder.file("lib.dwg")), 1'000'000'000);
+    EXPECT_EQ(lastWriteTime(folder.file("lib.dwg")), lastWriteTime(folder.file("lib.vnf")));
+
+    setWriteTime(folder.file("lib.dwg"), 1'000'000'001, 0);
+    EXPECT_GT(*lastWriteTime(folder.file("lib.dwg")), *lastWriteTime(folder.file("lib.vnf")));
+    EXPECT_EQ(lastWriteTime(folder.file("missing.dwg")), std::nullopt);
+}
+
+TEST(FileSystemTest, ExistenceOfFilesAndFolders) {
+    TestTempFolder folder;
+    folder.writeBytes("a.dwg", "");
+    fs::create_directory(folder.path() / "sub");
+    fs::create_symlink(folder.file("a.dwg"), folder.path() / "link.dwg");
+    EXPECT_TRUE(fileExists(folder.file("a.dwg")));
+    EXPECT_TRUE(fileExists(folder.file("link.dwg")));
+    EXPECT_FALSE(fileExists(folder.file("sub")));
+    EXPECT_FALSE(fileExists(folder.file("missing")));
+    EXPECT_TRUE(folderExists(folder.file("sub")));
+    EXPECT_FALSE(folderExists(folder.file("a.dwg")));
+    EXPECT_FALSE(folderExists(folder.file("missing")));
+}
+
+TEST(FileSystemTest, RenameNeverReplaces) {
+    TestTempFolder folder;
+    folder.writeBytes("UBList3.dat", "three");
+    folder.writeBytes("UBList4.dat", "four");
+
+    EXPECT_EQ(renameFile(folder.file("UBList4.dat"), folder.file("UBList3.dat")),
+              ErrorStatus::eFileAccessErr);
+    EXPECT_EQ(folder.readBytes("UBList3.dat"), "three");
+    EXPECT_EQ(folder.readBytes("UBList4.dat"), "four");
+
+    EXPECT_EQ(renameFile(folder.file("missing.dat"), folder.file("UBList3.dat")),
+              ErrorStatus::eFileNotFound);
+    EXPECT_EQ(renameFile(folder.file("UBList4.dat"), folder.file("nofolder/x.dat")),
+              ErrorStatus::eFileNotFound);
+
+    ASSERT_EQ(deleteFile(folder.file("UBList3.dat")), ErrorStatus::eOk);
+    EXPECT_EQ(renameFile(folder.file("UBList4.dat"), folder.file("UBList3.dat")), ErrorStatus::eOk);
+    EXPECT_EQ(folder.readBytes("UBList3.dat"), "four");
+    EXPECT_FALSE(fileExists(folder.file("UBList4.dat")));
+
+    fs::create_directory(folder.path() / "old");
+    EXPECT_EQ(renameFile(folder.file("old"), folder.file("new")), ErrorStatus::eOk);
+    EXPECT_TRUE(folderExists(folder.file("new")));
+}
+
+TEST(FileSystemTest, DeleteFileAnswers) {
+    TestTempFolder folder;
+    folder.writeBytes("a.dat", "");
+    fs::create_directory(folder.path() / "sub");
+    EXPECT_EQ(deleteFile(folder.file("a.dat")), ErrorStatus::eOk);
+    EXPECT_EQ(deleteFile(folder.file("a.dat")), ErrorStatus::eFileNotFound);
+    EXPECT_EQ(deleteFile(folder.file("sub")), ErrorStatus::eFileAccessErr);
+    EXPECT_TRUE(folderExists(folder.file("sub")));
+}
+
+TEST(FileSystemTest, MakeDirectoryAnswersLikeMkdir) {
+    struct Row {
+        const char* name;
+        const char* path;
+        int result;
+        int error;
+    };
+    const Row rows[] = {
+        {"new folder", "DATA", 0, 0},
+        {"same folder again", "DATA", -1, EEXIST},
+        {"a file is in the way", "file.dat", -1, EEXIST},
+        {"parent missing", "missing/DATA", -1, ENOENT},
+        {"nested under the new one", "DATA/sub", 0, 0},
+    };
+    TestTempFolder folder;
+    folder.writeBytes("file.dat", "");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        errno = 0;
+        int result = makeDirectory(folder.file(row.path));
+        int error = errno;
+        EXPECT_EQ(result, row.result);
+        EXPECT_EQ(error, row.error);
+    }
+    EXPECT_TRUE(folderExists(folder.file("DATA/sub")));
+}
+
+}  // namespace
+}  // namespace cad::sys
