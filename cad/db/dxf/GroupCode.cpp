@@ -15,22 +15,22 @@ struct Range {
 };
 
 constexpr Range kRanges[] = {
-    {0, 9, ValueType::String},        {10, 59, ValueType::Double},
-    {60, 79, ValueType::Int16},       {90, 99, ValueType::Int32},
-    {100, 102, ValueType::String},    {105, 105, ValueType::Handle},
-    {110, 149, ValueType::Double},    {160, 169, ValueType::Int64},
-    {170, 179, ValueType::Int16},     {210, 239, ValueType::Double},
-    {270, 289, ValueType::Int16},     {290, 299, ValueType::Bool},
-    {300, 309, ValueType::String},    {310, 319, ValueType::Binary},
-    {320, 369, ValueType::Handle},    {370, 389, ValueType::Int16},
-    {390, 399, ValueType::Handle},    {400, 409, ValueType::Int16},
-    {410, 419, ValueType::String},    {420, 429, ValueType::Int32},
-    {430, 439, ValueType::String},    {440, 459, ValueType::Int32},
-    {460, 469, ValueType::Double},    {470, 479, ValueType::String},
-    {480, 481, ValueType::Handle},    {999, 999, ValueType::Comment},
-    {1000, 1003, ValueType::String},  {1004, 1004, ValueType::Binary},
-    {1005, 1005, ValueType::Handle},  {1010, 1059, ValueType::Double},
-    {1060, 1070, ValueType::Int16},   {1071, 1071, ValueType::Int32},
+    {0, 9, ValueType::String},       {10, 59, ValueType::Double},
+    {60, 79, ValueType::Int16},      {90, 99, ValueType::Int32},
+    {100, 102, ValueType::String},   {105, 105, ValueType::Handle},
+    {110, 149, ValueType::Double},   {160, 169, ValueType::Int64},
+    {170, 179, ValueType::Int16},    {210, 239, ValueType::Double},
+    {270, 289, ValueType::Int16},    {290, 299, ValueType::Bool},
+    {300, 309, ValueType::String},   {310, 319, ValueType::Binary},
+    {320, 369, ValueType::Handle},   {370, 389, ValueType::Int16},
+    {390, 399, ValueType::Handle},   {400, 409, ValueType::Int16},
+    {410, 419, ValueType::String},   {420, 429, ValueType::Int32},
+    {430, 439, ValueType::String},   {440, 459, ValueType::Int32},
+    {460, 469, ValueType::Double},   {470, 479, ValueType::String},
+    {480, 481, ValueType::Handle},   {999, 999, ValueType::Comment},
+    {1000, 1003, ValueType::String}, {1004, 1004, ValueType::Binary},
+    {1005, 1005, ValueType::Handle}, {1010, 1059, ValueType::Double},
+    {1060, 1070, ValueType::Int16},  {1071, 1071, ValueType::Int32},
 };
 
 // The tag reader asks for every tag's type, so the ranges are flattened once.

@@ -12,10 +12,10 @@ enum class ValueType : std::uint8_t {
     Int32,
     Int64,
     Double,
-    Bool,    // 0 or 1; one byte in binary files
-    Binary,  // hexadecimal text in text files, a length-prefixed chunk in binary ones
-    Handle,  // hexadecimal text
-    Comment, // 999
+    Bool,     // 0 or 1; one byte in binary files
+    Binary,   // hexadecimal text in text files, a length-prefixed chunk in binary ones
+    Handle,   // hexadecimal text
+    Comment,  // 999
 };
 
 // The type of the value that follows `code`. Codes the format does not assign read as String,

@@ -10,7 +10,9 @@
 namespace cad::db::dxf {
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
 
 int hexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -21,7 +23,8 @@ int hexDigit(char c) {
 
 std::string_view withoutPlus(std::string_view text) {
     // from_chars refuses a leading '+', which some writers put before exponents and values.
-    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+')
+        text.remove_prefix(1);
     return text;
 }
 

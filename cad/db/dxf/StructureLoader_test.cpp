@@ -1,0 +1,246 @@
+// The structure loader on inline files: sections, items and header variables, fragments that
+// other programs read, and the errors that name where a section started.
+#include "cad/db/dxf/StructureLoader.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "cad/db/dxf/DxfFile.h"
+
+namespace cad::db::dxf {
+namespace {
+
+struct Loaded {
+    DxfFile file;
+    DxfStructure structure;
+    std::optional<DxfError> error;
+};
+
+Loaded load(std::string text) {
+    Loaded loaded{DxfFile::fromBytes(std::move(text)), {}, {}};
+    EXPECT_TRUE(loaded.file.ok()) << loaded.file.error()->message;
+    loaded.error = StructureLoader::load(loaded.file.tags(), loaded.structure);
+    return loaded;
+}
+
+// "NAME:item,item|" per section, each item named by its code-0 value and tag count.
+std::string outline(const DxfStructure& structure) {
+    std::string text;
+    for (const Section& section : structure.sections) {
+        text += section.name + ":";
+        for (const TagSpan& item : section.items) {
+            text += std::string(item.front().value) + "/" + std::to_string(item.size()) + ",";
+        }
+        text += "|";
+    }
+    return text;
+}
+
+constexpr const char* kDrawing = R"(  0
+SECTION
+  2
+HEADER
+  9
+$ACADVER
+  1
+AC1015
+  9
+$EXTMIN
+ 10
+0.0
+ 20
+-1.5
+ 30
+0.0
+  9
+$DWGCODEPAGE
+  3
+ANSI_949
+  0
+ENDSEC
+  0
+SECTION
+  2
+TABLES
+  0
+TABLE
+  2
+LAYER
+ 70
+1
+  0
+LAYER
+  2
+0
+  0
+ENDTAB
+  0
+ENDSEC
+  0
+SECTION
+  2
+ENTITIES
+  0
+LINE
+  8
+0
+ 10
+1.0
+  0
+POLYLINE
+  8
+0
+  0
+VERTEX
+  8
+0
+  0
+SEQEND
+  0
+ENDSEC
+  0
+SECTION
+  2
+THUMBNAILIMAGE
+ 90
+2
+310
+ABCD
+  0
+ENDSEC
+  0
+EOF
+)";
+
+TEST(StructureLoader, GroupsSectionsIntoItemsStartingAtCodeZero) {
+    const Loaded loaded = load(kDrawing);
+    ASSERT_FALSE(loaded.error) << loaded.error->message;
+    EXPECT_EQ(outline(loaded.structure),
+              "HEADER:|TABLES:TABLE/3,LAYER/2,ENDTAB/1,|"
+              "ENTITIES:LINE/3,POLYLINE/2,VERTEX/2,SEQEND/1,|THUMBNAILIMAGE:|");
+    const Section* entities = loaded.structure.section("ENTITIES");
+    ASSERT_NE(entities, nullptr);
+    EXPECT_EQ(entities->line, 41u);
+    EXPECT_EQ(entities->items[0].front().line, 45u);
+    // Raw sections keep their tags between the name and ENDSEC.
+    const Section* thumbnail = loaded.structure.section("THUMBNAILIMAGE");
+    ASSERT_NE(thumbnail, nullptr);
+    ASSERT_EQ(thumbnail->tags.size(), 2u);
+    EXPECT_EQ(thumbnail->tags[1].value, "ABCD");
+    EXPECT_EQ(loaded.structure.section("OBJECTS"), nullptr);
+}
+
+TEST(StructureLoader, ReadsHeaderVariablesUpToTheNextNine) {
+    const Loaded loaded = load(kDrawing);
+    ASSERT_FALSE(loaded.error) << loaded.error->message;
+    ASSERT_EQ(loaded.structure.header.size(), 3u);
+    const HeaderVariable* extmin = loaded.structure.variable("$EXTMIN");
+    ASSERT_NE(extmin, nullptr);
+    ASSERT_EQ(extmin->tags.size(), 3u);
+    EXPECT_EQ(extmin->tags[1].code, 20);
+    EXPECT_EQ(extmin->tags[1].value, "-1.5");
+    EXPECT_EQ(loaded.structure.variable("$DWGCODEPAGE")->tags.size(), 1u);
+    EXPECT_EQ(loaded.structure.acadVersion, "AC1015");
+    EXPECT_EQ(loaded.structure.codePageName, "ANSI_949");
+}
+
+struct FragmentRow {
+    const char* name;
+    const char* file;
+    const char* outline;
+    const char* acadVersion;
+    const char* codePage;
+};
+
+class LoadFragment : public testing::TestWithParam<FragmentRow> {};
+
+TEST_P(LoadFragment, LoadsWithDefaultsForWhatIsMissing) {
+    const Loaded loaded = load(GetParam().file);
+    ASSERT_FALSE(loaded.error) << loaded.error->message;
+    EXPECT_EQ(outline(loaded.structure), GetParam().outline);
+    EXPECT_EQ(loaded.structure.acadVersion, GetParam().acadVersion);
+    EXPECT_EQ(loaded.structure.codePageName, GetParam().codePage);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, LoadFragment,
+    testing::Values(
+        FragmentRow{"only_eof", "  0\nEOF\n", "", "AC1009", "ANSI_1252"},
+        FragmentRow{"blocks_alone",
+                    "  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n  2\nA\n  0\nLINE\n  0\nENDBLK\n"
+                    "  0\nENDSEC\n  0\nEOF\n",
+                    "BLOCKS:BLOCK/2,LINE/1,ENDBLK/1,|", "AC1009", "ANSI_1252"},
+        FragmentRow{"empty_section", "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n",
+                    "ENTITIES:|", "AC1009", "ANSI_1252"},
+        FragmentRow{"unknown_section_kept",
+                    "  0\nSECTION\n  2\nACDSDATA\n  0\nACDSSCHEMA\n 90\n0\n  0\nENDSEC\n  0\nEOF\n",
+                    "ACDSDATA:ACDSSCHEMA/2,|", "AC1009", "ANSI_1252"},
+        FragmentRow{
+            "header_without_code_page",
+            "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1032\n  0\nENDSEC\n  0\nEOF\n",
+            "HEADER:|", "AC1032", "ANSI_1252"},
+        FragmentRow{"markers_with_blanks",
+                    "  0\nSECTION \n  2\nENTITIES\r\n  0\n ENDSEC\n  0\nEOF \n", "ENTITIES:|",
+                    "AC1009", "ANSI_1252"}),
+    [](const testing::TestParamInfo<FragmentRow>& row) { return row.param.name; });
+
+struct BrokenRow {
+    const char* name;
+    const char* file;
+    std::uint32_t line;
+    const char* message;
+};
+
+class LoadBroken : public testing::TestWithParam<BrokenRow> {};
+
+TEST_P(LoadBroken, NamesTheLineAndWhatWasExpected) {
+    const Loaded loaded = load(GetParam().file);
+    ASSERT_TRUE(loaded.error);
+    EXPECT_EQ(loaded.error->line, GetParam().line);
+    EXPECT_EQ(loaded.error->message, GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, LoadBroken,
+    testing::Values(
+        BrokenRow{"missing_endsec_before_next_section",
+                  "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n"
+                  "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n",
+                  1,
+                  "line 1: section HEADER has no end: expected 0 ENDSEC before 0 'SECTION' at "
+                  "line 9"},
+        BrokenRow{
+            "missing_endsec_before_eof", "  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  0\nEOF\n", 1,
+            "line 1: section ENTITIES has no end: expected 0 ENDSEC before 0 'EOF' at line 7"},
+        BrokenRow{
+            "missing_endsec_at_end_of_file",
+            "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nSECTION\n  2\nBLOCKS\n  0\nBLOCK\n", 7,
+            "line 7: section BLOCKS has no end: expected 0 ENDSEC before the end of the file"},
+        BrokenRow{"missing_eof", "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n", 5,
+                  "line 5: expected 0 EOF after the last section, found the end of the file"},
+        BrokenRow{"tags_outside_sections", "  0\nLINE\n  8\n0\n  0\nEOF\n", 1,
+                  "line 1: expected 0 SECTION or 0 EOF, found 0 'LINE' outside any section"},
+        BrokenRow{"tags_between_sections",
+                  "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  8\nlayer\n  0\nEOF\n", 7,
+                  "line 7: expected 0 SECTION or 0 EOF, found 8 'layer' outside any section"},
+        BrokenRow{"section_without_name", "  0\nSECTION\n  0\nENDSEC\n  0\nEOF\n", 1,
+                  "line 1: expected the section name (group code 2) after 0 SECTION"},
+        BrokenRow{"no_tags_at_all", "999\nonly a comment\n", 1,
+                  "line 1: expected 0 SECTION or 0 EOF, found the end of the file"}),
+    [](const testing::TestParamInfo<BrokenRow>& row) { return row.param.name; });
+
+TEST(StructureLoader, BinaryFilesArePlacedByOffset) {
+    DxfFile file = DxfFile::fromBytes(std::string("AutoCAD Binary DXF\r\n\x1a\0", 22) +
+                                      std::string("\0\0SECTION\0\2\0BLOCKS\0", 19));
+    ASSERT_TRUE(file.ok()) << file.error()->message;
+    DxfStructure structure;
+    const auto error = StructureLoader::load(file.tags(), structure, file.place());
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->message,
+              "offset 22: section BLOCKS has no end: expected 0 ENDSEC before the end of the file");
+}
+
+}  // namespace
+}  // namespace cad::db::dxf

@@ -1,0 +1,90 @@
+// Formatting of tags with std::to_chars: no locale, no stream, and doubles that read back
+// exactly.
+#include "cad/db/dxf/TagWriter.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "cad/db/dxf/TextCodec.h"
+
+namespace cad::db::dxf {
+
+void TagWriter::writeCode(int code) {
+    // Codes stand right-aligned in a field of three, as every DXF writer does it.
+    if (code >= 0 && code < 10) {
+        text_ += "  ";
+    } else if (code >= 0 && code < 100) {
+        text_ += ' ';
+    }
+    char buffer[16];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, code);
+    text_.append(buffer, result.ptr);
+    text_ += '\n';
+}
+
+void TagWriter::writeString(int code, std::string_view utf8) {
+    writeRaw(code, encodeText(utf8, codePage_));
+}
+
+void TagWriter::writeRaw(int code, std::string_view value) {
+    writeCode(code);
+    text_ += value;
+    text_ += '\n';
+}
+
+void TagWriter::writeDouble(int code, double value) {
+    writeCode(code);
+    char buffer[32];
+    char* end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+    text_.append(buffer, end);
+    // Readers that look at the text to tell reals from integers expect a decimal point.
+    if (std::none_of(buffer, end, [](char c) { return c == '.' || c == 'e'; })) {
+        text_ += ".0";
+    }
+    text_ += '\n';
+}
+
+void TagWriter::writeInt(int code, std::int64_t value) {
+    writeCode(code);
+    char buffer[24];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    text_.append(buffer, result.ptr);
+    text_ += '\n';
+}
+
+void TagWriter::writeHandle(int code, std::uint64_t handle) {
+    writeCode(code);
+    char buffer[24];
+    char* end = std::to_chars(buffer, buffer + sizeof buffer, handle, 16).ptr;
+    std::transform(buffer, end, buffer,
+                   [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
+    text_.append(buffer, end);
+    text_ += '\n';
+}
+
+void TagWriter::writeBinary(int code, std::string_view bytes) {
+    constexpr char kHex[] = "0123456789ABCDEF";
+    do {
+        const std::string_view chunk = bytes.substr(0, kMaxBinaryChunk);
+        bytes.remove_prefix(chunk.size());
+        writeCode(code);
+        for (const char c : chunk) {
+            const auto byte = static_cast<unsigned char>(c);
+            text_ += kHex[byte >> 4];
+            text_ += kHex[byte & 0xF];
+        }
+        text_ += '\n';
+    } while (!bytes.empty());
+}
+
+void TagWriter::writePoint(int code, double x, double y, double z) {
+    writePoint2d(code, x, y);
+    writeDouble(code + 20, z);
+}
+
+void TagWriter::writePoint2d(int code, double x, double y) {
+    writeDouble(code, x);
+    writeDouble(code + 10, y);
+}
+
+}  // namespace cad::db::dxf
