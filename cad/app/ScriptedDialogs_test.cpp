@@ -1,0 +1,90 @@
+// Scripted dialogs: queued answers, defaults when the queue is empty, and the exact record.
+#include "cad/app/ScriptedDialogs.h"
+
+#include <gtest/gtest.h>
+
+namespace cad::app {
+namespace {
+
+using Kind = ScriptedDialogs::Kind;
+
+TEST(ScriptedDialogs, MessageBoxesTakeQueuedAnswersThenOk) {
+    ScriptedDialogs dialogs;
+    std::vector<std::string> shown;
+    dialogs.setMessageSink([&](std::string_view line) { shown.emplace_back(line); });
+    dialogs.pushAnswer(IDCANCEL);
+    EXPECT_EQ(dialogs.messageBox("지우시겠습니까?", "삭제", MB_OKCANCEL | MB_ICONQUESTION),
+              IDCANCEL);
+    EXPECT_EQ(dialogs.messageBox("이미 등록된 도면입니다.", "도면 중복 에러", MB_ICONERROR), IDOK);
+
+    auto boxes = dialogs.messageBoxes();
+    ASSERT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(boxes[0].text, "지우시겠습니까?");
+    EXPECT_EQ(boxes[0].title, "삭제");
+    EXPECT_EQ(boxes[0].icon(), MB_ICONQUESTION);
+    EXPECT_EQ(boxes[0].buttons(), MB_OKCANCEL);
+    EXPECT_EQ(boxes[0].answer, IDCANCEL);
+    EXPECT_EQ(boxes[1].icon(), MB_ICONERROR);
+    EXPECT_EQ(boxes[1].answer, IDOK);  // the empty queue's answer is recorded as given
+    EXPECT_EQ(shown, (std::vector<std::string>{"[삭제] 지우시겠습니까?",
+                                               "[도면 중복 에러] 이미 등록된 도면입니다."}));
+}
+
+TEST(ScriptedDialogs, FileDialogsTakePathListsAndCancelWhenEmpty) {
+    ScriptedDialogs dialogs;
+    dialogs.pushPaths(std::vector<std::string>{"/a/one.dxf", "/a/two.dxf"});
+    dialogs.pushPaths(std::vector<std::string>{"/a/one.dxf", "/a/two.dxf"});
+    dialogs.pushPath("/out/parts");
+    dialogs.pushPath("/out/parts.txt");
+    dialogs.pushPath(std::nullopt);
+
+    EXPECT_EQ(dialogs.openFiles("Open", "Drawings (*.dxf)", "/a", true)->size(), 2u);
+    EXPECT_EQ(*dialogs.openFiles("Open", "Drawings (*.dxf)", "/a", false),
+              std::vector<std::string>{"/a/one.dxf"});
+    EXPECT_EQ(dialogs.saveFile("Export", "CSV (*.csv)", ".csv", ""), "/out/parts.csv");
+    EXPECT_EQ(dialogs.saveFile("Export", "CSV (*.csv)", ".csv", ""), "/out/parts.txt");
+    EXPECT_EQ(dialogs.chooseFolder("Folder", "/"), std::nullopt);
+    EXPECT_EQ(dialogs.chooseFolder("Folder", "/"), std::nullopt);  // queue exhausted
+
+    auto saves = dialogs.calls(Kind::SaveFile);
+    ASSERT_EQ(saves.size(), 2u);
+    EXPECT_EQ(saves[0].title, "Export");
+    EXPECT_EQ(saves[0].text, "CSV (*.csv)");
+    EXPECT_EQ(saves[0].paths, std::vector<std::string>{"/out/parts.csv"});
+    EXPECT_TRUE(dialogs.calls(Kind::ChooseFolder)[1].cancelled);
+}
+
+TEST(ScriptedDialogs, AskTextAndProgressAreRecorded) {
+    ScriptedDialogs dialogs;
+    dialogs.pushText("새 관리창");
+    EXPECT_EQ(dialogs.askText("이름", "관리창 이름:", "기본"), "새 관리창");
+    EXPECT_EQ(dialogs.askText("이름", "관리창 이름:", ""), std::nullopt);
+    dialogs.progressShow();
+    dialogs.progressRange(0, 10);
+    dialogs.progressPosition(4);
+    dialogs.progressText("상태 : 읽는 중");
+    dialogs.progressHide();
+
+    const auto& calls = dialogs.calls();
+    ASSERT_EQ(calls.size(), 7u);
+    EXPECT_EQ(calls[0].text, "관리창 이름:");
+    EXPECT_EQ(calls[0].detail, "기본");
+    EXPECT_TRUE(calls[1].cancelled);
+    EXPECT_EQ(calls[3].kind, Kind::ProgressRange);
+    EXPECT_EQ(calls[3].high, 10);
+    EXPECT_EQ(calls[4].low, 4);
+    EXPECT_EQ(calls[5].text, "상태 : 읽는 중");
+    EXPECT_EQ(calls[6].kind, Kind::ProgressHide);
+}
+
+TEST(ScriptedDialogs, InstalledPortReplacesTheDefaultUntilReset) {
+    ScriptedDialogs mine;
+    UserDialogs* before = &userDialogs();
+    setUserDialogs(&mine);
+    EXPECT_EQ(&userDialogs(), &mine);
+    setUserDialogs(nullptr);
+    EXPECT_EQ(&userDialogs(), before);
+}
+
+}  // namespace
+}  // namespace cad::app
