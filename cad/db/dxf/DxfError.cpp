@@ -7,4 +7,8 @@ std::string placeText(TagPlace place, std::uint32_t where) {
     return (place == TagPlace::Line ? "line " : "offset ") + std::to_string(where);
 }
 
+DxfError dxfError(TagPlace place, std::uint32_t where, std::string_view what) {
+    return {where, placeText(place, where) + ": " + std::string(what)};
+}
+
 }  // namespace cad::db::dxf

@@ -4,13 +4,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace cad::db::dxf {
 
 // How a file's tags are placed: text files count lines, binary files count bytes.
 enum class TagPlace { Line, Offset };
 
-// "line 12" or "offset 12", the start of every message.
+// "line 12" or "offset 12".
 std::string placeText(TagPlace place, std::uint32_t where);
 
 struct DxfError {
@@ -19,5 +20,8 @@ struct DxfError {
 
     friend bool operator==(const DxfError&, const DxfError&) = default;
 };
+
+// The error at `where` with the place put before `what`.
+DxfError dxfError(TagPlace place, std::uint32_t where, std::string_view what);
 
 }  // namespace cad::db::dxf

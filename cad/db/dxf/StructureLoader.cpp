@@ -9,10 +9,6 @@ namespace {
 
 constexpr int kVariableCode = 9;
 
-DxfError error(TagPlace place, std::uint32_t where, std::string_view what) {
-    return {where, placeText(place, where) + ": " + std::string(what)};
-}
-
 std::string describe(const Tag& tag) {
     std::string_view value = trimBlanks(tag.value);
     constexpr std::size_t kMaxShown = 40;
@@ -70,13 +66,13 @@ std::optional<DxfError> StructureLoader::load(std::span<const Tag> tags, DxfStru
         const Tag& start = tags[i];
         if (isMarker(start, "EOF")) return {};
         if (!isMarker(start, "SECTION")) {
-            return error(
+            return dxfError(
                 place, start.line,
                 "expected 0 SECTION or 0 EOF, found " + describe(start) + " outside any section");
         }
         if (i + 1 == tags.size() || tags[i + 1].code != 2) {
-            return error(place, start.line,
-                         "expected the section name (group code 2) after 0 SECTION");
+            return dxfError(place, start.line,
+                            "expected the section name (group code 2) after 0 SECTION");
         }
         Section section;
         section.name = trimBlanks(tags[i + 1].value);
@@ -90,17 +86,18 @@ std::optional<DxfError> StructureLoader::load(std::span<const Tag> tags, DxfStru
             const std::string_view name = trimBlanks(tag.value);
             if (name == "ENDSEC") break;
             if (name == "SECTION" || name == "EOF") {
-                return error(place, section.line,
-                             "section " + section.name + " has no end: expected 0 ENDSEC before " +
-                                 describe(tag) + " at " + placeText(place, tag.line));
+                return dxfError(place, section.line,
+                                "section " + section.name +
+                                    " has no end: expected 0 ENDSEC before " + describe(tag) +
+                                    " at " + placeText(place, tag.line));
             }
             if (item < end) section.items.push_back(tags.subspan(item, end - item));
             item = end;
         }
         if (end == tags.size()) {
-            return error(place, section.line,
-                         "section " + section.name +
-                             " has no end: expected 0 ENDSEC before the end of the file");
+            return dxfError(place, section.line,
+                            "section " + section.name +
+                                " has no end: expected 0 ENDSEC before the end of the file");
         }
         if (item < end) section.items.push_back(tags.subspan(item, end - item));
         section.tags = tags.subspan(body, end - body);
@@ -110,10 +107,10 @@ std::optional<DxfError> StructureLoader::load(std::span<const Tag> tags, DxfStru
         i = end + 1;
     }
     if (into.sections.empty()) {
-        return error(place, lastPlace, "expected 0 SECTION or 0 EOF, found the end of the file");
+        return dxfError(place, lastPlace, "expected 0 SECTION or 0 EOF, found the end of the file");
     }
-    return error(place, lastPlace,
-                 "expected 0 EOF after the last section, found the end of the file");
+    return dxfError(place, lastPlace,
+                    "expected 0 EOF after the last section, found the end of the file");
 }
 
 }  // namespace cad::db::dxf

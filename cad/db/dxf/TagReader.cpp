@@ -3,7 +3,6 @@
 // allocates nothing per tag.
 #include "cad/db/dxf/TagReader.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -44,61 +43,90 @@ std::string excerpt(std::string_view text) {
     return shown;
 }
 
-DxfError error(TagPlace place, std::uint32_t where, std::string_view what) {
-    return {where, placeText(place, where) + ": " + std::string(what)};
-}
-
 DxfError endAfterCode(TagPlace place, std::uint32_t where, int code) {
-    return error(place, where, "unexpected end of file after group code " + std::to_string(code));
+    return dxfError(place, where,
+                    "unexpected end of file after group code " + std::to_string(code));
 }
 
 bool isEof(const Tag& tag) {
     return tag.code == 0 && trimBlanks(tag.value) == "EOF";
 }
 
+// The end of the line that starts at `p`.
+const char* lineEnd(const char* p, const char* end) {
+    const auto* newline = static_cast<const char*>(std::memchr(p, '\n', end - p));
+    return newline ? newline : end;
+}
+
 // A group code line: digits with optional blanks around them (some writers right-align codes
-// in a field of three, others pad on the right).
-bool parseCode(const char* begin, const char* end, int& code) {
-    while (begin < end && isBlank(*begin)) ++begin;
-    while (end > begin && isBlank(end[-1])) --end;
-    if (begin == end || *begin < '0' || *begin > '9') return false;
-    const auto [last, ec] = std::from_chars(begin, end, code);
-    return ec == std::errc() && last == end && code <= kMaxGroupCode;
+// in a field of three, others pad on the right). Scanned by hand rather than with memchr and
+// from_chars: the line is a few bytes long and this loop runs for every tag. Answers where
+// the line ends (its LF or the end of the file), or nullptr when it is no group code.
+const char* parseCode(const char* p, const char* end, int& code) {
+    constexpr int kMaxDigits = 5;
+    while (p < end && (*p == ' ' || *p == '\t')) ++p;
+    const char* digits = p;
+    code = 0;
+    while (p < end && p - digits < kMaxDigits && *p >= '0' && *p <= '9')
+        code = code * 10 + (*p++ - '0');
+    if (p == digits || code > kMaxGroupCode) return nullptr;
+    while (p < end && isBlank(*p)) ++p;
+    return p == end || *p == '\n' ? p : nullptr;
+}
+
+// Line feeds in `text`, eight bytes at a time: sizing the tag vector once from this count is
+// cheaper than letting it grow, but a byte-by-byte count would cost a quarter of the reading.
+std::size_t countLineFeeds(std::string_view text) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    constexpr std::uint64_t kLow7 = 0x7F7F7F7F7F7F7F7F;
+    std::size_t count = 0;
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, text.data() + i, sizeof word);
+        const std::uint64_t x = word ^ (kOnes * '\n');  // bytes equal to LF become zero
+        // One bit per zero byte, moved to the byte's low end; the multiplication sums the
+        // eight bytes into the top one (no popcnt instruction in a portable build).
+        const std::uint64_t zeroBytes = ~(((x & kLow7) + kLow7) | x | kLow7) >> 7;
+        count += static_cast<std::size_t>(zeroBytes * kOnes >> 56);
+    }
+    for (; i < text.size(); ++i) count += text[i] == '\n';
+    return count;
 }
 
 std::optional<DxfError> readText(std::string_view bytes, std::vector<Tag>& tags) {
     if (bytes.starts_with(kUtf8Bom)) bytes.remove_prefix(kUtf8Bom.size());
     const char* p = bytes.data();
     const char* const end = p + bytes.size();
-    tags.reserve(tags.size() + static_cast<std::size_t>(std::count(p, end, '\n')) / 2 + 1);
+    tags.reserve(tags.size() + countLineFeeds(bytes) / 2 + 1);
 
     std::uint32_t line = 1;
     while (p < end) {
-        const auto* codeEnd = static_cast<const char*>(std::memchr(p, '\n', end - p));
         int code = 0;
-        if (!parseCode(p, codeEnd ? codeEnd : end, code)) {
-            std::string_view found(p, static_cast<std::size_t>((codeEnd ? codeEnd : end) - p));
+        const char* codeEnd = parseCode(p, end, code);
+        if (!codeEnd) {
+            std::string_view found(p, static_cast<std::size_t>(lineEnd(p, end) - p));
             if (found.ends_with('\r')) found.remove_suffix(1);
-            return error(TagPlace::Line, line,
-                         "expected a group code, found '" + excerpt(found) + "'");
+            return dxfError(TagPlace::Line, line,
+                            "expected a group code, found '" + excerpt(found) + "'");
         }
-        if (!codeEnd || codeEnd + 1 == end) return endAfterCode(TagPlace::Line, line, code);
+        if (codeEnd == end || codeEnd + 1 == end) return endAfterCode(TagPlace::Line, line, code);
         const char* value = codeEnd + 1;
-        const auto* valueEnd = static_cast<const char*>(std::memchr(value, '\n', end - value));
-        p = valueEnd ? valueEnd + 1 : end;
-        if (!valueEnd) valueEnd = end;
+        const char* valueEnd = lineEnd(value, end);
+        p = valueEnd == end ? end : valueEnd + 1;
 
-        const ValueType type = valueTypeOf(code);
-        if (type == ValueType::String || type == ValueType::Comment) {
-            if (valueEnd > value && valueEnd[-1] == '\r') --valueEnd;
-        } else {
-            while (valueEnd > value && isBlank(valueEnd[-1])) --valueEnd;
+        if (valueEnd > value && valueEnd[-1] == '\r') --valueEnd;
+        if (valueEnd > value && isBlank(valueEnd[-1])) {
+            const ValueType type = valueTypeOf(code);
+            if (type != ValueType::String && type != ValueType::Comment) {
+                while (valueEnd > value && isBlank(valueEnd[-1])) --valueEnd;
+            }
         }
         const Tag tag{code, {value, static_cast<std::size_t>(valueEnd - value)}, line};
         line += 2;
         if (code == kComment) continue;
         tags.push_back(tag);
-        if (isEof(tag)) break;
+        if (code == 0 && isEof(tag)) break;
     }
     return {};
 }
@@ -121,11 +149,11 @@ public:
                 code = byteAt(pos++);
                 if (code == 255) {
                     if (!readInt(pos, 2, code))
-                        return error(TagPlace::Offset, where,
-                                     "unexpected end of file in a group code");
+                        return dxfError(TagPlace::Offset, where,
+                                        "unexpected end of file in a group code");
                 }
             } else if (!readInt(pos, 2, code)) {
-                return error(TagPlace::Offset, where, "unexpected end of file in a group code");
+                return dxfError(TagPlace::Offset, where, "unexpected end of file in a group code");
             }
             std::string_view value;
             if (!readValue(code, pos, value)) return endAfterCode(TagPlace::Offset, where, code);
@@ -237,7 +265,8 @@ std::optional<DxfError> TagReader::read(std::string_view bytes, std::vector<Tag>
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
         return DxfError{0, "the file is larger than 4 GiB and cannot be read"};
     }
-    if (bytes.empty()) return error(TagPlace::Line, 1, "the file is empty; expected a group code");
+    if (bytes.empty())
+        return dxfError(TagPlace::Line, 1, "the file is empty; expected a group code");
     if (isDwg(bytes)) {
         return DxfError{0, "DWG files cannot be read; save the drawing as DXF"};
     }

@@ -1,0 +1,545 @@
+// Reading one structure's tags into an object. Tags are never copied: a flag per tag records
+// what has been read, and the scopes are index ranges into the structure's span.
+#include "cad/db/dxf/ReadingFiler.h"
+
+#include <limits>
+
+#include "cad/db/dxf/GroupCode.h"
+#include "cad/db/dxf/TextCodec.h"
+
+namespace cad::db::dxf {
+namespace {
+
+constexpr std::uint8_t kRead = 1;
+constexpr std::uint8_t kGrouped = 2;  // inside a 102 group: fields never take it
+constexpr std::uint8_t kMarker = 4;   // a 100 subclass marker
+
+constexpr int kMarkerCode = 100;
+constexpr int kGroupCode = 102;
+constexpr int kOwnerCode = 330;
+constexpr int kReactorCode = 330;
+constexpr int kXdictionaryCode = 360;
+constexpr int kFirstXdataCode = 1001;
+
+bool opensGroup(const Tag& tag) {
+    return tag.code == kGroupCode && trimBlanks(tag.value).starts_with('{');
+}
+
+bool closesGroup(const Tag& tag) {
+    return tag.code == kGroupCode && trimBlanks(tag.value) == "}";
+}
+
+std::string shown(std::string_view value) {
+    constexpr std::size_t kMaxShown = 40;
+    std::string text(value.substr(0, kMaxShown));
+    for (char& c : text) {
+        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+    }
+    if (value.size() > kMaxShown) text += "...";
+    return text;
+}
+
+}  // namespace
+
+ReadingFiler::ReadingFiler(Database& database, DxfVersion version, sys::CodePage codePage,
+                           TagPlace place, SymbolResolver& symbols)
+    : database_(database),
+      version_(version),
+      codePage_(codePage),
+      place_(place),
+      symbols_(symbols) {}
+
+Handle ReadingFiler::handleOf(TagSpan tags) {
+    if (tags.empty()) return {};
+    const int handleCode = trimBlanks(tags[0].value) == "DIMSTYLE" ? 105 : 5;
+    for (std::size_t i = 1; i < tags.size(); ++i) {
+        // The handle belongs to the common part, which ends at the first subclass marker.
+        if (tags[i].code == kMarkerCode || tags[i].code == kFirstXdataCode) break;
+        if (tags[i].code == handleCode) {
+            const auto value = toHandle(tags[i]);
+            return value ? Handle{*value} : Handle{};
+        }
+    }
+    return {};
+}
+
+std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage codePage) {
+    const std::string_view trimmed = trimBlanks(tag.value);
+    switch (valueTypeOf(tag.code)) {
+        case ValueType::String:
+        case ValueType::Comment:
+            return decodeText(tag.value, codePage);
+        case ValueType::Double:
+            if (!toDouble(tag)) return std::nullopt;
+            break;
+        case ValueType::Int16:
+        case ValueType::Int32:
+        case ValueType::Int64:
+        case ValueType::Bool:
+            if (!toInt(tag)) return std::nullopt;
+            break;
+        case ValueType::Handle:
+            if (!toHandle(tag)) return std::nullopt;
+            break;
+        case ValueType::Binary:
+            if (trimmed.size() % 2 != 0 || !toBinary(tag)) return std::nullopt;
+            break;
+    }
+    return std::string(trimmed);
+}
+
+bool ReadingFiler::read(DbObject& object, TagSpan tags) {
+    error_.reset();
+    prepare(tags);
+    readCommonPart(object);
+    if (!error_) object.dxfFields(*this);
+    if (!error_) finish(object);
+    return !error_;
+}
+
+void ReadingFiler::prepare(TagSpan tags) {
+    tags_ = tags;
+    const auto size = static_cast<std::uint32_t>(tags.size());
+    flags_.assign(size, 0);
+    segments_.clear();
+    recordStarts_.clear();
+    recordLists_.clear();
+    lastSubclass_.clear();
+    owner_ = Handle{};
+
+    bodyEnd_ = size;
+    for (std::uint32_t i = 1; i < size; ++i) {
+        if (tags[i].code == kFirstXdataCode) {
+            bodyEnd_ = i;
+            break;
+        }
+    }
+    segments_.push_back({0, 1, bodyEnd_, false});
+    for (std::uint32_t i = 1; i < bodyEnd_; ++i) {
+        if (tags[i].code == kMarkerCode) {
+            flags_[i] |= kMarker;
+            segments_.back().end = i;
+            segments_.push_back({i, i + 1, bodyEnd_, false});
+        } else if (opensGroup(tags[i])) {
+            // A group ends at its "}" or, in a damaged file, at the end of its segment.
+            std::uint32_t j = i;
+            for (; j < bodyEnd_ && tags[j].code != kMarkerCode; ++j) {
+                flags_[j] |= kGrouped;
+                if (j > i && closesGroup(tags[j])) break;
+            }
+            i = j < bodyEnd_ && tags[j].code != kMarkerCode ? j : j - 1;
+        }
+    }
+    markerless_ = segments_.size() == 1;
+    scope_ = {1, bodyEnd_, false, true};
+}
+
+void ReadingFiler::readCommonPart(DbObject& object) {
+    const int handleCode = object.dxfName() == "DIMSTYLE" ? 105 : 5;
+    bool handleSeen = false;
+    bool ownerSeen = false;
+    const std::uint32_t end = segments_.front().end;
+    for (std::uint32_t i = 1; i < end && !error_; ++i) {
+        const Tag& tag = tags_[i];
+        if (tag.code == handleCode && !handleSeen && !(flags_[i] & kGrouped)) {
+            handleSeen = true;
+            flags_[i] |= kRead;
+        } else if (opensGroup(tag)) {
+            const std::string_view name = trimBlanks(tag.value);
+            const bool reactors = name == "{ACAD_REACTORS";
+            const bool xdictionary = name == "{ACAD_XDICTIONARY";
+            if (!reactors && !xdictionary) continue;  // other groups are kept as they are
+            for (std::uint32_t j = i; j < end && (flags_[j] & kGrouped); ++j) {
+                flags_[j] |= kRead;
+                ObjectId id;
+                if (reactors && tags_[j].code == kReactorCode) {
+                    if (takeHandle(tags_[j], id) && !id.isNull()) object.addPersistentReactor(id);
+                } else if (xdictionary && tags_[j].code == kXdictionaryCode) {
+                    if (takeHandle(tags_[j], id)) object.setExtensionDictionary(id);
+                }
+                i = j;
+            }
+        } else if (tag.code == kOwnerCode && !ownerSeen && !(flags_[i] & kGrouped)) {
+            ownerSeen = true;
+            flags_[i] |= kRead;
+            const auto value = toHandle(tag);
+            if (!value) {
+                fail(tag, "a hexadecimal handle");
+            } else {
+                owner_ = Handle{*value};
+            }
+        }
+    }
+}
+
+void ReadingFiler::finish(DbObject& object) {
+    const Segment& head = segments_.front();
+    keep(object, markerless_ ? lastSubclass_ : std::string(), head.begin, head.end);
+    std::string previous;
+    for (std::size_t s = 1; s < segments_.size() && !error_; ++s) {
+        const Segment& segment = segments_[s];
+        const std::string_view marker = trimBlanks(tags_[segment.marker].value);
+        if (segment.entered) {
+            previous = marker;
+            keep(object, previous, segment.begin, segment.end);
+        } else {
+            // A subclass the class does not declare goes back after the one before it, marker
+            // and all, so the structure is written as it was read.
+            keep(object, previous, segment.marker, segment.end);
+        }
+    }
+    for (std::uint32_t i = bodyEnd_; i < tags_.size() && !error_; ++i) {
+        auto value = rawValue(tags_[i], codePage_);
+        if (!value) {
+            fail(tags_[i], "a value of the group code's type");
+            break;
+        }
+        object.xdata().push_back(RawTag{tags_[i].code, std::move(*value)});
+    }
+}
+
+void ReadingFiler::keep(DbObject& object, const std::string& subclass, std::uint32_t begin,
+                        std::uint32_t end) {
+    for (std::uint32_t i = begin; i < end; ++i) {
+        if (flags_[i] & kRead) continue;
+        auto value = rawValue(tags_[i], codePage_);
+        if (!value) {
+            fail(tags_[i], "a value of the group code's type");
+            return;
+        }
+        auto& kept = object.keptTags();
+        if (kept.empty() || kept.back().subclass != subclass) {
+            kept.push_back(DbObject::KeptTags{subclass, {}});
+        }
+        kept.back().tags.push_back(RawTag{tags_[i].code, std::move(*value)});
+        flags_[i] |= kRead;
+    }
+}
+
+const Tag* ReadingFiler::take(int code) {
+    if (error_) return nullptr;
+    for (std::uint32_t i = scope_.begin; i < scope_.end; ++i) {
+        const std::uint8_t flags = flags_[i];
+        if (flags & (kGrouped | kMarker)) continue;
+        if (flags & kRead) {
+            // In the last record of a list, a code seen again belongs to what follows.
+            if (scope_.lastRecord && tags_[i].code == code) return nullptr;
+            continue;
+        }
+        if (tags_[i].code == code) {
+            flags_[i] |= kRead;
+            return &tags_[i];
+        }
+    }
+    return nullptr;
+}
+
+bool ReadingFiler::fail(const Tag& tag, std::string_view expected) {
+    if (!error_) {
+        error_ =
+            DxfError{tag.line, placeText(place_, tag.line) + ": expected " + std::string(expected) +
+                                   " for group code " + std::to_string(tag.code) + ", found '" +
+                                   shown(tag.value) + "'"};
+    }
+    return false;
+}
+
+std::optional<std::int64_t> ReadingFiler::takeInt(int code, std::int64_t low, std::int64_t high) {
+    const Tag* tag = take(code);
+    if (tag == nullptr) return std::nullopt;
+    const auto value = toInt(*tag);
+    if (!value || *value < low || *value > high) {
+        fail(*tag, "an integer from " + std::to_string(low) + " to " + std::to_string(high));
+        return std::nullopt;
+    }
+    return value;
+}
+
+std::optional<double> ReadingFiler::takeDouble(int code) {
+    const Tag* tag = take(code);
+    if (tag == nullptr) return std::nullopt;
+    const auto value = toDouble(*tag);
+    if (!value) fail(*tag, "a number");
+    return value;
+}
+
+bool ReadingFiler::takeHandle(const Tag& tag, ObjectId& id) {
+    const auto value = toHandle(tag);
+    if (!value) return fail(tag, "a hexadecimal handle");
+    if (*value == 0) {
+        id = ObjectId::kNull;
+    } else {
+        database_.getObjectId(id, true, Handle{*value});
+    }
+    return true;
+}
+
+std::string ReadingFiler::decoded(const Tag& tag) const {
+    return decodeText(tag.value, codePage_);
+}
+
+void ReadingFiler::subclass(std::string_view marker) {
+    lastSubclass_ = marker;
+    recordStarts_.clear();
+    recordLists_.clear();
+    if (!markerless_) {
+        for (std::size_t s = 1; s < segments_.size(); ++s) {
+            Segment& segment = segments_[s];
+            if (segment.entered || trimBlanks(tags_[segment.marker].value) != marker) continue;
+            segment.entered = true;
+            flags_[segment.marker] |= kRead;
+            scope_ = {segment.begin, segment.end, false, false};
+            return;
+        }
+    }
+    // No marker of that name (R12, or a writer that left it out): the fields may be anywhere.
+    scope_ = {1, bodyEnd_, false, true};
+}
+
+void ReadingFiler::string(int code, std::string& value) {
+    if (const Tag* tag = take(code)) value = decoded(*tag);
+}
+
+void ReadingFiler::string(int code, std::string& value, std::string_view) {
+    string(code, value);
+}
+
+void ReadingFiler::int16(int code, std::int16_t& value) {
+    if (const auto v = takeInt(code, std::numeric_limits<std::int16_t>::min(),
+                               std::numeric_limits<std::int16_t>::max())) {
+        value = static_cast<std::int16_t>(*v);
+    }
+}
+
+void ReadingFiler::int16(int code, std::int16_t& value, std::int16_t) {
+    int16(code, value);
+}
+
+void ReadingFiler::int32(int code, std::int32_t& value) {
+    if (const auto v = takeInt(code, std::numeric_limits<std::int32_t>::min(),
+                               std::numeric_limits<std::int32_t>::max())) {
+        value = static_cast<std::int32_t>(*v);
+    }
+}
+
+void ReadingFiler::int32(int code, std::int32_t& value, std::int32_t) {
+    int32(code, value);
+}
+
+void ReadingFiler::int64(int code, std::int64_t& value) {
+    if (const auto v = takeInt(code, std::numeric_limits<std::int64_t>::min(),
+                               std::numeric_limits<std::int64_t>::max())) {
+        value = *v;
+    }
+}
+
+void ReadingFiler::real(int code, double& value) {
+    if (const auto v = takeDouble(code)) value = *v;
+}
+
+void ReadingFiler::real(int code, double& value, double) {
+    real(code, value);
+}
+
+void ReadingFiler::boolean(int code, bool& value) {
+    if (const auto v = takeInt(code, std::numeric_limits<std::int64_t>::min(),
+                               std::numeric_limits<std::int64_t>::max())) {
+        value = *v != 0;
+    }
+}
+
+void ReadingFiler::point(int code, ge::Point3d& value) {
+    point2d(code, value);
+    real(code + 20, value.z);
+}
+
+void ReadingFiler::point2d(int code, ge::Point3d& value) {
+    real(code, value.x);
+    real(code + 10, value.y);
+}
+
+void ReadingFiler::vector(int code, ge::Vector3d& value) {
+    real(code, value.x);
+    real(code + 10, value.y);
+    real(code + 20, value.z);
+}
+
+void ReadingFiler::vector(int code, ge::Vector3d& value, const ge::Vector3d&) {
+    vector(code, value);
+}
+
+void ReadingFiler::reference(int code, ObjectId& id) {
+    if (const Tag* tag = take(code)) takeHandle(*tag, id);
+}
+
+void ReadingFiler::symbol(int code, ObjectId& record, SymbolTable table) {
+    const Tag* tag = take(code);
+    if (tag == nullptr) return;
+    const std::string name = decoded(*tag);
+    symbols_.resolve(record, name, table);
+}
+
+void ReadingFiler::symbol(int code, ObjectId& record, SymbolTable table, ObjectId) {
+    symbol(code, record, table);
+}
+
+void ReadingFiler::binary(int code, std::string& bytes) {
+    bool first = true;
+    while (const Tag* tag = take(code)) {
+        const auto chunk = toBinary(*tag);
+        if (!chunk) {
+            fail(*tag, "hexadecimal binary data");
+            return;
+        }
+        if (first) bytes.clear();
+        first = false;
+        bytes += *chunk;
+    }
+}
+
+void ReadingFiler::beginRecords(int startCode, std::size_t& count) {
+    RecordList list{recordStarts_.size(), 0, scope_};
+    for (std::uint32_t i = scope_.begin; i < scope_.end; ++i) {
+        const std::uint8_t flags = flags_[i];
+        if (flags & (kGrouped | kMarker)) continue;
+        if (flags & kRead) {
+            // Something an outer field took lies after the first record: the list has ended.
+            if (list.count > 0) break;
+            continue;
+        }
+        if (tags_[i].code == startCode) {
+            recordStarts_.push_back(i);
+            ++list.count;
+        }
+    }
+    count = list.count;
+    recordLists_.push_back(list);
+}
+
+void ReadingFiler::enterRecord(std::size_t index) {
+    if (recordLists_.empty()) return;
+    const RecordList& list = recordLists_.back();
+    if (index >= list.count) {
+        scope_ = {0, 0, false, false};
+        return;
+    }
+    const std::uint32_t begin = recordStarts_[list.firstStart + index];
+    const bool last = index + 1 == list.count;
+    const std::uint32_t end = last ? list.outer.end : recordStarts_[list.firstStart + index + 1];
+    scope_ = {begin, end, last, false};
+}
+
+void ReadingFiler::endRecords() {
+    if (recordLists_.empty()) return;
+    scope_ = recordLists_.back().outer;
+    recordStarts_.resize(recordLists_.back().firstStart);
+    recordLists_.pop_back();
+}
+
+void ReadingFiler::resbufs(ResBufChain& chain) {
+    chain.clear();
+    // The chain is everything left, also past later markers: a 100 in the data is data.
+    const std::uint32_t end = recordLists_.empty() ? bodyEnd_ : scope_.end;
+    for (std::uint32_t i = scope_.begin; i < end && !error_; ++i) {
+        if (flags_[i] & kRead) continue;
+        flags_[i] |= kRead;
+        const Tag& tag = tags_[i];
+        ResBuf item;
+        item.code = tag.code;
+        switch (valueTypeOf(tag.code)) {
+            case ValueType::String:
+            case ValueType::Comment:
+                item.value = decoded(tag);
+                break;
+            case ValueType::Int16:
+            case ValueType::Bool:
+            case ValueType::Int32:
+            case ValueType::Int64: {
+                const auto v = toInt(tag);
+                if (!v) {
+                    fail(tag, "an integer");
+                    return;
+                }
+                const ValueType type = valueTypeOf(tag.code);
+                if (type == ValueType::Int32) {
+                    item.value = static_cast<std::int32_t>(*v);
+                } else if (type == ValueType::Int64) {
+                    item.value = *v;
+                } else {
+                    item.value = static_cast<std::int16_t>(*v);
+                }
+                break;
+            }
+            case ValueType::Double: {
+                const auto x = toDouble(tag);
+                if (!x) {
+                    fail(tag, "a number");
+                    return;
+                }
+                if (!isPointCode(tag.code)) {
+                    item.value = *x;
+                    break;
+                }
+                ge::Point3d p{*x, 0.0, 0.0};
+                // y and z follow x directly; a point may lack its z (2D data).
+                for (int axis = 1; axis <= 2 && i + 1 < end; ++axis) {
+                    const Tag& next = tags_[i + 1];
+                    if ((flags_[i + 1] & kRead) || next.code != tag.code + 10 * axis) break;
+                    const auto v = toDouble(next);
+                    if (!v) {
+                        fail(next, "a number");
+                        return;
+                    }
+                    (axis == 1 ? p.y : p.z) = *v;
+                    flags_[++i] |= kRead;
+                }
+                item.value = p;
+                break;
+            }
+            case ValueType::Binary: {
+                auto bytes = toBinary(tag);
+                if (!bytes) {
+                    fail(tag, "hexadecimal binary data");
+                    return;
+                }
+                item.value = BinaryChunk{std::move(*bytes)};
+                break;
+            }
+            case ValueType::Handle: {
+                if (!isHandleReference(tag.code)) {
+                    // Arbitrary handles are data, not links: they stay text and are not
+                    // remapped when the record is cloned.
+                    if (!toHandle(tag)) {
+                        fail(tag, "a hexadecimal handle");
+                        return;
+                    }
+                    item.value = std::string(trimBlanks(tag.value));
+                    break;
+                }
+                ObjectId id;
+                if (!takeHandle(tag, id)) return;
+                item.value = id;
+                break;
+            }
+        }
+        chain.push_back(std::move(item));
+    }
+}
+
+void ReadingFiler::rawTags(std::vector<RawTag>& tags) {
+    tags.clear();
+    // Everything left, also past later markers, so a raw structure keeps its subclasses.
+    const std::uint32_t end = recordLists_.empty() ? bodyEnd_ : scope_.end;
+    for (std::uint32_t i = scope_.begin; i < end && !error_; ++i) {
+        if (flags_[i] & kRead) continue;
+        auto value = rawValue(tags_[i], codePage_);
+        if (!value) {
+            fail(tags_[i], "a value of the group code's type");
+            return;
+        }
+        flags_[i] |= kRead;
+        tags.push_back(RawTag{tags_[i].code, std::move(*value)});
+    }
+}
+
+}  // namespace cad::db::dxf

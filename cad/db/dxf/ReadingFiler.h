@@ -1,0 +1,144 @@
+// The filer that fills an object from the tags of one DXF structure: the common part
+// (handle, reactors, extension dictionary, owner, extended data) and what dxfFields declares.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cad/db/Database.h"
+#include "cad/db/DbObject.h"
+#include "cad/db/DxfFiler.h"
+#include "cad/db/dxf/DxfError.h"
+#include "cad/db/dxf/DxfStructure.h"
+
+namespace cad::db::dxf {
+
+// How fields are found in a structure's tags:
+// - Tags before the first subclass marker (100) hold the common part; tags from the first 1001
+//   on are extended data. Each marker starts a segment, and subclass(name) scopes the look-ups
+//   to the segment of that name. A structure without markers (R12) is one segment that every
+//   subclass sees; so is any structure for a subclass whose marker it lacks.
+// - A field takes the first unread tag of its code in scope, so fields may stand in any order.
+//   Tags inside 102 groups ("{BLKREFS" ... "}") are never taken by fields; they are kept.
+// - Records: the unread tags of the start code in scope start one record each; a record runs to
+//   the next start tag, the last one to the end of the scope. A run of records ends early at a
+//   tag that an outer field has already read, and a look-up in the last record stops where its
+//   own code repeats, so a record does not reach into what follows the list.
+// - Whatever no field reads is kept with its subclass (keptTags) and written back there; a
+//   whole segment the class does not declare is kept with its marker, after the subclass that
+//   precedes it.
+// One filer reads every object of a file, reusing its buffers, so reading allocates nothing per
+// tag.
+class ReadingFiler final : public DxfFiler {
+public:
+    // Symbol table records are named by their names; the database reader resolves the names
+    // (possibly later, once the tables are read), so the filer only hands them on.
+    class SymbolResolver {
+    public:
+        virtual void resolve(ObjectId& record, std::string_view name, SymbolTable table) = 0;
+
+    protected:
+        ~SymbolResolver() = default;
+    };
+
+    ReadingFiler(Database& database, DxfVersion version, sys::CodePage codePage, TagPlace place,
+                 SymbolResolver& symbols);
+
+    // Fills `object` (not yet in a database) from `tags`, its 0 tag first. False when a value
+    // does not parse for its group code; error() then names the place.
+    bool read(DbObject& object, TagSpan tags);
+    // The owner the common part named (330), null when none.
+    Handle ownerHandle() const { return owner_; }
+    const std::optional<DxfError>& error() const { return error_; }
+
+    // The handle a structure carries (5, or 105 for a DIMSTYLE); null when it has none or it
+    // does not parse.
+    static Handle handleOf(TagSpan tags);
+    // A tag's value as kept raw: text decoded to UTF-8, anything else as it stands. nullopt
+    // when a number, handle or binary value does not parse for its code.
+    static std::optional<std::string> rawValue(const Tag& tag, sys::CodePage codePage);
+
+    Mode mode() const override { return Mode::Reading; }
+    DxfVersion version() const override { return version_; }
+
+    void subclass(std::string_view marker) override;
+    void string(int code, std::string& value) override;
+    void string(int code, std::string& value, std::string_view defaultValue) override;
+    void int16(int code, std::int16_t& value) override;
+    void int16(int code, std::int16_t& value, std::int16_t defaultValue) override;
+    void int32(int code, std::int32_t& value) override;
+    void int32(int code, std::int32_t& value, std::int32_t defaultValue) override;
+    void int64(int code, std::int64_t& value) override;
+    void real(int code, double& value) override;
+    void real(int code, double& value, double defaultValue) override;
+    void boolean(int code, bool& value) override;
+    void point(int code, ge::Point3d& value) override;
+    void point2d(int code, ge::Point3d& value) override;
+    void vector(int code, ge::Vector3d& value) override;
+    void vector(int code, ge::Vector3d& value, const ge::Vector3d& defaultValue) override;
+    void reference(int code, ObjectId& id) override;
+    void symbol(int code, ObjectId& record, SymbolTable table) override;
+    void symbol(int code, ObjectId& record, SymbolTable table, ObjectId defaultRecord) override;
+    void binary(int code, std::string& bytes) override;
+    void beginRecords(int startCode, std::size_t& count) override;
+    void enterRecord(std::size_t index) override;
+    void endRecords() override;
+    void resbufs(ResBufChain& chain) override;
+    void rawTags(std::vector<RawTag>& tags) override;
+
+private:
+    struct Scope {
+        std::uint32_t begin = 0;
+        std::uint32_t end = 0;
+        bool lastRecord = false;  // look-ups stop where their code repeats
+        bool whole = false;       // the whole body, markers included (no subclass chosen)
+    };
+    struct Segment {
+        std::uint32_t marker = 0;  // index of the 100 tag; 0 for the part before any marker
+        std::uint32_t begin = 0;
+        std::uint32_t end = 0;
+        bool entered = false;
+    };
+    struct RecordList {
+        std::size_t firstStart = 0;  // into recordStarts_
+        std::size_t count = 0;
+        Scope outer;
+    };
+
+    void prepare(TagSpan tags);
+    void readCommonPart(DbObject& object);
+    void finish(DbObject& object);
+    void keep(DbObject& object, const std::string& subclass, std::uint32_t begin,
+              std::uint32_t end);
+
+    // The first unread tag of `code` in scope, or nullptr; taking it marks it read.
+    const Tag* take(int code);
+    bool fail(const Tag& tag, std::string_view expected);
+    std::optional<std::int64_t> takeInt(int code, std::int64_t low, std::int64_t high);
+    std::optional<double> takeDouble(int code);
+    bool takeHandle(const Tag& tag, ObjectId& id);
+    std::string decoded(const Tag& tag) const;
+
+    Database& database_;
+    DxfVersion version_;
+    sys::CodePage codePage_;
+    TagPlace place_;
+    SymbolResolver& symbols_;
+
+    TagSpan tags_;
+    std::vector<std::uint8_t> flags_;
+    std::vector<Segment> segments_;
+    std::vector<std::uint32_t> recordStarts_;
+    std::vector<RecordList> recordLists_;
+    Scope scope_;
+    std::uint32_t bodyEnd_ = 0;
+    bool markerless_ = false;
+    std::string lastSubclass_;
+    Handle owner_;
+    std::optional<DxfError> error_;
+};
+
+}  // namespace cad::db::dxf

@@ -1,0 +1,220 @@
+// Writing one object as DXF tags through the tag writer.
+#include "cad/db/dxf/WritingFiler.h"
+
+#include <type_traits>
+#include <variant>
+
+#include "cad/db/dxf/GroupCode.h"
+
+namespace cad::db::dxf {
+namespace {
+
+// Codes introduced after R14 for data every entity or object may carry.
+bool isAfterR14(int code) {
+    return code == 160 || code == 347 || code == 348 || (code >= 370 && code <= 399) ||
+           (code >= 420 && code <= 481);
+}
+
+std::string_view fallbackName(DxfFiler::SymbolTable table) {
+    switch (table) {
+        case DxfFiler::SymbolTable::Layer:
+            return "0";
+        case DxfFiler::SymbolTable::Linetype:
+            return "BYLAYER";
+        case DxfFiler::SymbolTable::TextStyle:
+        case DxfFiler::SymbolTable::DimStyle:
+            return "Standard";
+        case DxfFiler::SymbolTable::Block:
+            return "";
+    }
+    return "";
+}
+
+}  // namespace
+
+WritingFiler::WritingFiler(TagWriter& out, DxfVersion version, SymbolNames& names)
+    : out_(out), version_(version), names_(names) {}
+
+void WritingFiler::write(DbObject& object) {
+    object_ = &object;
+    keptWritten_.assign(object.keptTags().size(), 0);
+
+    const std::string_view type = object.dxfName();
+    out_.writeString(0, type);
+    out_.writeHandle(type == "DIMSTYLE" ? 105 : 5, object.handle().value);
+    if (version_ > DxfVersion::R12) {
+        const ObjectId xdictionary = object.extensionDictionary();
+        if (xdictionary.isValid() && !xdictionary.isErased()) {
+            out_.writeRaw(102, "{ACAD_XDICTIONARY");
+            writeReference(360, xdictionary);
+            out_.writeRaw(102, "}");
+        }
+        bool reactorsOpen = false;
+        for (const ObjectId reactor : object.persistentReactors()) {
+            if (!reactor.isValid() || reactor.isErased()) continue;
+            if (!reactorsOpen) out_.writeRaw(102, "{ACAD_REACTORS");
+            reactorsOpen = true;
+            writeReference(330, reactor);
+        }
+        if (reactorsOpen) out_.writeRaw(102, "}");
+        writeKept("");
+        writeReference(330, object.ownerId());
+    }
+    subclass_.clear();
+    object.dxfFields(*this);
+    writeKept(subclass_);
+    // Whatever was kept for a subclass that was not declared this time goes here.
+    for (std::size_t i = 0; i < keptWritten_.size(); ++i) {
+        if (keptWritten_[i]) continue;
+        for (const RawTag& tag : object.keptTags()[i].tags) writeRawTag(tag);
+    }
+    for (const RawTag& tag : object.xdata()) writeRawTag(tag);
+    object_ = nullptr;
+}
+
+void WritingFiler::writeKept(std::string_view subclass) {
+    const auto& kept = object_->keptTags();
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (keptWritten_[i] || kept[i].subclass != subclass) continue;
+        keptWritten_[i] = 1;
+        for (const RawTag& tag : kept[i].tags) writeRawTag(tag);
+    }
+}
+
+void WritingFiler::writeRawTag(const RawTag& tag) {
+    if (version_ < DxfVersion::R2000 && isAfterR14(tag.code)) return;
+    const ValueType type = valueTypeOf(tag.code);
+    if (type == ValueType::String || type == ValueType::Comment) {
+        out_.writeString(tag.code, tag.value);
+    } else {
+        out_.writeRaw(tag.code, tag.value);
+    }
+}
+
+void WritingFiler::writeReference(int code, ObjectId id) {
+    const bool written = id.isValid() && !id.isErased();
+    out_.writeHandle(code, written ? id.handle().value : 0);
+}
+
+void WritingFiler::subclass(std::string_view marker) {
+    if (object_ == nullptr) return;
+    writeKept(subclass_);
+    subclass_ = marker;
+    if (version_ > DxfVersion::R12) out_.writeString(100, marker);
+}
+
+void WritingFiler::string(int code, std::string& value) {
+    out_.writeString(code, value);
+}
+
+void WritingFiler::string(int code, std::string& value, std::string_view defaultValue) {
+    if (value != defaultValue) out_.writeString(code, value);
+}
+
+void WritingFiler::int16(int code, std::int16_t& value) {
+    out_.writeInt(code, value);
+}
+
+void WritingFiler::int16(int code, std::int16_t& value, std::int16_t defaultValue) {
+    if (value != defaultValue) out_.writeInt(code, value);
+}
+
+void WritingFiler::int32(int code, std::int32_t& value) {
+    out_.writeInt(code, value);
+}
+
+void WritingFiler::int32(int code, std::int32_t& value, std::int32_t defaultValue) {
+    if (value != defaultValue) out_.writeInt(code, value);
+}
+
+void WritingFiler::int64(int code, std::int64_t& value) {
+    out_.writeInt(code, value);
+}
+
+void WritingFiler::real(int code, double& value) {
+    out_.writeDouble(code, value);
+}
+
+void WritingFiler::real(int code, double& value, double defaultValue) {
+    if (value != defaultValue) out_.writeDouble(code, value);
+}
+
+void WritingFiler::boolean(int code, bool& value) {
+    out_.writeBool(code, value);
+}
+
+void WritingFiler::point(int code, ge::Point3d& value) {
+    out_.writePoint(code, value.x, value.y, value.z);
+}
+
+void WritingFiler::point2d(int code, ge::Point3d& value) {
+    out_.writePoint2d(code, value.x, value.y);
+}
+
+void WritingFiler::vector(int code, ge::Vector3d& value) {
+    out_.writePoint(code, value.x, value.y, value.z);
+}
+
+void WritingFiler::vector(int code, ge::Vector3d& value, const ge::Vector3d& defaultValue) {
+    if (value.x != defaultValue.x || value.y != defaultValue.y || value.z != defaultValue.z) {
+        vector(code, value);
+    }
+}
+
+void WritingFiler::reference(int code, ObjectId& id) {
+    writeReference(code, id);
+}
+
+void WritingFiler::symbol(int code, ObjectId& record, SymbolTable table) {
+    std::string_view name = record.isNull() ? std::string_view() : names_.nameOf(record, table);
+    if (name.empty()) name = fallbackName(table);
+    out_.writeString(code, name);
+}
+
+void WritingFiler::symbol(int code, ObjectId& record, SymbolTable table, ObjectId defaultRecord) {
+    if (record == defaultRecord || record.isNull()) return;
+    symbol(code, record, table);
+}
+
+void WritingFiler::binary(int code, std::string& bytes) {
+    if (!bytes.empty()) out_.writeBinary(code, bytes);
+}
+
+void WritingFiler::beginRecords(int, std::size_t&) {}
+
+void WritingFiler::enterRecord(std::size_t) {}
+
+void WritingFiler::endRecords() {}
+
+void WritingFiler::resbufs(ResBufChain& chain) {
+    for (const ResBuf& item : chain) {
+        std::visit(
+            [&](const auto& value) {
+                using T = std::decay_t<decltype(value)>;
+                if constexpr (std::is_same_v<T, std::string>) {
+                    if (valueTypeOf(item.code) == ValueType::Handle) {
+                        out_.writeRaw(item.code, value);
+                    } else {
+                        out_.writeString(item.code, value);
+                    }
+                } else if constexpr (std::is_same_v<T, double>) {
+                    out_.writeDouble(item.code, value);
+                } else if constexpr (std::is_same_v<T, ge::Point3d>) {
+                    out_.writePoint(item.code, value.x, value.y, value.z);
+                } else if constexpr (std::is_same_v<T, BinaryChunk>) {
+                    out_.writeBinary(item.code, value.bytes);
+                } else if constexpr (std::is_same_v<T, ObjectId>) {
+                    writeReference(item.code, value);
+                } else {
+                    out_.writeInt(item.code, value);
+                }
+            },
+            item.value);
+    }
+}
+
+void WritingFiler::rawTags(std::vector<RawTag>& tags) {
+    for (const RawTag& tag : tags) writeRawTag(tag);
+}
+
+}  // namespace cad::db::dxf
