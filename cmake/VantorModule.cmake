@@ -9,6 +9,17 @@ if(VANTOR_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# Fuzzing: every library is instrumented for libFuzzer's coverage and runs under the
+# sanitizers, so a fuzz target finds faults in the code it links, not only in itself.
+if(VANTOR_BUILD_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "VANTOR_BUILD_FUZZ needs clang (use the fuzz preset)")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+                      -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 # vantor_module(<target> [FOLDERS <dir>...] [DEPS <target>...] [TEST_DEPS <target>...])
 # Sources are the *.cpp files of the current folder (and of FOLDERS, relative to it);
 # files ending in _test.cpp go into <target>_test instead of the library.
