@@ -63,24 +63,6 @@ ENDSEC
   0
 SECTION
   2
-TABLES
-  0
-TABLE
-  2
-LAYER
- 70
-1
-  0
-LAYER
-  2
-0
-  0
-ENDTAB
-  0
-ENDSEC
-  0
-SECTION
-  2
 ENTITIES
   0
 LINE
@@ -118,12 +100,11 @@ TEST(StructureLoader, GroupsSectionsIntoItemsStartingAtCodeZero) {
     const Loaded loaded = load(kDrawing);
     ASSERT_FALSE(loaded.error) << loaded.error->message;
     EXPECT_EQ(outline(loaded.structure),
-              "HEADER:|TABLES:TABLE/3,LAYER/2,ENDTAB/1,|"
-              "ENTITIES:LINE/3,POLYLINE/2,VERTEX/2,SEQEND/1,|THUMBNAILIMAGE:|");
+              "HEADER:|ENTITIES:LINE/3,POLYLINE/2,VERTEX/2,SEQEND/1,|THUMBNAILIMAGE:|");
     const Section* entities = loaded.structure.section("ENTITIES");
     ASSERT_NE(entities, nullptr);
-    EXPECT_EQ(entities->line, 41u);
-    EXPECT_EQ(entities->items[0].front().line, 45u);
+    EXPECT_EQ(entities->line, 23u);
+    EXPECT_EQ(entities->items[0].front().line, 27u);
     // Raw sections keep their tags between the name and ENDSEC.
     const Section* thumbnail = loaded.structure.section("THUMBNAILIMAGE");
     ASSERT_NE(thumbnail, nullptr);

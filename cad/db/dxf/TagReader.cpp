@@ -1,6 +1,6 @@
-// Splitting DXF files into tags. Text files are scanned line by line with memchr and values
-// stay views into the buffer; the tag vector is sized once from the line count, so reading
-// allocates nothing per tag.
+// Splitting DXF files into tags. Text files are scanned line by line and values stay views
+// into the buffer; the tag vector is sized once from the line count, so reading allocates
+// nothing per tag.
 #include "cad/db/dxf/TagReader.h"
 
 #include <charconv>

