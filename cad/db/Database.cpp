@@ -46,6 +46,7 @@ ErrorStatus Database::addObject(std::unique_ptr<DbObject> object, ObjectId& id, 
     slot->object = std::move(object);
     slot->erased = false;
     id = ObjectId(slot.get());
+    slot->object->addedToDatabase();
     return ErrorStatus::eOk;
 }
 

@@ -63,6 +63,8 @@ void DbObject::removePersistentReactor(ObjectId id) { std::erase(reactors_, id);
 
 void DbObject::ownedObjects(std::vector<ObjectId>&) const {}
 
+void DbObject::addedToDatabase() {}
+
 ErrorStatus DbObject::checkWritable() const {
     return isWriteEnabled() ? ErrorStatus::eOk : ErrorStatus::eWasNotOpenedForWrite;
 }

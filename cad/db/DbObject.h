@@ -78,6 +78,9 @@ protected:
 
     // eOk when the object may be changed now (open for write, or not in a database).
     ErrorStatus checkWritable() const;
+    // Called by Database::addObject once the object is resident (and closed), so objects
+    // built outside a database can bring what they own along (a polyline's vertices).
+    virtual void addedToDatabase();
 
 private:
     friend class Database;

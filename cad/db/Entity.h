@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "cad/db/DbObject.h"
 #include "cad/ge/Matrix3d.h"
@@ -31,6 +33,8 @@ public:
     ErrorStatus setLayer(ObjectId layer);
     std::int16_t colorIndex() const { return colorIndex_; }
     ErrorStatus setColorIndex(std::int16_t index);
+    std::int32_t trueColor() const { return trueColor_; }  // 0xRRGGBB, or -1 for none
+    ErrorStatus setTrueColor(std::int32_t rgb);
     ObjectId linetypeId() const { return linetype_; }
     ErrorStatus setLinetype(ObjectId linetype);
     double linetypeScale() const { return linetypeScale_; }
@@ -49,6 +53,16 @@ public:
 
     virtual ErrorStatus transformBy(const ge::Matrix3d& xform) = 0;
     virtual ErrorStatus getGeomExtents(Extents3d& extents) const = 0;
+    // A transformed copy in no database. By default a clone moved with transformBy; types
+    // that cannot take the transform themselves answer with another type (a circle under an
+    // uneven scale becomes an ellipse).
+    virtual ErrorStatus getTransformedCopy(const ge::Matrix3d& xform,
+                                           std::unique_ptr<Entity>& copy) const;
+    // The simpler entities this one is made of, in no database. eNotApplicable by default.
+    virtual ErrorStatus explode(std::vector<std::unique_ptr<Entity>>& pieces) const;
+    // A clone made to leave this object: no owner, extension dictionary or reactors, which
+    // belong to the original (a copy must not claim membership of the original's group).
+    std::unique_ptr<Entity> detachedClone() const;
 
     // The common "AcDbEntity" subclass; derived classes call it first in their dxfFields.
     void dxfFields(DxfFiler& filer) override;
