@@ -1,0 +1,133 @@
+// Loading and saving the module's settings file.
+#include "vantor/ui/ModuleSettings.h"
+
+#include <string_view>
+
+#include "cad/sys/ModuleFolder.h"
+#include "vantor/ui/TextRules.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr std::string_view kOption = "OPTION";
+constexpr std::string_view kSetting = "SETTING";
+constexpr std::string_view kColumns = "COLUMNS";
+
+constexpr std::array<std::string_view, ModuleSettings::kGeometryCount> kGeometryKeys = {
+    "BomDlg Width",      "BomDlg Height",      "BomDlg PosX",           "BomDlg PosY",
+    "BomDlg Left Width", "BomDlg SubTree Pos", "BomDlg SubPreview Pos", "BomDlg SubList Pos",
+};
+constexpr std::array<std::string_view, ModuleSettings::kGeometryCount> kGeometryDefaults = {
+    "800", "600", "100", "100", "230", "300", "300", "150",
+};
+
+// The last two keys carry the column titles without a prefix. Files in use have them so, and
+// a prefixed key would read as a missing one.
+constexpr std::array<std::string_view, ModuleSettings::kBlockColumnCount> kBlockWidthKeys = {
+    "Width_KName", "Width_EName",  "Width_Spec",  "Width_Material", "Width_Weight",
+    "Width_Price", "Width_Remark", "Width_User1", "Width_User2",    "Width_User3",
+    "Width_User4", "Width_User5",  "Width_User6", "Block name",     "Description",
+};
+constexpr std::array<std::string_view, ModuleSettings::kRecordColumnCount> kRecordWidthKeys = {
+    "Width2_KName", "Width2_EName",  "Width2_Spec",  "Width2_Material", "Width2_Weight",
+    "Width2_Price", "Width2_Remark", "Width2_User1", "Width2_User2",    "Width2_User3",
+    "Width2_User4", "Width2_User5",  "Width2_User6",
+};
+// One table for both views: the record view takes its first 13 entries.
+constexpr std::array<int, ModuleSettings::kBlockColumnCount> kDefaultWidths = {
+    130, 150, 180, 80, 50, 50, 100, 70, 70, 70, 70, 70, 70, 200, 300,
+};
+
+// Only its address matters: it lies in the module's own file, wherever the module was loaded
+// from.
+void moduleAnchor() {}
+
+}  // namespace
+
+ModuleSettings::ModuleSettings() : labels(FieldLabels::defaults()) {
+    for (std::size_t i = 0; i < kGeometryCount; ++i) geometry[i] = kGeometryDefaults[i];
+    fillDefaultWidths();
+}
+
+void ModuleSettings::fillDefaultWidths() {
+    for (std::size_t i = 0; i < kBlockColumnCount; ++i) blockWidths[i] = kDefaultWidths[i];
+    for (std::size_t i = 0; i < kRecordColumnCount; ++i) recordWidths[i] = kDefaultWidths[i];
+}
+
+FrameRect ModuleSettings::frameRect() const {
+    const int left = atoiText(geometry[kPosX]);
+    const int top = atoiText(geometry[kPosY]);
+    return {left, top, left + atoiText(geometry[kWidth]), top + atoiText(geometry[kHeight])};
+}
+
+void ModuleSettings::load() {
+    moduleFolder = cad::sys::moduleFolder(reinterpret_cast<const void*>(&moduleAnchor));
+    profile_.setFile(moduleFolder + "Vantor.ini");
+
+    // Once a section exists its keys are taken as read: a missing key gives 0 or an empty
+    // text, not the default, and the geometry likewise. Only the labels keep their defaults
+    // when read empty, since a window without column titles is unusable.
+    if (profile_.sectionExists(kOption)) {
+        option = atoiText(profile_.read(kOption, "Option"));
+        drawAngle = profile_.read(kOption, "DrawAngle");
+        delimiter = atoiText(profile_.read(kOption, "Delimiter"));
+        savePath = profile_.read(kOption, "savePath");
+        curListName = profile_.read(kOption, "curListName");
+    }
+
+    labels = FieldLabels::defaults();
+    if (profile_.sectionExists(kSetting)) {
+        for (std::size_t i = 0; i < kGeometryCount; ++i) {
+            geometry[i] = profile_.read(kSetting, kGeometryKeys[i]);
+        }
+        for (std::size_t i = 0; i < FieldLabels::kCount; ++i) {
+            std::string label = profile_.read(kSetting, FieldLabels::key(i));
+            if (!label.empty()) labels[i] = std::move(label);
+        }
+        ublView = atoiText(profile_.read(kSetting, "UblView"));
+        preView = atoiText(profile_.read(kSetting, "PreView"));
+        dataView = atoiText(profile_.read(kSetting, "DataView"));
+        viewType = atoiText(profile_.read(kSetting, "ViewType"));
+        todayMode = atoiText(profile_.read(kSetting, "TodayMode"));
+    }
+
+    fillDefaultWidths();
+    if (profile_.sectionExists(kColumns)) {
+        for (std::size_t i = 0; i < kBlockColumnCount; ++i) {
+            blockWidths[i] = atoiText(profile_.read(kColumns, kBlockWidthKeys[i]));
+        }
+        for (std::size_t i = 0; i < kRecordColumnCount; ++i) {
+            recordWidths[i] = atoiText(profile_.read(kColumns, kRecordWidthKeys[i]));
+        }
+    }
+}
+
+void ModuleSettings::save() {
+    profile_.write(kOption, "Option", std::to_string(option));
+    profile_.write(kOption, "DrawAngle", drawAngle);
+    profile_.write(kOption, "Delimiter", std::to_string(delimiter));
+    profile_.write(kOption, "savePath", savePath);
+    profile_.write(kOption, "curListName", curListName);
+
+    for (std::size_t i = 0; i < kGeometryCount; ++i) {
+        profile_.write(kSetting, kGeometryKeys[i], geometry[i]);
+    }
+    for (std::size_t i = 0; i < FieldLabels::kCount; ++i) {
+        profile_.write(kSetting, FieldLabels::key(i), labels[i]);
+    }
+    profile_.write(kSetting, "UblView", std::to_string(ublView));
+    profile_.write(kSetting, "PreView", std::to_string(preView));
+    profile_.write(kSetting, "DataView", std::to_string(dataView));
+    profile_.write(kSetting, "ViewType", std::to_string(viewType));
+    profile_.write(kSetting, "TodayMode", std::to_string(todayMode));
+
+    for (std::size_t i = 0; i < kBlockColumnCount; ++i) {
+        profile_.write(kColumns, kBlockWidthKeys[i], std::to_string(blockWidths[i]));
+    }
+    for (std::size_t i = 0; i < kRecordColumnCount; ++i) {
+        profile_.write(kColumns, kRecordWidthKeys[i], std::to_string(recordWidths[i]));
+    }
+}
+
+}  // namespace vantor
