@@ -1,0 +1,658 @@
+// The editor: input requests over the typed-ahead text, queued strings and the input source.
+#include "cad/ed/Editor.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+
+#include "cad/db/Database.h"
+#include "cad/db/Entity.h"
+#include "cad/db/ObjectPtr.h"
+#include "cad/ed/EditorReactor.h"
+#include "cad/ed/InputPointMonitor.h"
+#include "cad/ed/ResultCodes.h"
+#include "cad/ed/SelectionSet.h"
+#include "cad/ed/TypedInput.h"
+
+namespace cad::ed {
+
+namespace {
+
+using Kind = InputRequest::Kind;
+
+// An entity of model space with its extents, as selection looks at it.
+struct Candidate {
+    db::ObjectId id;
+    db::Extents3d extents;
+};
+
+bool equalNoCase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return std::toupper(static_cast<unsigned char>(x)) ==
+                      std::toupper(static_cast<unsigned char>(y));
+           });
+}
+
+// Every entity of model space (of the given types), in handle order. Entities that cannot be
+// opened for read just now (open for write elsewhere) cannot be selected either.
+std::vector<Candidate> modelSpaceEntities(db::Database* database,
+                                          const std::vector<std::string>& types) {
+    std::vector<Candidate> out;
+    if (database == nullptr) return out;
+    db::ObjectId space = database->modelSpaceId();
+    for (db::ObjectId id : database->objectIds()) {
+        if (id.isErased()) continue;
+        auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
+        if (!entity || entity->ownerId() != space) continue;
+        if (!types.empty() && std::none_of(types.begin(), types.end(), [&](const std::string& t) {
+                return equalNoCase(t, entity->dxfName());
+            }))
+            continue;
+        Candidate candidate{id, {}};
+        if (entity->getGeomExtents(candidate.extents) != ErrorStatus::eOk) continue;
+        out.push_back(candidate);
+    }
+    return out;
+}
+
+double area(const db::Extents3d& e) {
+    return (e.maxPoint.x - e.minPoint.x) * (e.maxPoint.y - e.minPoint.y);
+}
+
+Editor defaultEditor;
+Editor* installedEditor = nullptr;
+
+}  // namespace
+
+Editor::Editor() = default;
+
+void Editor::printf(const char* format, ...) {
+    std::va_list args;
+    va_start(args, format);
+    commandLine_.vprintf(format, args);
+    va_end(args);
+}
+
+// ---- Input ----
+
+void Editor::typeAhead(std::string text, bool echo) {
+    if (!text.empty()) typeAhead_.push_back({std::move(text), echo});
+}
+
+std::optional<InputEvent> Editor::takeTypedToken(bool allowSpaces) {
+    while (!typeAhead_.empty()) {
+        TypedChunk& chunk = typeAhead_.front();
+        if (chunk.text.empty()) {
+            typeAhead_.pop_front();
+            continue;
+        }
+        if (chunk.text.front() == '\x03') {
+            chunk.text.erase(0, 1);
+            partial_.clear();
+            return InputEvent::cancel();
+        }
+        std::size_t end = chunk.text.find_first_of(allowSpaces ? "\n\x03" : " \n\x03");
+        std::string piece = chunk.text.substr(0, end);
+        if (chunk.echo) print(piece);
+        if (end == std::string::npos) {
+            partial_ += piece;
+            typeAhead_.pop_front();
+            continue;
+        }
+        chunk.text.erase(0, chunk.text[end] == '\x03' ? end : end + 1);
+        std::string token = partial_ + piece;
+        partial_.clear();
+        return InputEvent::typed(std::move(token));
+    }
+    return std::nullopt;
+}
+
+bool Editor::filterSwallows(WindowMessage& message) {
+    auto filters = filters_;
+    for (FilterWinMsgFn filter : filters)
+        if (filter(&message)) return true;
+    return false;
+}
+
+InputEvent Editor::nextInput(const InputRequest& request) {
+    for (;;) {
+        InputEvent event;
+        std::string queued;
+        bool echo = true;
+        if (!posted_.empty()) {
+            event.message = posted_.front();
+            posted_.pop_front();
+            event.kind = event.message.message == WM_LBUTTONDOWN ? InputEvent::Kind::Pick
+                         : event.message.isMouse()               ? InputEvent::Kind::Move
+                                                                 : InputEvent::Kind::Key;
+        } else if (auto token = takeTypedToken(request.allowSpaces)) {
+            event = std::move(*token);
+        } else if (queuedText_ && queuedText_(queued, echo)) {
+            typeAhead(std::move(queued), echo);
+            continue;
+        } else if (source_ == nullptr) {
+            event = InputEvent::end();
+        } else {
+            event = source_->next(request);
+            if (event.kind == InputEvent::Kind::Text) {
+                typeAhead(event.text + "\n", true);
+                continue;
+            }
+        }
+
+        switch (event.kind) {
+            case InputEvent::Kind::Text:
+                return event;
+            case InputEvent::Kind::Cancel:
+            case InputEvent::Kind::End:
+                ++cancellations_;
+                return event;
+            case InputEvent::Kind::Pick:
+            case InputEvent::Kind::Move:
+                if (!filterSwallows(event.message)) return event;
+                continue;
+            case InputEvent::Kind::Key:
+                if (filterSwallows(event.message)) continue;
+                if (event.message.keyCode == VK_ESCAPE) {
+                    ++cancellations_;
+                    return InputEvent::cancel();
+                }
+                if (event.message.keyCode == VK_RETURN) return InputEvent::typed("");
+                continue;
+        }
+    }
+}
+
+int Editor::initGet(int flags, std::string_view keywords) {
+    initGetFlags_ = flags;
+    initGetKeywords_ = KeywordList(keywords);
+    return RTNORM;
+}
+
+int Editor::getInput(std::string& text) const {
+    text = lastInput_;
+    return RTNORM;
+}
+
+int Editor::ask(InputRequest request, const Interpreter& interpret) {
+    int flags = initGetFlags_;
+    KeywordList keywords = std::move(initGetKeywords_);
+    initGetFlags_ = 0;
+    initGetKeywords_ = KeywordList();
+    request.flags = flags;
+    request.keywords = keywords.text();
+    bool pointRequest =
+        request.kind == Kind::Point || request.kind == Kind::Corner || request.kind == Kind::Angle;
+
+    print(request.prompt);
+    for (;;) {
+        InputEvent input = nextInput(request);
+        switch (input.kind) {
+            case InputEvent::Kind::Cancel:
+            case InputEvent::Kind::End:
+                print("*Cancel*");
+                return RTCAN;
+            case InputEvent::Kind::Move:
+                if (pointRequest) reportInputPoint(input.message.point, &input.message);
+                continue;
+            case InputEvent::Kind::Key:
+                continue;
+            case InputEvent::Kind::Text:
+                if (input.text.empty() && request.kind != Kind::String) {
+                    if ((flags & RSG_NONULL) == 0) return RTNONE;
+                    print(request.prompt);
+                    continue;
+                }
+                if (request.kind != Kind::String && request.kind != Kind::Keyword) {
+                    if (auto index = keywords.match(input.text)) {
+                        lastInput_ = keywords.answer(*index);
+                        return RTKWORD;
+                    }
+                }
+                break;
+            case InputEvent::Kind::Pick:
+                break;
+        }
+        Answer answer = interpret(input);
+        if (answer.code != 0) return answer.code;
+        if ((flags & RSG_OTHER) != 0 && input.kind == InputEvent::Kind::Text) {
+            lastInput_ = input.text;
+            return RTKWORD;
+        }
+        print(answer.refusal);
+        print(request.prompt);
+    }
+}
+
+std::optional<ge::Point3d> Editor::pointOf(const InputEvent& input) const {
+    if (input.kind == InputEvent::Kind::Pick) return input.message.point;
+    if (input.kind == InputEvent::Kind::Text) return parsePoint(input.text, lastPoint());
+    return std::nullopt;
+}
+
+void Editor::reportInputPoint(const ge::Point3d& point, const WindowMessage* message) {
+    if (monitors_.empty()) return;
+    InputPoint input;
+    input.lastPoint = lastPoint();
+    input.rawPoint = input.computedPoint = input.osnappedPoint = point;
+    if (message != nullptr) {
+        input.windowX = message->x;
+        input.windowY = message->y;
+    } else {
+        input.history = kPointHistoryLastPt;
+        input.windowX = static_cast<int>(std::lround(point.x));
+        input.windowY = static_cast<int>(std::lround(point.y));
+    }
+    notifyInputPoint(input);
+}
+
+int Editor::askPoint(Kind kind, std::string_view prompt, ge::Point3d& result,
+                     std::optional<ge::Point3d> basePoint) {
+    ge::Point3d point;
+    InputRequest request{kind, std::string(prompt), basePoint};
+    int code = ask(request, [&](const InputEvent& input) -> Answer {
+        auto p = pointOf(input);
+        if (!p) return {0, "\nInvalid point."};
+        if (input.kind == InputEvent::Kind::Text)
+            reportInputPoint(*p, nullptr);
+        else
+            reportInputPoint(*p, &input.message);
+        point = *p;
+        return {RTNORM, {}};
+    });
+    if (code == RTNORM) {
+        result = point;
+        setLastPoint(point);
+    }
+    return code;
+}
+
+int Editor::getPoint(std::string_view prompt, ge::Point3d& result,
+                     std::optional<ge::Point3d> basePoint) {
+    return askPoint(Kind::Point, prompt, result, basePoint);
+}
+
+int Editor::getCorner(std::string_view prompt, const ge::Point3d& basePoint, ge::Point3d& result) {
+    return askPoint(Kind::Corner, prompt, result, basePoint);
+}
+
+int Editor::getAngle(std::string_view prompt, double& result,
+                     std::optional<ge::Point3d> basePoint) {
+    double angle = 0.0;
+    std::optional<ge::Point3d> firstPoint;
+    int flags = initGetFlags_;
+    InputRequest request{Kind::Angle, std::string(prompt), basePoint};
+    int code = ask(request, [&](const InputEvent& input) -> Answer {
+        if (input.kind == InputEvent::Kind::Text) {
+            if (auto degrees = parseReal(input.text)) {
+                angle = normalizeAngle(degreesToRadians(*degrees));
+                if ((flags & RSG_NOZERO) != 0 && angle == 0.0)
+                    return {0, "\nValue must be nonzero."};
+                return {RTNORM, {}};
+            }
+        }
+        auto p = pointOf(input);
+        if (!p) return {0, "\nRequires numeric angle or second point."};
+        if (basePoint)
+            angle = angleBetween(*basePoint, *p);
+        else
+            firstPoint = p;
+        return {RTNORM, {}};
+    });
+    if (code == RTNORM && firstPoint) {
+        ge::Point3d second;
+        code = askPoint(Kind::Point, "\nSpecify second point: ", second, firstPoint);
+        if (code == RTNORM) angle = angleBetween(*firstPoint, second);
+    }
+    if (code == RTNORM) result = angle;
+    return code;
+}
+
+int Editor::getString(std::string_view prompt, std::string& result, bool allowSpaces) {
+    std::string text;
+    InputRequest request{Kind::String, std::string(prompt)};
+    request.allowSpaces = allowSpaces;
+    int code = ask(request, [&](const InputEvent& input) -> Answer {
+        if (input.kind != InputEvent::Kind::Text) return {0, {}};
+        text = input.text;
+        return {RTNORM, {}};
+    });
+    if (code == RTNORM) result = text;
+    return code;
+}
+
+int Editor::getKeyword(std::string_view prompt, std::string& result) {
+    if (initGetKeywords_.empty()) {
+        initGet(0);
+        return RTREJ;
+    }
+    const KeywordList keywords = initGetKeywords_;
+    std::string answer;
+    int code = ask({Kind::Keyword, std::string(prompt)}, [&](const InputEvent& input) -> Answer {
+        if (input.kind == InputEvent::Kind::Text) {
+            if (auto index = keywords.match(input.text)) {
+                answer = keywords.answer(*index);
+                return {RTNORM, {}};
+            }
+        }
+        return {0, "\nInvalid option keyword."};
+    });
+    if (code == RTNORM) result = answer;
+    if (code == RTKWORD) result = lastInput_;
+    return code;
+}
+
+int Editor::getInteger(std::string_view prompt, int& result) {
+    int value = 0;
+    int flags = initGetFlags_;
+    int code = ask({Kind::Integer, std::string(prompt)}, [&](const InputEvent& input) -> Answer {
+        std::optional<long> number;
+        if (input.kind == InputEvent::Kind::Text) number = parseInteger(input.text);
+        if (!number) return {0, "\nRequires an integer value."};
+        if (*number < -32768 || *number > 32767)
+            return {0, "\nRequires an integer between -32768 and 32767."};
+        if ((flags & RSG_NOZERO) != 0 && *number == 0) return {0, "\nValue must be nonzero."};
+        if ((flags & RSG_NONEG) != 0 && *number < 0) return {0, "\nValue must be positive."};
+        value = static_cast<int>(*number);
+        return {RTNORM, {}};
+    });
+    if (code == RTNORM) result = value;
+    return code;
+}
+
+int Editor::getReal(std::string_view prompt, double& result) {
+    double value = 0.0;
+    int flags = initGetFlags_;
+    int code = ask({Kind::Real, std::string(prompt)}, [&](const InputEvent& input) -> Answer {
+        std::optional<double> number;
+        if (input.kind == InputEvent::Kind::Text) number = parseReal(input.text);
+        if (!number) return {0, "\nRequires numeric value."};
+        if ((flags & RSG_NOZERO) != 0 && *number == 0.0) return {0, "\nValue must be nonzero."};
+        if ((flags & RSG_NONEG) != 0 && *number < 0.0) return {0, "\nValue must be positive."};
+        value = *number;
+        return {RTNORM, {}};
+    });
+    if (code == RTNORM) result = value;
+    return code;
+}
+
+int Editor::entSel(std::string_view prompt, EntityName& entity, ge::Point3d& picked) {
+    db::ObjectId found;
+    ge::Point3d at;
+    std::string text = prompt.empty() ? std::string("\nSelect object: ") : std::string(prompt);
+    int code = ask({Kind::EntitySelect, text}, [&](const InputEvent& input) -> Answer {
+        if (auto p = pointOf(input)) {
+            at = *p;
+            found = entityAt(*p, {});
+        } else if (db::Handle::fromHex(input.text)) {
+            found = entityByHandle(input.text, {});
+            for (const Candidate& c : modelSpaceEntities(database_, {}))
+                if (c.id == found)
+                    at = ge::Point3d((c.extents.minPoint.x + c.extents.maxPoint.x) / 2,
+                                     (c.extents.minPoint.y + c.extents.maxPoint.y) / 2,
+                                     (c.extents.minPoint.z + c.extents.maxPoint.z) / 2);
+        } else {
+            return {0, "\n*Invalid selection*"};
+        }
+        return {found.isNull() ? RTERROR : RTNORM, {}};
+    });
+    if (code == RTNORM) {
+        entity = EntityName{found};
+        picked = at;
+    }
+    return code;
+}
+
+// ---- Selection sets ----
+
+db::ObjectId Editor::entityAt(const ge::Point3d& point,
+                              const std::vector<std::string>& types) const {
+    // Without a view to hit-test in, an entity is hit when the point lies in its extents
+    // widened by a pick box; of several, the smallest (then the newest) is taken, which is the
+    // one a user aiming at it means.
+    SysVarValue size;
+    double radius = getVar("VIEWSIZE", size) == RTNORM ? std::get<double>(size) * 0.005 : 1.0;
+    const Candidate* best = nullptr;
+    std::vector<Candidate> candidates = modelSpaceEntities(database_, types);
+    for (const Candidate& c : candidates) {
+        if (point.x < c.extents.minPoint.x - radius || point.x > c.extents.maxPoint.x + radius ||
+            point.y < c.extents.minPoint.y - radius || point.y > c.extents.maxPoint.y + radius)
+            continue;
+        if (best == nullptr || area(c.extents) <= area(best->extents)) best = &c;
+    }
+    return best ? best->id : db::ObjectId::kNull;
+}
+
+db::ObjectId Editor::entityByHandle(std::string_view text,
+                                    const std::vector<std::string>& types) const {
+    auto handle = db::Handle::fromHex(text);
+    if (!handle) return db::ObjectId::kNull;
+    for (const Candidate& c : modelSpaceEntities(database_, types))
+        if (c.id.handle() == *handle) return c.id;
+    return db::ObjectId::kNull;
+}
+
+std::vector<db::ObjectId> Editor::entitiesIn(const ge::Point3d& corner1, const ge::Point3d& corner2,
+                                             const std::vector<std::string>& types) const {
+    double minX = std::min(corner1.x, corner2.x), maxX = std::max(corner1.x, corner2.x);
+    double minY = std::min(corner1.y, corner2.y), maxY = std::max(corner1.y, corner2.y);
+    std::vector<db::ObjectId> out;
+    for (const Candidate& c : modelSpaceEntities(database_, types))
+        if (c.extents.minPoint.x >= minX && c.extents.maxPoint.x <= maxX &&
+            c.extents.minPoint.y >= minY && c.extents.maxPoint.y <= maxY)
+            out.push_back(c.id);
+    return out;
+}
+
+int Editor::promptSelection(SelectionSet& result, const std::vector<std::string>& types) {
+    const KeywordList keywords("Window ALL");
+    InputRequest request{Kind::Selection, "\nSelect objects: "};
+    request.keywords = keywords.text();
+    print(request.prompt);
+    for (;;) {
+        InputEvent input = nextInput(request);
+        if (input.kind == InputEvent::Kind::Cancel || input.kind == InputEvent::Kind::End) {
+            print("*Cancel*");
+            result.free();
+            return RTCAN;
+        }
+        if (input.kind == InputEvent::Kind::Move || input.kind == InputEvent::Kind::Key) continue;
+        if (input.kind == InputEvent::Kind::Text && input.text.empty())
+            return result.length() > 0 ? RTNORM : RTERROR;
+
+        std::optional<std::vector<db::ObjectId>> found;
+        auto keyword =
+            input.kind == InputEvent::Kind::Text ? keywords.match(input.text) : std::nullopt;
+        if (keyword == 0u) {
+            ge::Point3d first, second;
+            int code = getPoint("\nFirst corner: ", first);
+            if (code == RTNORM) code = getCorner("\nSpecify opposite corner: ", first, second);
+            if (code == RTCAN) {
+                result.free();
+                return RTCAN;
+            }
+            if (code == RTNORM) found = entitiesIn(first, second, types);
+        } else if (keyword == 1u) {
+            found = entitiesIn({-1e300, -1e300, 0}, {1e300, 1e300, 0}, types);
+        } else if (auto point = pointOf(input)) {
+            found.emplace();
+            if (db::ObjectId id = entityAt(*point, types); !id.isNull()) found->push_back(id);
+        } else if (db::Handle::fromHex(input.text)) {
+            found.emplace();
+            if (db::ObjectId id = entityByHandle(input.text, types); !id.isNull())
+                found->push_back(id);
+        }
+        if (found) {
+            printf("\n%zu found", found->size());
+            for (db::ObjectId id : *found) result.add(EntityName{id});
+        } else {
+            print("\n*Invalid selection*");
+        }
+        print(request.prompt);
+    }
+}
+
+int Editor::ssget(SelectMode mode, SelectionSet& result, const ge::Point3d& p1,
+                  const ge::Point3d& p2, const std::vector<std::string>& types) {
+    result.free();
+    switch (mode) {
+        case SelectMode::Prompt:
+            return promptSelection(result, types);
+        case SelectMode::Point:
+            result.add(EntityName{entityAt(p1, types)});
+            break;
+        case SelectMode::Window:
+            for (db::ObjectId id : entitiesIn(p1, p2, types)) result.add(EntityName{id});
+            break;
+        case SelectMode::All:
+            for (const Candidate& c : modelSpaceEntities(database_, types))
+                result.add(EntityName{c.id});
+            break;
+        case SelectMode::Implied: {
+            std::vector<Candidate> candidates = modelSpaceEntities(database_, types);
+            for (db::ObjectId id : pickfirst_)
+                if (std::any_of(candidates.begin(), candidates.end(),
+                                [&](const Candidate& c) { return c.id == id; }))
+                    result.add(EntityName{id});
+            break;
+        }
+    }
+    return result.length() > 0 ? RTNORM : RTERROR;
+}
+
+// ---- Document context and system variables ----
+
+void Editor::setDocumentContext(db::Database* database, SystemVariables* drawingVariables) {
+    database_ = database;
+    drawingVariables_ = drawingVariables ? drawingVariables : &ownDrawingVariables_;
+}
+
+int Editor::getVar(std::string_view name, SysVarValue& value) const {
+    const SystemVariables::Definition* definition = SystemVariables::find(name);
+    if (definition == nullptr) return RTERROR;
+    const SystemVariables& table = definition->scope == SystemVariables::Scope::Application
+                                       ? appVariables_
+                                       : *drawingVariables_;
+    value = *table.get(definition->name);
+    return RTNORM;
+}
+
+int Editor::setVar(std::string_view name, const SysVarValue& value) {
+    const SystemVariables::Definition* definition = SystemVariables::find(name);
+    if (definition == nullptr) return RTERROR;
+    SystemVariables& table = definition->scope == SystemVariables::Scope::Application
+                                 ? appVariables_
+                                 : *drawingVariables_;
+    bool ok = !definition->readOnly && table.set(definition->name, value) == ErrorStatus::eOk;
+    for (EditorReactor* reactor : reactors()) reactor->sysVarChanged(definition->name, ok);
+    return ok ? RTNORM : RTERROR;
+}
+
+int Editor::setCurrentView(const ViewRecord& view) {
+    SystemVariables& vars = *drawingVariables_;
+    const ge::Vector3d& d = view.viewDirection;
+    const std::pair<const char*, SysVarValue> values[] = {
+        {"VIEWCTR", ge::Point3d(view.centerPoint.x, view.centerPoint.y, 0.0)},
+        {"VIEWSIZE", view.height},
+        {"VIEWDIR", ge::Point3d(d.x, d.y, d.z)},
+        {"TARGET", view.target},
+        {"LENSLENGTH", view.lensLength},
+        {"VIEWTWIST", view.viewTwist},
+        {"FRONTZ", view.frontClipDistance},
+        {"BACKZ", view.backClipDistance},
+        {"VIEWMODE", view.viewMode()},
+    };
+    for (const auto& [name, value] : values) {
+        vars.set(name, value);
+        for (EditorReactor* reactor : reactors()) reactor->sysVarChanged(name, true);
+    }
+    viewAspect_ = view.height > 0.0 ? view.width / view.height : viewAspect_;
+    return RTNORM;
+}
+
+ViewRecord Editor::currentView() const {
+    const SystemVariables& vars = *drawingVariables_;
+    ViewRecord view;
+    ge::Point3d center = std::get<ge::Point3d>(*vars.get("VIEWCTR"));
+    ge::Point3d direction = std::get<ge::Point3d>(*vars.get("VIEWDIR"));
+    view.centerPoint = {center.x, center.y};
+    view.height = std::get<double>(*vars.get("VIEWSIZE"));
+    view.width = view.height * viewAspect_;
+    view.viewDirection = direction.asVector();
+    view.target = std::get<ge::Point3d>(*vars.get("TARGET"));
+    view.lensLength = std::get<double>(*vars.get("LENSLENGTH"));
+    view.viewTwist = std::get<double>(*vars.get("VIEWTWIST"));
+    view.frontClipDistance = std::get<double>(*vars.get("FRONTZ"));
+    view.backClipDistance = std::get<double>(*vars.get("BACKZ"));
+    view.setViewMode(std::get<int>(*vars.get("VIEWMODE")));
+    return view;
+}
+
+ge::Point3d Editor::lastPoint() const {
+    return std::get<ge::Point3d>(*drawingVariables_->get("LASTPOINT"));
+}
+
+void Editor::setLastPoint(const ge::Point3d& point) {
+    drawingVariables_->set("LASTPOINT", point);
+}
+
+// ---- Monitors, filters, reactors ----
+
+void Editor::addInputPointMonitor(InputPointMonitor* monitor) {
+    if (std::find(monitors_.begin(), monitors_.end(), monitor) == monitors_.end())
+        monitors_.push_back(monitor);
+}
+
+void Editor::removeInputPointMonitor(InputPointMonitor* monitor) {
+    monitors_.erase(std::remove(monitors_.begin(), monitors_.end(), monitor), monitors_.end());
+}
+
+void Editor::notifyInputPoint(const InputPoint& input) {
+    auto monitors = monitors_;
+    for (InputPointMonitor* monitor : monitors) {
+        InputPointMonitorResult result;
+        monitor->monitorInputPoint(input, result);
+    }
+}
+
+bool Editor::registerMessageFilter(FilterWinMsgFn filter) {
+    if (filter == nullptr || std::find(filters_.begin(), filters_.end(), filter) != filters_.end())
+        return false;
+    filters_.push_back(filter);
+    return true;
+}
+
+bool Editor::removeMessageFilter(FilterWinMsgFn filter) {
+    auto it = std::find(filters_.begin(), filters_.end(), filter);
+    if (it == filters_.end()) return false;
+    filters_.erase(it);
+    return true;
+}
+
+void Editor::addReactor(EditorReactor* reactor) {
+    if (std::find(reactors_.begin(), reactors_.end(), reactor) == reactors_.end())
+        reactors_.push_back(reactor);
+}
+
+void Editor::removeReactor(EditorReactor* reactor) {
+    reactors_.erase(std::remove(reactors_.begin(), reactors_.end(), reactor), reactors_.end());
+}
+
+// ---- The process's editor ----
+
+Editor& editor() {
+    return installedEditor ? *installedEditor : defaultEditor;
+}
+
+void setEditor(Editor* installed) {
+    installedEditor = installed;
+}
+
+void acutPrintf(const char* format, ...) {
+    std::va_list args;
+    va_start(args, format);
+    editor().commandLine().vprintf(format, args);
+    va_end(args);
+}
+
+}  // namespace cad::ed
