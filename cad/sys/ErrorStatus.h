@@ -36,6 +36,7 @@ enum class ErrorStatus : int {
     eNotSupported = 100,
     eBadDwgFile = 190,         // the drawing is damaged: it cannot be loaded
     eVersionNotSupported = 191,
+    eLockViolation = 300,      // a document lock was refused: another lock already holds it
     eUnknownError = 999,
 };
 
@@ -70,6 +71,7 @@ constexpr std::string_view errorStatusName(ErrorStatus status) {
         case ErrorStatus::eNotSupported: return "eNotSupported";
         case ErrorStatus::eBadDwgFile: return "eBadDwgFile";
         case ErrorStatus::eVersionNotSupported: return "eVersionNotSupported";
+        case ErrorStatus::eLockViolation: return "eLockViolation";
         case ErrorStatus::eUnknownError: return "eUnknownError";
     }
     return "eUnknownError";
