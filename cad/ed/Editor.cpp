@@ -130,6 +130,8 @@ InputEvent Editor::nextInput(const InputRequest& request) {
         } else if (queuedText_ && queuedText_(queued, echo)) {
             typeAhead(std::move(queued), echo);
             continue;
+        } else if (!request.wait) {
+            return InputEvent::end();  // nothing typed ahead: not a cancellation
         } else if (source_ == nullptr) {
             event = InputEvent::end();
         } else {

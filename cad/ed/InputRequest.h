@@ -36,6 +36,7 @@ struct InputRequest {
     int flags = 0;             // initGet flags, or the jig's user-input controls
     int cursorType = 0;        // the jig's special cursor (0 crosshair, 2 rubber band, ...)
     bool allowSpaces = false;  // only Enter ends a typed answer
+    bool wait = true;          // false: answer End rather than wait for the input source
 };
 
 }  // namespace cad::ed
