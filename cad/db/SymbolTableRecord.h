@@ -46,6 +46,8 @@ protected:
     // The name (2) and flags (70) that open each kind's own subclass.
     void nameAndFlags(DxfFiler& filer);
     void nameField(DxfFiler& filer);
+    // Takes a name as a file gave it, without the checks of setName (the reader's links).
+    void assignName(std::string_view name);
     // Called by SymbolTable::add once a record made by the program is in the database, for
     // the parts it makes along (a block's BLOCK and ENDBLK, a layer's linetype).
     virtual ErrorStatus completeNewRecord();
