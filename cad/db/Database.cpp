@@ -26,6 +26,15 @@ Database::~Database() {
 
 ErrorStatus Database::addObject(std::unique_ptr<DbObject> object, ObjectId& id, ObjectId ownerId,
                                 Handle handle) {
+    if (ErrorStatus es = insertObject(std::move(object), id, ownerId, handle);
+        es != ErrorStatus::eOk)
+        return es;
+    id.slot()->object->addedToDatabase();
+    return ErrorStatus::eOk;
+}
+
+ErrorStatus Database::insertObject(std::unique_ptr<DbObject> object, ObjectId& id,
+                                   ObjectId ownerId, Handle handle) {
     if (!object) return ErrorStatus::eNullObjectId;
     if (object->slot_ != nullptr) return ErrorStatus::eInvalidInput;  // already resident
     if (handle.isNull()) {
@@ -46,7 +55,6 @@ ErrorStatus Database::addObject(std::unique_ptr<DbObject> object, ObjectId& id, 
     slot->object = std::move(object);
     slot->erased = false;
     id = ObjectId(slot.get());
-    slot->object->addedToDatabase();
     return ErrorStatus::eOk;
 }
 

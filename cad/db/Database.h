@@ -140,6 +140,13 @@ public:
     bool isNoDocument() const { return noDocument_; }
 
 private:
+    class Cloner;  // DatabaseClone.cpp
+    // addObject without DbObject::addedToDatabase: a clone's references still name the
+    // source's objects until translation, and must not be acted on (a group copy would make
+    // itself a reactor of the original members).
+    ErrorStatus insertObject(std::unique_ptr<DbObject> object, ObjectId& id, ObjectId ownerId,
+                             Handle handle = Handle{});
+
     void buildDefaultDrawing();  // DatabaseContent.cpp
 
     std::unordered_map<Handle, std::unique_ptr<ObjectSlot>> slots_;
