@@ -250,21 +250,60 @@ TEST_P(WblockBlock, ExistingLayerFollowsTheDuplicateRecordRule) {
     }
 }
 
-TEST_P(WblockBlock, ExistingNestedBlockIsUsedAsItIs) {
+TEST_P(WblockBlock, ExistingNestedBlockKeepsItsRecordAndByTheRuleItsContents) {
+    for (DuplicateRecordCloning drc :
+         {DuplicateRecordCloning::Ignore, DuplicateRecordCloning::Replace}) {
+        const bool replace = drc == DuplicateRecordCloning::Replace;
+        SCOPED_TRACE(replace ? "Replace" : "Ignore");
+        Database target;
+        const ObjectId bolt = addBlock(target, "BOLT");
+        const ObjectId circle =
+            append(bolt, std::make_unique<Circle>(ge::Point3d(0, 0, 0), ge::Vector3d::kZAxis, 1.0));
+        IdMapping map;
+        const ObjectId part = copyPart(target, map, drc);
+        const std::vector<ObjectId> entities = entitiesOf(part);
+        ASSERT_EQ(entities.size(), 3u);
+        // References already in the target keep working: the record is the same either way.
+        EXPECT_EQ(open<BlockReference>(entities[2], OpenMode::ForRead)->blockTableRecord(), bolt);
+        const std::vector<ObjectId> boltEntities = entitiesOf(bolt);
+        ASSERT_EQ(boltEntities.size(), 1u);
+        if (replace) {
+            auto line = open<Line>(boltEntities[0], OpenMode::ForRead);
+            ASSERT_TRUE(line);
+            EXPECT_EQ(line->ownerId(), bolt);
+            EXPECT_EQ(line->layerId(), lookUp(target.layerTableId(), "HIDDEN"));
+            EXPECT_TRUE(circle.isErased());
+        } else {
+            EXPECT_EQ(boltEntities[0], circle);
+        }
+        expectReferencesResolved(target);
+    }
+}
+
+TEST_P(WblockBlock, AnonymousBlockGetsANameFreeInTheTarget) {
+    // PART also holds a reference to an anonymous block; the target has an unrelated block
+    // of the same name.
+    auto anonymous = std::make_unique<BlockTableRecord>();
+    anonymous->setFlags(BlockTableRecord::kAnonymous);
+    const ObjectId source = addRecord(library.db.blockTableId(), std::move(anonymous), "*U1");
+    append(source, std::make_unique<Line>(ge::Point3d(0, 0, 0), ge::Point3d(0, 1, 0)));
+    append(library.part, std::make_unique<BlockReference>(ge::Point3d(0, 0, 0), source));
     Database target;
-    const ObjectId bolt = addBlock(target, "BOLT");
-    append(bolt, std::make_unique<Circle>(ge::Point3d(0, 0, 0), ge::Vector3d::kZAxis, 1.0));
+    auto other = std::make_unique<BlockTableRecord>();
+    other->setFlags(BlockTableRecord::kAnonymous);
+    const ObjectId existing = addRecord(target.blockTableId(), std::move(other), "*U1");
+
     IdMapping map;
     const ObjectId part = copyPart(target, map);
     const std::vector<ObjectId> entities = entitiesOf(part);
-    ASSERT_EQ(entities.size(), 3u);
-    auto reference = open<BlockReference>(entities[2], OpenMode::ForRead);
-    ASSERT_TRUE(reference);
-    EXPECT_EQ(reference->blockTableRecord(), bolt);
-    // The target's block keeps its own contents.
-    const std::vector<ObjectId> boltEntities = entitiesOf(bolt);
-    ASSERT_EQ(boltEntities.size(), 1u);
-    EXPECT_TRUE(open<Circle>(boltEntities[0], OpenMode::ForRead));
+    ASSERT_EQ(entities.size(), 4u);
+    const ObjectId copy = open<BlockReference>(entities[3], OpenMode::ForRead)->blockTableRecord();
+    EXPECT_NE(copy, existing);
+    EXPECT_EQ(copy.database(), &target);
+    EXPECT_EQ(nameOf(copy), "*U2");
+    EXPECT_EQ(entitiesOf(copy).size(), 1u);
+    EXPECT_TRUE(entitiesOf(existing).empty());
+    EXPECT_EQ(nameOf(source), "*U1");
 }
 
 TEST_P(WblockBlock, SecondCopyReusesTheRecordsOfTheFirst) {
