@@ -48,6 +48,7 @@ public:
 
     // ---- Command-line output ----
     CommandLine& commandLine() { return commandLine_; }
+    const CommandLine& commandLine() const { return commandLine_; }
     void print(std::string_view text) { commandLine_.print(text); }
     void printf(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
