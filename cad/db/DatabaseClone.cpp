@@ -151,13 +151,14 @@ bool Database::Cloner::isMapped(ObjectId source) const {
 
 ErrorStatus Database::Cloner::copyOf(ObjectId source, Copy& copy) {
     ObjectId sourceOwner;
+    std::vector<ObjectId> owned;
     {
         auto object = open<DbObject>(source, OpenMode::ForRead);
         if (!object) return object.openStatus();
         copy.object = object->clone();
         if (!copy.object) return ErrorStatus::eNotApplicable;
-        object->ownedObjects(copy.owned);
-        copy.owned.push_back(object->extensionDictionary());
+        object->ownedObjects(owned);
+        owned.push_back(object->extensionDictionary());
         if (auto* record = dynamic_cast<const SymbolTableRecord*>(object.get()))
             copy.key = record->name();
         sourceOwner = object->ownerId();
@@ -169,8 +170,6 @@ ErrorStatus Database::Cloner::copyOf(ObjectId source, Copy& copy) {
     // The copy belongs nowhere until it is placed; its owner is set then.
     copy.object->setOwnerId(ObjectId::kNull);
 
-    std::vector<ObjectId> owned = std::move(copy.owned);
-    copy.owned.clear();
     std::unordered_set<ObjectId> seenOwned;
     std::unordered_set<ObjectId> seenFollowed;
     for (ObjectId id : owned) appendUnique(copy.owned, seenOwned, id);
