@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cmath>
 
+#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
 #include "cad/db/Entity.h"
 #include "cad/db/ObjectPtr.h"
@@ -33,17 +34,19 @@ bool equalNoCase(std::string_view a, std::string_view b) {
            });
 }
 
-// Every entity of model space (of the given types), in handle order. Entities that cannot be
+// Every entity of model space (of the given types), in drawing order. Entities that cannot be
 // opened for read just now (open for write elsewhere) cannot be selected either.
 std::vector<Candidate> modelSpaceEntities(db::Database* database,
                                           const std::vector<std::string>& types) {
     std::vector<Candidate> out;
     if (database == nullptr) return out;
-    db::ObjectId space = database->modelSpaceId();
-    for (db::ObjectId id : database->objectIds()) {
-        if (id.isErased()) continue;
+    std::vector<db::ObjectId> ids;
+    if (auto space =
+            db::open<db::BlockTableRecord>(database->modelSpaceId(), db::OpenMode::ForRead))
+        ids = space->entityIds();
+    for (db::ObjectId id : ids) {
         auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
-        if (!entity || entity->ownerId() != space) continue;
+        if (!entity) continue;
         if (!types.empty() && std::none_of(types.begin(), types.end(), [&](const std::string& t) {
                 return equalNoCase(t, entity->dxfName());
             }))
