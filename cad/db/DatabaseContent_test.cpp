@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "cad/db/BlockBegin.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/DimStyleTableRecord.h"
+#include "cad/db/Group.h"
 #include "cad/db/LayerTableRecord.h"
 #include "cad/db/Layout.h"
 #include "cad/db/Line.h"
@@ -19,6 +21,8 @@
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/SymbolTable.h"
 #include "cad/db/TextStyleTableRecord.h"
+#include "cad/db/Xrecord.h"
+#include "cad/sys/TestTempFolder.h"
 
 namespace cad::db {
 namespace {
@@ -178,6 +182,138 @@ TEST(DatabaseContent, NewEntitiesGoOnTheCurrentLayer) {
     EXPECT_EQ(open<Line>(line, OpenMode::ForRead)->layerId(), bom);
     EXPECT_EQ(db.openObjectCount(), 0);
 }
+
+struct Version {
+    const char* name;
+    DxfVersion version;
+};
+
+class DatabaseRoundTrip : public ::testing::TestWithParam<Version> {};
+
+// What the module keeps in a library drawing (catalogue dictionaries and records, part blocks
+// with previews, the BOM layer, groups) survives saving and reading back.
+TEST_P(DatabaseRoundTrip, ModuleObjectsSurviveSaveAndRead) {
+    const bool r2000 = GetParam().version == DxfVersion::R2000;
+    const std::string korean = "\xEB\xB0\xB8\xEB\xB8\x8C";  // a category name in Korean
+    const std::string preview("BM\x1A\x00\xFF", 5);
+    sys::TestTempFolder folder;
+    const std::string path = folder.file("library.dxf");
+    {
+        Database db;
+        ObjectId library, category, record, part, line, group, bom, style;
+        {
+            auto root = open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForWrite);
+            root->setAt("Adv data list", std::make_unique<Dictionary>(), library);
+        }
+        open<Dictionary>(library, OpenMode::ForWrite)
+            ->setAt(korean, std::make_unique<Dictionary>(), category);
+        auto xrecord = std::make_unique<Xrecord>();
+        xrecord->setFromRbChain({{2, std::string("PART")},
+                                 {10, ge::Point3d{1.5, -2, 0.25}},
+                                 {1, korean},
+                                 {90, std::int32_t{18134}},
+                                 {310, BinaryChunk{preview}},
+                                 {340, library}});
+        open<Dictionary>(category, OpenMode::ForWrite)
+            ->setAt("QRB_VANTORDATA-0", std::move(xrecord), record);
+
+        auto block = std::make_unique<BlockTableRecord>();
+        block->setName("PART");
+        block->setOrigin({10, 20, 0});
+        block->setComments("gate valve");
+        block->setPreviewIcon(preview);
+        open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(block), part);
+        open<BlockTableRecord>(part, OpenMode::ForWrite)
+            ->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{5, 5, 0}), line);
+
+        auto layer = std::make_unique<LayerTableRecord>();
+        layer->setName("BOM");
+        layer->setColorIndex(6);
+        layer->setIsOff(true);
+        layer->setIsLocked(true);
+        open<SymbolTable>(db.layerTableId(), OpenMode::ForWrite)->add(std::move(layer), bom);
+        auto textStyle = std::make_unique<TextStyleTableRecord>();
+        textStyle->setName("MIRROR");
+        textStyle->setIsUpsideDown(true);
+        textStyle->setFileName("txt");
+        open<SymbolTable>(db.textStyleTableId(), OpenMode::ForWrite)
+            ->add(std::move(textStyle), style);
+
+        auto made = std::make_unique<Group>("pump set");
+        made->append(line);
+        ASSERT_EQ(addGroup(db, std::move(made), "*", group), ErrorStatus::eOk);
+        ASSERT_EQ(db.saveAs(path, GetParam().version), ErrorStatus::eOk) << db.lastErrorMessage();
+        EXPECT_EQ(db.openObjectCount(), 0);
+    }
+
+    Database db(false);
+    ASSERT_EQ(db.readDwgFile(path), ErrorStatus::eOk) << db.lastErrorMessage();
+    ObjectId library, category, record;
+    ASSERT_EQ(open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForRead)
+                  ->getAt("ADV DATA LIST", library),
+              ErrorStatus::eOk);
+    ASSERT_EQ(open<Dictionary>(library, OpenMode::ForRead)->getAt(korean, category),
+              ErrorStatus::eOk);
+    ASSERT_EQ(open<Dictionary>(category, OpenMode::ForRead)->getAt("qrb_vantordata-0", record),
+              ErrorStatus::eOk);
+    {
+        auto xrecord = open<Xrecord>(record, OpenMode::ForRead);
+        ASSERT_TRUE(xrecord);
+        const ResBufChain expected = {
+            {2, std::string("PART")},  {10, ge::Point3d{1.5, -2, 0.25}}, {1, korean},
+            {90, std::int32_t{18134}}, {310, BinaryChunk{preview}},      {340, library}};
+        ASSERT_EQ(xrecord->rbChain().size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            EXPECT_EQ(xrecord->rbChain()[i].code, expected[i].code);
+            EXPECT_EQ(xrecord->rbChain()[i].value, expected[i].value) << i;
+        }
+    }
+    {
+        auto part = open<BlockTableRecord>(recordOf(db.blockTableId(), "part"), OpenMode::ForRead);
+        ASSERT_TRUE(part);
+        EXPECT_TRUE(part->origin().isEqualTo({10, 20, 0}));
+        EXPECT_EQ(part->entityIds().size(), 1U);
+        EXPECT_TRUE(open<BlockBegin>(part->blockBeginId(), OpenMode::ForRead));
+        EXPECT_EQ(part->comments(), r2000 ? "gate valve" : "");
+        EXPECT_EQ(part->previewIcon(), r2000 ? preview : "");
+    }
+    {
+        auto bom = open<LayerTableRecord>(recordOf(db.layerTableId(), "BOM"), OpenMode::ForRead);
+        ASSERT_TRUE(bom);
+        EXPECT_EQ(bom->colorIndex(), 6);
+        EXPECT_TRUE(bom->isOff());
+        EXPECT_TRUE(bom->isLocked());
+        EXPECT_EQ(bom->linetypeObjectId(), db.continuousLinetype());
+        auto style = open<TextStyleTableRecord>(recordOf(db.textStyleTableId(), "MIRROR"),
+                                                OpenMode::ForRead);
+        EXPECT_TRUE(style->isUpsideDown());
+    }
+    {
+        auto groups = open<Dictionary>(db.groupDictionaryId(), OpenMode::ForRead);
+        ObjectId groupId;
+        ASSERT_EQ(groups->getAt("*A0", groupId), ErrorStatus::eOk);
+        auto group = open<Group>(groupId, OpenMode::ForRead);
+        EXPECT_TRUE(group->isAnonymous());
+        EXPECT_EQ(group->description(), "pump set");
+        ASSERT_EQ(group->numEntities(), 1U);
+        auto member = open<Line>(group->allEntityIds().front(), OpenMode::ForRead);
+        EXPECT_EQ(member->persistentReactors(), std::vector<ObjectId>{groupId});
+    }
+    for (ObjectId space : {db.modelSpaceId(), db.paperSpaceId()}) {
+        auto spaceRecord = open<BlockTableRecord>(space, OpenMode::ForRead);
+        ASSERT_TRUE(spaceRecord);
+        if (!r2000) continue;  // layouts came with R2000
+        auto layout = open<Layout>(spaceRecord->layoutId(), OpenMode::ForRead);
+        ASSERT_TRUE(layout);
+        EXPECT_EQ(layout->blockTableRecordId(), space);
+    }
+    EXPECT_EQ(db.openObjectCount(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, DatabaseRoundTrip,
+                         ::testing::Values(Version{"R2000", DxfVersion::R2000},
+                                           Version{"R14", DxfVersion::R14}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace cad::db
