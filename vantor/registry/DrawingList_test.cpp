@@ -58,10 +58,6 @@ TEST(DrawingList, EntryHoldsTheSplitPathAndIsActive) {
     EXPECT_EQ(entry->ext, ".dwg");
     EXPECT_EQ(entry->active, 1);
 
-    const RegisteredDrawing* network = list.addPath("\\\\srv\\share\\valve.dwg", dialogs);
-    ASSERT_NE(network, nullptr);
-    EXPECT_EQ(network->drive, "");
-    EXPECT_EQ(network->dir, "\\\\srv\\share\\");
     EXPECT_EQ(list.addPath("C:\\lib\\pump.v2.dwg", dialogs), nullptr);
 }
 
@@ -83,18 +79,6 @@ TEST(DrawingList, RefusesPathsLongerThanTheListFileHolds) {
     EXPECT_EQ(boxes[0].title, "도면 등록 에러");
     EXPECT_EQ(boxes[0].icon(), cad::app::MB_ICONERROR);
     EXPECT_NE(boxes[0].text.find("259"), std::string::npos);
-}
-
-TEST(DrawingList, RemoveTakesOnlyItsOwnEntries) {
-    DrawingList list;
-    DrawingList other;
-    ScriptedDialogs dialogs;
-    RegisteredDrawing* first = list.addPath("C:\\1.dwg", dialogs);
-    list.addPath("C:\\2.dwg", dialogs);
-    const RegisteredDrawing* foreign = other.addPath("C:\\2.dwg", dialogs);
-    EXPECT_FALSE(list.remove(foreign));
-    EXPECT_TRUE(list.remove(first));
-    EXPECT_EQ(list.paths(), std::vector<std::string>{"C:\\2.dwg"});
 }
 
 }  // namespace

@@ -4,25 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "cad/app/ScriptedDialogs.h"
-#include "cad/sys/TestTempFolder.h"
 #include "vantor/ui/ModuleSettings.h"
 
 namespace vantor {
 namespace {
 
 using cad::app::ScriptedDialogs;
-
-TEST(FieldLabels, DefaultsKeepTheirInnerSpaces) {
-    const FieldLabels::Texts defaults = FieldLabels::defaults();
-    EXPECT_EQ(defaults[FieldLabels::KName], "품   명(K)");
-    EXPECT_EQ(defaults[FieldLabels::User6], "USER6");
-    EXPECT_EQ(defaults[FieldLabels::Draw1], "정 면 도");
-    EXPECT_EQ(defaults[FieldLabels::Draw6], "도   면3");
-    EXPECT_EQ(FieldLabels::key(FieldLabels::Draw6), "Label_Draw6");
-}
 
 struct OkRow {
     const char* name;
@@ -68,24 +56,6 @@ TEST(FieldLabels, ResetThenCancelKeepsTheDefaults) {
     FieldLabels::resetLabels(settings);
     // Cancel copies nothing back, so what reset wrote stays.
     EXPECT_EQ(settings.labels, FieldLabels::defaults());
-}
-
-TEST(FieldLabels, ClearedTitleIsStoredAndComesBackAsDefaultAfterReload) {
-    cad::sys::TestTempFolder temp;
-    ::setenv("VANTOR_MODULE_DIR", temp.path().c_str(), 1);
-    ModuleSettings settings;
-    settings.load();
-    FieldLabels::Texts texts = settings.labels;
-    texts[FieldLabels::Weight] = "";
-    ScriptedDialogs dialogs;
-    EXPECT_EQ(FieldLabels::applyLabels(settings, texts, dialogs), FieldLabels::Weight);
-    EXPECT_EQ(settings.labels[FieldLabels::Weight], "");
-    settings.save();
-
-    ModuleSettings reloaded;
-    reloaded.load();
-    ::unsetenv("VANTOR_MODULE_DIR");
-    EXPECT_EQ(reloaded.labels[FieldLabels::Weight], "중   량");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <string>
 
 #include "cad/sys/CodePage.h"
@@ -75,92 +76,57 @@ TEST_F(ModuleSettingsTest, NoFileKeepsDefaultsAndSaveWritesEveryKeyInOrder) {
               "Width2_User3=70\r\nWidth2_User4=70\r\nWidth2_User5=70\r\nWidth2_User6=70\r\n");
 }
 
-TEST_F(ModuleSettingsTest, ChangedValuesSurviveASaveAndLoad) {
-    ModuleSettings settings = loaded();
-    settings.option = 0x0C05;
-    settings.savePath = "C:\\출력\\parts.csv";
-    settings.curListName = "배관 부품";
-    settings.geometry[ModuleSettings::kPosX] = "-20";
-    settings.labels[FieldLabels::Remark] = "메  모";
-    settings.blockWidths[13] = 240;
-    settings.recordWidths[0] = 99;
-    settings.todayMode = 7;
-    settings.save();
+// One field of the loaded settings as text, and what it must be after loading `ini`.
+struct LoadRow {
+    const char* name;
+    std::string ini;
+    std::function<std::string(const ModuleSettings&)> field;
+    std::string expected;
+};
 
-    ModuleSettings again = loaded();
-    EXPECT_EQ(again.option, 0x0C05);
-    EXPECT_EQ(again.savePath, "C:\\출력\\parts.csv");
-    EXPECT_EQ(again.curListName, "배관 부품");
-    EXPECT_EQ(again.frameRect().left, -20);
-    EXPECT_EQ(again.labels[FieldLabels::Remark], "메  모");
-    EXPECT_EQ(again.blockWidths[13], 240);
-    EXPECT_EQ(again.recordWidths[0], 99);
-    EXPECT_EQ(again.todayMode, 7);
+class ModuleSettingsLoad : public ModuleSettingsTest,
+                           public testing::WithParamInterface<LoadRow> {};
+
+TEST_P(ModuleSettingsLoad, TakesEachFieldByTheRuleOfItsSection) {
+    writeIni(GetParam().ini);
+    EXPECT_EQ(GetParam().field(loaded()), GetParam().expected);
 }
 
-TEST_F(ModuleSettingsTest, OptionSectionTakesMissingKeysAsZeroOrEmpty) {
-    writeIni("[OPTION]\r\nDrawAngle=45\r\n");
-    ModuleSettings settings = loaded();
-    EXPECT_EQ(settings.option, 0);
-    EXPECT_EQ(settings.drawAngle, "45");
-    EXPECT_EQ(settings.delimiter, 0);
-    EXPECT_EQ(settings.savePath, "");
-    EXPECT_EQ(settings.curListName, "");
-    // The other sections are missing, so their defaults stand.
-    EXPECT_EQ(settings.geometry[ModuleSettings::kWidth], "800");
-    EXPECT_EQ(settings.ublView, 1);
-    EXPECT_EQ(settings.blockWidths[0], 130);
-}
+using S = const ModuleSettings&;
+const std::string kOnlyAngle = "[OPTION]\r\nDrawAngle=45\r\n";
+const std::string kOnlyHeight = "[SETTING]\r\nBomDlg Height=480\r\nLabel_Weight=\r\n";
 
-TEST_F(ModuleSettingsTest, SettingSectionKeepsDefaultLabelsButNotDefaultGeometry) {
-    writeIni("[SETTING]\r\nBomDlg Height=480\r\nLabel_KName=부품명\r\nLabel_Weight=\r\n");
-    ModuleSettings settings = loaded();
-    EXPECT_EQ(settings.geometry[ModuleSettings::kWidth], "");
-    EXPECT_EQ(settings.geometry[ModuleSettings::kHeight], "480");
-    EXPECT_EQ(settings.geometry[ModuleSettings::kSubListPos], "");
-    EXPECT_EQ(settings.frameRect().right, 0);
-    EXPECT_EQ(settings.labels[FieldLabels::KName], "부품명");
-    EXPECT_EQ(settings.labels[FieldLabels::Spec], "사   양");
-    EXPECT_EQ(settings.labels[FieldLabels::Weight], "중   량");
-    EXPECT_EQ(settings.ublView, 0);
-}
-
-TEST_F(ModuleSettingsTest, ColumnsSectionTakesMissingWidthsAsZero) {
-    writeIni("[COLUMNS]\r\nWidth_KName=111\r\nDescription=333\r\nWidth2_User6=66\r\n");
-    ModuleSettings settings = loaded();
-    EXPECT_EQ(settings.blockWidths[0], 111);
-    EXPECT_EQ(settings.blockWidths[1], 0);
-    EXPECT_EQ(settings.blockWidths[13], 0);
-    EXPECT_EQ(settings.blockWidths[14], 333);
-    EXPECT_EQ(settings.recordWidths[0], 0);
-    EXPECT_EQ(settings.recordWidths[12], 66);
-}
-
-TEST_F(ModuleSettingsTest, GarbageInNumericKeysReadsAsZero) {
-    writeIni(
-        "[OPTION]\r\nOption=all\r\nDelimiter= 2;\r\n"
-        "[SETTING]\r\nUblView=yes\r\nViewType=3 \r\n"
-        "[COLUMNS]\r\nWidth_Spec=wide\r\nWidth_Price=-5px\r\n");
-    ModuleSettings settings = loaded();
-    EXPECT_EQ(settings.option, 0);
-    EXPECT_EQ(settings.delimiter, 2);
-    EXPECT_EQ(settings.ublView, 0);
-    EXPECT_EQ(settings.viewType, 3);
-    EXPECT_EQ(settings.blockWidths[2], 0);
-    EXPECT_EQ(settings.blockWidths[5], -5);
-}
-
-TEST_F(ModuleSettingsTest, LongLabelIsCutTo254Bytes) {
-    writeIni("[SETTING]\r\nLabel_User1=" + std::string(300, 'x') + "\r\n");
-    EXPECT_EQ(loaded().labels[FieldLabels::User1], std::string(254, 'x'));
-}
-
-TEST_F(ModuleSettingsTest, EmptySectionCountsAsMissing) {
-    writeIni("[OPTION]\r\n; nothing yet\r\n[SETTING]\r\n");
-    ModuleSettings settings = loaded();
-    EXPECT_EQ(settings.option, 3073);
-    EXPECT_EQ(settings.geometry[ModuleSettings::kWidth], "800");
-}
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ModuleSettingsLoad,
+    testing::Values(
+        LoadRow{"option_missing_number_is_0", kOnlyAngle,
+                [](S s) { return std::to_string(s.option); }, "0"},
+        LoadRow{"option_missing_text_is_empty", kOnlyAngle, [](S s) { return s.curListName; }, ""},
+        LoadRow{"option_given_text", kOnlyAngle, [](S s) { return s.drawAngle; }, "45"},
+        LoadRow{"missing_section_keeps_default", kOnlyAngle, [](S s) { return s.geometry[0]; },
+                "800"},
+        LoadRow{"missing_geometry_is_empty", kOnlyHeight, [](S s) { return s.geometry[0]; }, ""},
+        LoadRow{"missing_label_keeps_default", kOnlyHeight,
+                [](S s) { return s.labels[FieldLabels::Spec]; }, "사   양"},
+        LoadRow{"empty_label_keeps_default", kOnlyHeight,
+                [](S s) { return s.labels[FieldLabels::Weight]; }, "중   량"},
+        LoadRow{"missing_flag_is_0", kOnlyHeight, [](S s) { return std::to_string(s.ublView); },
+                "0"},
+        LoadRow{"label_read_from_cp949", "[SETTING]\r\nLabel_KName=부품명\r\n",
+                [](S s) { return s.labels[0]; }, "부품명"},
+        LoadRow{"label_cut_to_254", "[SETTING]\r\nLabel_User1=" + std::string(300, 'x') + "\r\n",
+                [](S s) { return s.labels[FieldLabels::User1]; }, std::string(254, 'x')},
+        LoadRow{"missing_width_is_0", "[COLUMNS]\r\nDescription=333\r\n",
+                [](S s) { return std::to_string(s.blockWidths[13]); }, "0"},
+        LoadRow{"bare_description_key", "[COLUMNS]\r\nDescription=333\r\n",
+                [](S s) { return std::to_string(s.blockWidths[14]); }, "333"},
+        LoadRow{"record_width_key", "[COLUMNS]\r\nWidth2_User6=66\r\n",
+                [](S s) { return std::to_string(s.recordWidths[12]); }, "66"},
+        LoadRow{"garbage_number_is_0", "[OPTION]\r\nOption=all\r\n",
+                [](S s) { return std::to_string(s.option); }, "0"},
+        LoadRow{"number_before_garbage", "[COLUMNS]\r\nWidth_Price=-5px\r\n",
+                [](S s) { return std::to_string(s.blockWidths[5]); }, "-5"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace vantor

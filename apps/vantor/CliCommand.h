@@ -1,0 +1,54 @@
+// One subcommand of the vantor command line, and the conventions every subcommand keeps:
+// exit codes, messages on stderr, and the few argument helpers they share.
+#pragma once
+
+#include <charconv>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantor::cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailure = 1;
+inline constexpr int kExitUsage = 2;
+
+struct CliCommand {
+    std::string_view name;  // the first word after "vantor"
+    std::string_view help;  // usage lines and what the command does, for --help
+    // Runs with the words after the name; answers the exit code.
+    int (*run)(std::vector<std::string> args);
+};
+
+// The subcommand groups; each group's file adds its commands.
+void addWindowCommands(std::vector<CliCommand>& commands);
+
+inline int usageError(std::string_view message) {
+    std::cerr << "vantor: " << message << "\nTry 'vantor --help'.\n";
+    return kExitUsage;
+}
+
+inline int failure(std::string_view message) {
+    std::cerr << "vantor: " << message << '\n';
+    return kExitFailure;
+}
+
+// Removes `flag` from args wherever it stands; true when it was there.
+inline bool takeFlag(std::vector<std::string>& args, std::string_view flag) {
+    return std::erase(args, std::string(flag)) > 0;
+}
+
+// A position as typed: decimal digits only.
+inline std::optional<int> parsePosition(std::string_view text) {
+    int value = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || text.front() == '-' || error != std::errc() ||
+        end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+}  // namespace vantor::cli

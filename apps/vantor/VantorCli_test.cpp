@@ -1,0 +1,115 @@
+// The vantor command line run as a program on a temporary module folder: the management
+// window commands, their JSON, their messages and exit codes.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "cad/sys/TestTempFolder.h"
+#include "vantor/registry/ListFile.h"
+
+namespace {
+
+struct Outcome {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string quoted(const std::string& arg) {
+    std::string text = "'";
+    for (char c : arg) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+class VantorCli : public testing::Test {
+protected:
+    Outcome run(const std::vector<std::string>& args) const {
+        std::string command =
+            "VANTOR_MODULE_DIR=" + quoted(module_.path().string()) + " " + quoted(VANTOR_CLI);
+        for (const std::string& arg : args) command += " " + quoted(arg);
+        command += " >" + quoted(output_.file("out")) + " 2>" + quoted(output_.file("err"));
+        const int status = std::system(command.c_str());
+        Outcome result;
+        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        result.out = output_.readBytes("out");
+        result.err = output_.readBytes("err");
+        return result;
+    }
+    std::string data(const std::string& name) const {
+        return module_.path().string() + "/DATA/" + name;
+    }
+
+    cad::sys::TestTempFolder module_;
+    cad::sys::TestTempFolder output_;
+};
+
+TEST_F(VantorCli, WindowsOnAFreshFolderMakesTheMainWindow) {
+    const Outcome windows = run({"windows", "--json"});
+    EXPECT_EQ(windows.exitCode, 0) << windows.err;
+    EXPECT_EQ(windows.out,
+              "{\"selected\":0,\"windows\":[{\"position\":0,\"name\":\"주 관리창\","
+              "\"listFile\":\"" +
+                  data("UBList0.dat") + "\",\"entries\":0}]}\n");
+    EXPECT_EQ(vantor::ListFile::readAll(data("UBTabList.dat")),
+              std::vector<std::string>{"주 관리창"});
+}
+
+TEST_F(VantorCli, AddDeleteAndListWorkOnTheSameFiles) {
+    EXPECT_EQ(run({"window", "add", "배관 \"A\"\\B"}).exitCode, 0);
+    const Outcome added = run({"window", "add", "밸브"});
+    EXPECT_EQ(added.exitCode, 0) << added.err;
+    EXPECT_EQ(added.out, "added window 2: 밸브\n");
+    ASSERT_TRUE(vantor::ListFile::write(data("UBList2.dat"), {"C:\\v\\gate.dwg"}));
+
+    const Outcome windows = run({"windows", "--json"});
+    EXPECT_NE(windows.out.find("\"name\":\"배관 \\\"A\\\"\\\\B\""), std::string::npos)
+        << windows.out;
+    EXPECT_NE(windows.out.find("\"position\":2,\"name\":\"밸브\""), std::string::npos);
+
+    const Outcome deleted = run({"window", "delete", "1"});
+    EXPECT_EQ(deleted.exitCode, 0) << deleted.err;
+    EXPECT_EQ(deleted.out, "[리스트 삭제] 리스트를 정말로 삭제하시겠습니까?\n");
+    EXPECT_EQ(vantor::ListFile::readAll(data("UBTabList.dat")),
+              (std::vector<std::string>{"주 관리창", "밸브"}));
+
+    const Outcome list = run({"list", "1", "--json"});
+    EXPECT_EQ(list.exitCode, 0) << list.err;
+    EXPECT_EQ(list.out,
+              "{\"position\":1,\"name\":\"밸브\",\"drawings\":[{\"path\":\"C:\\\\v\\\\gate.dwg\","
+              "\"drive\":\"C:\",\"dir\":\"\\\\v\\\\\",\"name\":\"gate\",\"ext\":\".dwg\","
+              "\"active\":1}]}\n");
+}
+
+TEST_F(VantorCli, MainWindowCannotBeDeleted) {
+    const Outcome refused = run({"window", "delete", "0"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.err, "[삭제 에러] 기본 관리창은 삭제할 수 없습니다.\n");
+    EXPECT_EQ(refused.out, "");
+}
+
+struct UsageRow {
+    const char* name;
+    std::vector<std::string> args;
+    int exitCode;
+};
+
+class VantorCliUsage : public VantorCli, public testing::WithParamInterface<UsageRow> {};
+
+TEST_P(VantorCliUsage, AnswersTheExitCodeWithAMessage) {
+    const Outcome result = run(GetParam().args);
+    EXPECT_EQ(result.exitCode, GetParam().exitCode);
+    EXPECT_FALSE(result.err.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, VantorCliUsage,
+    testing::Values(UsageRow{"no_command", {}, 2}, UsageRow{"unknown_command", {"frobnicate"}, 2},
+                    UsageRow{"unknown_option", {"windows", "--xml"}, 2},
+                    UsageRow{"position_not_a_number", {"window", "delete", "x"}, 2},
+                    UsageRow{"missing_window", {"list", "5"}, 1}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
