@@ -183,22 +183,24 @@ bool DocumentManager::isApplicationContext() const {
 
 ErrorStatus DocumentManager::readDrawing(const std::string& path,
                                          std::unique_ptr<db::Database>& database, bool& readOnly) {
-    if (!std::filesystem::is_regular_file(path)) return ErrorStatus::eFileNotFound;
-    std::string key = samePathKey(path);
-    readOnly = ::access(path.c_str(), W_OK) != 0 ||
-               std::any_of(documents_.begin(), documents_.end(),
-                           [&](const auto& d) { return samePathKey(d->fileName()) == key; });
-    database = std::make_unique<db::Database>(false);
-    ErrorStatus es = database->readDwgFile(
-        path, readOnly ? sys::ShareMode::DenyNone : sys::ShareMode::DenyWrite);
-    if (es == ErrorStatus::eFileAccessErr && !readOnly) {
-        // Another program holds the drawing: it can still be looked at, not changed.
-        readOnly = true;
+    ErrorStatus es = ErrorStatus::eFileNotFound;
+    if (std::filesystem::is_regular_file(path)) {
+        std::string key = samePathKey(path);
+        readOnly = ::access(path.c_str(), W_OK) != 0 ||
+                   std::any_of(documents_.begin(), documents_.end(),
+                               [&](const auto& d) { return samePathKey(d->fileName()) == key; });
         database = std::make_unique<db::Database>(false);
-        es = database->readDwgFile(path, sys::ShareMode::DenyNone);
+        es = database->readDwgFile(path,
+                                   readOnly ? sys::ShareMode::DenyNone : sys::ShareMode::DenyWrite);
+        if (es == ErrorStatus::eFileAccessErr && !readOnly) {
+            // Another program holds the drawing: it can still be looked at, not changed.
+            readOnly = true;
+            database = std::make_unique<db::Database>(false);
+            es = database->readDwgFile(path, sys::ShareMode::DenyNone);
+        }
     }
     if (es != ErrorStatus::eOk) {
-        std::string detail = database->lastErrorMessage();
+        std::string detail = database ? database->lastErrorMessage() : std::string();
         editor_.printf("\nCannot open \"%s\": %s%s%s", path.c_str(),
                        std::string(errorStatusName(es)).c_str(), detail.empty() ? "" : ", ",
                        detail.c_str());
