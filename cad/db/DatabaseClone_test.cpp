@@ -23,6 +23,7 @@
 #include "cad/db/Text.h"
 #include "cad/db/TextStyleTableRecord.h"
 #include "cad/db/Xrecord.h"
+#include "cad/sys/TestTempFolder.h"
 
 namespace cad::db {
 namespace {
@@ -236,6 +237,37 @@ INSTANTIATE_TEST_SUITE_P(Clone, WblockBlock,
                              return row.param == BlockCopy::RecordIntoTable ? "RecordIntoTable"
                                                                             : "EntitiesIntoRecord";
                          });
+
+TEST(WblockCloneObjects, TargetSavedAndReadBackHasEveryReferenceResolved) {
+    Library library;
+    Database target;
+    const ObjectId record =
+        addRecord(target.blockTableId(), std::make_unique<BlockTableRecord>(), "PART");
+    IdMapping map;
+    ASSERT_EQ(target.wblockCloneObjects(entitiesOf(library.part), record, map,
+                                        DuplicateRecordCloning::Ignore),
+              ErrorStatus::eOk);
+    append(target.modelSpaceId(), std::make_unique<BlockReference>(ge::Point3d(0, 0, 0), record));
+    sys::TestTempFolder folder;
+    ASSERT_EQ(target.saveAs(folder.file("target.dxf")), ErrorStatus::eOk)
+        << target.lastErrorMessage();
+
+    // The reader reports duplicate handles and references to nothing as load issues.
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(folder.file("target.dxf")), ErrorStatus::eOk)
+        << back.lastErrorMessage();
+    for (const AuditIssue& issue : back.loadIssues()) ADD_FAILURE() << issue.message;
+    expectReferencesResolved(back);
+    const std::vector<ObjectId> entities = entitiesOf(lookUp(back.blockTableId(), "PART"));
+    ASSERT_EQ(entities.size(), 3u);
+    EXPECT_EQ(open<Line>(entities[0], OpenMode::ForRead)->layerId(),
+              lookUp(back.layerTableId(), "PART"));
+    const ObjectId bolt = open<BlockReference>(entities[2], OpenMode::ForRead)->blockTableRecord();
+    EXPECT_EQ(bolt, lookUp(back.blockTableId(), "BOLT"));
+    ASSERT_EQ(entitiesOf(bolt).size(), 1u);
+    EXPECT_EQ(open<Line>(entitiesOf(bolt)[0], OpenMode::ForRead)->layerId(),
+              lookUp(back.layerTableId(), "HIDDEN"));
+}
 
 TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
     for (const bool acrossDatabases : {false, true}) {
