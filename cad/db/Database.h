@@ -15,6 +15,7 @@
 #include "cad/db/HeaderVariables.h"
 #include "cad/db/ObjectId.h"
 #include "cad/db/OpenMode.h"
+#include "cad/db/RawTag.h"
 #include "cad/sys/CodePage.h"
 #include "cad/sys/ErrorStatus.h"
 #include "cad/sys/SharedFile.h"
@@ -61,6 +62,9 @@ public:
     sys::CodePage codePage() const { return codePage_; }
     // Problems found and repaired while loading (duplicate handles, dangling owners, ...).
     const std::vector<AuditIssue>& loadIssues() const { return loadIssues_; }
+    // What the last save could not keep as it is (names an R14 file cannot hold, previews R14
+    // has no place for), one English line each.
+    const std::vector<std::string>& saveMessages() const { return saveMessages_; }
 
     // ---- Well-known objects (DatabaseContent.cpp) ----
     ObjectId blockTableId() const;
@@ -138,6 +142,14 @@ public:
     std::vector<AuditIssue>& mutableLoadIssues() { return loadIssues_; }
     void setLastErrorMessage(std::string message) { lastErrorMessage_ = std::move(message); }
     bool isNoDocument() const { return noDocument_; }
+    // The CLASSES section as read, one tag list per class, written back together with the
+    // classes the written objects need.
+    std::vector<std::vector<RawTag>>& dxfClasses() { return dxfClasses_; }
+    const std::vector<std::vector<RawTag>>& dxfClasses() const { return dxfClasses_; }
+    // Raises the next free handle to `seed` ($HANDSEED of a file); never lowers it.
+    void setHandseed(Handle seed) {
+        if (handseed_ < seed) handseed_ = seed;
+    }
 
 private:
     class Cloner;  // DatabaseClone.cpp
@@ -148,6 +160,9 @@ private:
                              Handle handle = Handle{});
 
     void buildDefaultDrawing();  // DatabaseContent.cpp
+    // Takes over everything `other` holds (DatabaseFiles.cpp): a file is read into a fresh
+    // database first, so a failed read leaves this one as it was.
+    void replaceContent(Database& other);
 
     std::unordered_map<Handle, std::unique_ptr<ObjectSlot>> slots_;
     Handle handseed_{1};
@@ -159,6 +174,9 @@ private:
     DxfVersion originalVersion_ = DxfVersion::R2000;
     sys::CodePage codePage_ = sys::CodePage::Ansi949;
     std::vector<AuditIssue> loadIssues_;
+    std::vector<std::vector<RawTag>> dxfClasses_;
+    std::vector<std::string> saveMessages_;
+    DxfVersion saveVersion_ = DxfVersion::R2000;  // what save() writes
     bool noDocument_ = false;
 };
 

@@ -79,7 +79,6 @@ std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage 
             if (!toInt(tag)) return std::nullopt;
             break;
         case ValueType::Handle:
-            if (!toHandle(tag)) return std::nullopt;
             break;
         case ValueType::Binary:
             if (trimmed.size() % 2 != 0 || !toBinary(tag)) return std::nullopt;
@@ -90,6 +89,7 @@ std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage 
 
 bool ReadingFiler::read(DbObject& object, TagSpan tags) {
     error_.reset();
+    unreadableLinks_.clear();
     prepare(tags);
     readCommonPart(object);
     if (!error_) object.dxfFields(*this);
@@ -162,12 +162,8 @@ void ReadingFiler::readCommonPart(DbObject& object) {
         } else if (tag.code == kOwnerCode && !ownerSeen && !(flags_[i] & kGrouped)) {
             ownerSeen = true;
             flags_[i] |= kRead;
-            const auto value = toHandle(tag);
-            if (!value) {
-                fail(tag, "a hexadecimal handle");
-            } else {
-                owner_ = Handle{*value};
-            }
+            ObjectId id;
+            if (takeHandle(tag, id)) owner_ = id.handle();
         }
     }
 }
@@ -264,8 +260,19 @@ std::optional<double> ReadingFiler::takeDouble(int code) {
 }
 
 bool ReadingFiler::takeHandle(const Tag& tag, ObjectId& id) {
+    if (trimBlanks(tag.value).empty()) {
+        // Some writers leave an unset link empty rather than writing 0.
+        id = ObjectId::kNull;
+        return true;
+    }
     const auto value = toHandle(tag);
-    if (!value) return fail(tag, "a hexadecimal handle");
+    if (!value) {
+        unreadableLinks_.push_back(
+            DxfError{tag.line, placeText(place_, tag.line) + ": group code " +
+                                   std::to_string(tag.code) + " holds '" + shown(tag.value) +
+                                   "' where a handle belongs; the link was left empty"});
+        return false;
+    }
     if (*value == 0) {
         id = ObjectId::kNull;
     } else {
@@ -506,19 +513,14 @@ void ReadingFiler::resbufs(ResBufChain& chain) {
                 break;
             }
             case ValueType::Handle: {
-                if (!isHandleReference(tag.code)) {
-                    // Arbitrary handles are data, not links: they stay text and are not
-                    // remapped when the record is cloned.
-                    if (!toHandle(tag)) {
-                        fail(tag, "a hexadecimal handle");
-                        return;
-                    }
-                    item.value = std::string(trimBlanks(tag.value));
-                    break;
-                }
+                // Arbitrary handles (320-329) are data, not links: they stay text and are not
+                // remapped when the record is cloned. So does a link that holds no handle.
                 ObjectId id;
-                if (!takeHandle(tag, id)) return;
-                item.value = id;
+                if (isHandleReference(tag.code) && takeHandle(tag, id)) {
+                    item.value = id;
+                } else {
+                    item.value = std::string(trimBlanks(tag.value));
+                }
                 break;
             }
         }

@@ -53,12 +53,16 @@ public:
     // The owner the common part named (330), null when none.
     Handle ownerHandle() const { return owner_; }
     const std::optional<DxfError>& error() const { return error_; }
+    // Links of the last object read that hold no handle (some writers put a name where a
+    // handle belongs): the link is left empty and the object still loads.
+    const std::vector<DxfError>& unreadableLinks() const { return unreadableLinks_; }
 
     // The handle a structure carries (5, or 105 for a DIMSTYLE); null when it has none or it
     // does not parse.
     static Handle handleOf(TagSpan tags);
     // A tag's value as kept raw: text decoded to UTF-8, anything else as it stands. nullopt
-    // when a number, handle or binary value does not parse for its code.
+    // when a number or binary value does not parse for its code; handles are kept as they
+    // stand, since they are written back the same and never interpreted.
     static std::optional<std::string> rawValue(const Tag& tag, sys::CodePage codePage);
 
     Mode mode() const override { return Mode::Reading; }
@@ -119,6 +123,7 @@ private:
     bool fail(const Tag& tag, std::string_view expected);
     std::optional<std::int64_t> takeInt(int code, std::int64_t low, std::int64_t high);
     std::optional<double> takeDouble(int code);
+    // False (and the link noted as unreadable) when the value is not a handle.
     bool takeHandle(const Tag& tag, ObjectId& id);
     std::string decoded(const Tag& tag) const;
 
@@ -139,6 +144,7 @@ private:
     std::string lastSubclass_;
     Handle owner_;
     std::optional<DxfError> error_;
+    std::vector<DxfError> unreadableLinks_;
 };
 
 }  // namespace cad::db::dxf

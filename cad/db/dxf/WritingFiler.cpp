@@ -1,6 +1,7 @@
 // Writing one object as DXF tags through the tag writer.
 #include "cad/db/dxf/WritingFiler.h"
 
+#include <algorithm>
 #include <type_traits>
 #include <variant>
 
@@ -35,33 +36,15 @@ std::string_view fallbackName(DxfFiler::SymbolTable table) {
 WritingFiler::WritingFiler(TagWriter& out, DxfVersion version, SymbolNames& names)
     : out_(out), version_(version), names_(names) {}
 
-void WritingFiler::write(DbObject& object) {
+void WritingFiler::write(DbObject& object, Handle handle) {
     object_ = &object;
+    handle_ = handle.isNull() ? object.handle() : handle;
     keptWritten_.assign(object.keptTags().size(), 0);
-
-    const std::string_view type = object.dxfName();
-    out_.writeString(0, type);
-    out_.writeHandle(type == "DIMSTYLE" ? 105 : 5, object.handle().value);
-    if (version_ > DxfVersion::R12) {
-        const ObjectId xdictionary = object.extensionDictionary();
-        if (xdictionary.isValid() && !xdictionary.isErased()) {
-            out_.writeRaw(102, "{ACAD_XDICTIONARY");
-            writeReference(360, xdictionary);
-            out_.writeRaw(102, "}");
-        }
-        bool reactorsOpen = false;
-        for (const ObjectId reactor : object.persistentReactors()) {
-            if (!reactor.isValid() || reactor.isErased()) continue;
-            if (!reactorsOpen) out_.writeRaw(102, "{ACAD_REACTORS");
-            reactorsOpen = true;
-            writeReference(330, reactor);
-        }
-        if (reactorsOpen) out_.writeRaw(102, "}");
-        writeKept("");
-        writeReference(330, object.ownerId());
-    }
+    out_.writeString(0, object.dxfName());
+    commonPartDue_ = true;
     subclass_.clear();
     object.dxfFields(*this);
+    writeCommonPart();
     writeKept(subclass_);
     // Whatever was kept for a subclass that was not declared this time goes here.
     for (std::size_t i = 0; i < keptWritten_.size(); ++i) {
@@ -70,6 +53,39 @@ void WritingFiler::write(DbObject& object) {
     }
     for (const RawTag& tag : object.xdata()) writeRawTag(tag);
     object_ = nullptr;
+}
+
+void WritingFiler::writeCommonPart() {
+    if (!commonPartDue_) return;
+    commonPartDue_ = false;
+    const DbObject& object = *object_;
+    out_.writeHandle(object.dxfName() == "DIMSTYLE" ? 105 : 5, handle_.value);
+    if (version_ <= DxfVersion::R12) return;
+    const ObjectId xdictionary = object.extensionDictionary();
+    if (xdictionary.isValid() && !xdictionary.isErased()) {
+        out_.writeRaw(102, "{ACAD_XDICTIONARY");
+        writeReference(360, xdictionary);
+        out_.writeRaw(102, "}");
+    }
+    bool reactorsOpen = false;
+    const auto reactor = [&](ObjectId id) {
+        if (!id.isValid() || id.isErased()) return;
+        if (!reactorsOpen) out_.writeRaw(102, "{ACAD_REACTORS");
+        reactorsOpen = true;
+        writeReference(330, id);
+    };
+    const auto& own = object.persistentReactors();
+    for (const ObjectId id : own) reactor(id);
+    if (extraReactors_ != nullptr) {
+        if (const auto it = extraReactors_->find(object.objectId()); it != extraReactors_->end()) {
+            for (const ObjectId id : it->second) {
+                if (std::find(own.begin(), own.end(), id) == own.end()) reactor(id);
+            }
+        }
+    }
+    if (reactorsOpen) out_.writeRaw(102, "}");
+    writeKept("");
+    writeReference(330, object.ownerId());
 }
 
 void WritingFiler::writeKept(std::string_view subclass) {
@@ -98,6 +114,7 @@ void WritingFiler::writeReference(int code, ObjectId id) {
 
 void WritingFiler::subclass(std::string_view marker) {
     if (object_ == nullptr) return;
+    writeCommonPart();
     writeKept(subclass_);
     subclass_ = marker;
     if (version_ > DxfVersion::R12) out_.writeString(100, marker);
@@ -187,6 +204,7 @@ void WritingFiler::enterRecord(std::size_t) {}
 void WritingFiler::endRecords() {}
 
 void WritingFiler::resbufs(ResBufChain& chain) {
+    writeCommonPart();
     for (const ResBuf& item : chain) {
         std::visit(
             [&](const auto& value) {
@@ -214,6 +232,7 @@ void WritingFiler::resbufs(ResBufChain& chain) {
 }
 
 void WritingFiler::rawTags(std::vector<RawTag>& tags) {
+    writeCommonPart();
     for (const RawTag& tag : tags) writeRawTag(tag);
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "cad/db/DbObject.h"
@@ -28,7 +29,15 @@ public:
 
     // Writes `object` (open for read). Kept tags go to the end of their subclass; kept tags of
     // a subclass the class no longer declares follow its last field, so nothing read is lost.
-    void write(DbObject& object);
+    // Fields declared before the first subclass come before the handle, as a TABLE's name
+    // does. `handle` stands in for the object's own when it is a filtered copy in no database.
+    void write(DbObject& object, Handle handle = {});
+    // Groups list their members, and each member carries its groups among its reactors; a
+    // member that lost the link (files of other programs) gets it back in what is written.
+    void setExtraReactors(
+        const std::unordered_map<ObjectId, std::vector<ObjectId>>* reactorsByObject) {
+        extraReactors_ = reactorsByObject;
+    }
 
     Mode mode() const override { return Mode::Writing; }
     DxfVersion version() const override { return version_; }
@@ -65,13 +74,18 @@ public:
     void writeReference(int code, ObjectId id);
 
 private:
+    // The handle, reactors, extension dictionary, head tags and owner, written once.
+    void writeCommonPart();
     void writeKept(std::string_view subclass);
 
     TagWriter& out_;
     DxfVersion version_;
     SymbolNames& names_;
     const DbObject* object_ = nullptr;
+    Handle handle_;
+    bool commonPartDue_ = false;
     std::string subclass_;  // the one being written
+    const std::unordered_map<ObjectId, std::vector<ObjectId>>* extraReactors_ = nullptr;
     std::vector<char> keptWritten_;
 };
 

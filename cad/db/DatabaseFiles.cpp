@@ -1,0 +1,106 @@
+// Reading drawings into a database and saving them. A read goes into a fresh database that
+// replaces this one's content only when it succeeds; a save goes to a temporary file that
+// replaces the target only when it is complete.
+#include <utility>
+
+#include "cad/db/Database.h"
+#include "cad/db/ObjectSlot.h"
+#include "cad/db/dxf/DxfDatabaseReader.h"
+#include "cad/db/dxf/DxfDatabaseWriter.h"
+#include "cad/db/dxf/DxfFile.h"
+#include "cad/db/dxf/StructureLoader.h"
+#include "cad/sys/AtomicFile.h"
+
+namespace cad::db {
+namespace {
+
+// The version save() keeps: R14 files stay R14; everything else is written as R2000, the
+// newest version the engine writes.
+DxfVersion savedVersionOf(DxfVersion read) {
+    return read == DxfVersion::R14 ? DxfVersion::R14 : DxfVersion::R2000;
+}
+
+}  // namespace
+
+ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareMode, bool) {
+    if (openCount_ > 0) return ErrorStatus::eInvalidOpenState;
+    sys::SharedFile file;
+    std::string bytes;
+    ErrorStatus es = file.open(path, shareMode);
+    if (es == ErrorStatus::eOk) es = file.readAll(bytes);
+    if (es != ErrorStatus::eOk) {
+        lastErrorMessage_ = path + ": " +
+                            (es == ErrorStatus::eFileNotFound    ? "the file does not exist"
+                             : es == ErrorStatus::eFileAccessErr ? "the file is in use or locked"
+                                                                 : "the file cannot be read");
+        return es;
+    }
+    file.close();
+    es = readDxfBytes(std::move(bytes), path);
+    if (es == ErrorStatus::eOk) fileName_ = path;
+    return es;
+}
+
+ErrorStatus Database::readDxfBytes(std::string bytes, const std::string& name) {
+    if (openCount_ > 0) return ErrorStatus::eInvalidOpenState;
+    const dxf::DxfFile file = dxf::DxfFile::fromBytes(std::move(bytes));
+    std::optional<dxf::DxfError> error = file.error();
+    dxf::DxfStructure structure;
+    if (!error) error = dxf::StructureLoader::load(file.tags(), structure, file.place());
+    Database fresh(false, noDocument_);
+    if (!error) error = dxf::DxfDatabaseReader::read(structure, file.place(), fresh);
+    if (error) {
+        lastErrorMessage_ = name + ": " + error->message;
+        return ErrorStatus::eBadDwgFile;
+    }
+    replaceContent(fresh);
+    saveVersion_ = savedVersionOf(originalVersion_);
+    lastErrorMessage_.clear();
+    return ErrorStatus::eOk;
+}
+
+void Database::replaceContent(Database& other) {
+    std::swap(slots_, other.slots_);
+    for (auto& [handle, slot] : slots_) slot->database = this;
+    for (auto& [handle, slot] : other.slots_) slot->database = &other;
+    std::swap(handseed_, other.handseed_);
+    std::swap(ids_, other.ids_);
+    std::swap(header_, other.header_);
+    std::swap(originalVersion_, other.originalVersion_);
+    std::swap(codePage_, other.codePage_);
+    std::swap(loadIssues_, other.loadIssues_);
+    std::swap(dxfClasses_, other.dxfClasses_);
+}
+
+ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
+    saveMessages_.clear();
+    std::string text;
+    if (ErrorStatus es = dxf::DxfDatabaseWriter::write(*this, version, text, saveMessages_);
+        es != ErrorStatus::eOk) {
+        lastErrorMessage_ = path + (es == ErrorStatus::eVersionNotSupported
+                                        ? ": only R2000 and R14 files are written"
+                                        : ": an object is open for write");
+        return es;
+    }
+    sys::AtomicFile file;
+    if (file.open(path) != ErrorStatus::eOk) {
+        lastErrorMessage_ = path + ": the file cannot be created there";
+        return ErrorStatus::eFileAccessErr;
+    }
+    if (file.write(text) != ErrorStatus::eOk || file.commit() != ErrorStatus::eOk) {
+        file.discard();
+        lastErrorMessage_ = path + ": the file could not be written";
+        return ErrorStatus::eFileWriteError;
+    }
+    fileName_ = path;
+    saveVersion_ = version;
+    lastErrorMessage_.clear();
+    return ErrorStatus::eOk;
+}
+
+ErrorStatus Database::save() {
+    if (fileName_.empty()) return ErrorStatus::eNotApplicable;
+    return saveAs(fileName_, saveVersion_);
+}
+
+}  // namespace cad::db
