@@ -199,12 +199,16 @@ ErrorStatus BlockReference::getGeomExtents(Extents3d& extents) const {
         for (int row = 0; row < rows_; ++row) {
             for (int col = 0; col < columns_; ++col) {
                 std::unique_ptr<Entity> placed;
-                if (ErrorStatus es =
-                        entity->getTransformedCopy(cellTransform(origin, row, col), placed);
-                    es != ErrorStatus::eOk)
-                    return es;
+                ErrorStatus es =
+                    entity->getTransformedCopy(cellTransform(origin, row, col), placed);
+                // Geometry the engine cannot move (kept raw, or a nested shear) adds nothing.
+                if (es == ErrorStatus::eNotApplicable) continue;
                 Extents3d part;
-                if (placed->getGeomExtents(part) == ErrorStatus::eOk) extents.addExtents(part);
+                if (es == ErrorStatus::eOk) es = placed->getGeomExtents(part);
+                // A failure deeper down (a block nested in itself) ends the whole walk, so
+                // a damaged drawing cannot make it branch without end.
+                if (es != ErrorStatus::eOk) return es;
+                extents.addExtents(part);
             }
         }
     }

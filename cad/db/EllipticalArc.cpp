@@ -14,6 +14,23 @@ constexpr double kTwoPi = 2.0 * std::numbers::pi;
 constexpr double kFullSweepTolerance = 1e-12;
 }  // namespace
 
+EllipticalArc EllipticalArc::fromBulge(const ge::Point3d& p, const ge::Point3d& q, double bulge) {
+    // The centre lies on the chord's perpendicular bisector, (1 - b^2) / 4b chord lengths to
+    // the left of p -> q.
+    const ge::Vector3d chord(q.x - p.x, q.y - p.y, 0.0);
+    const ge::Vector3d left(-chord.y, chord.x, 0.0);
+    EllipticalArc arc;
+    arc.center = ge::Point3d((p.x + q.x) / 2.0, (p.y + q.y) / 2.0, p.z) +
+                 left * ((1.0 - bulge * bulge) / (4.0 * bulge));
+    const double radius = std::hypot(p.x - arc.center.x, p.y - arc.center.y);
+    arc.u = ge::Vector3d(radius, 0.0, 0.0);
+    arc.v = ge::Vector3d(0.0, radius, 0.0);
+    const ge::Point3d& from = bulge > 0.0 ? p : q;
+    arc.start = normalizedAngle(std::atan2(from.y - arc.center.y, from.x - arc.center.x));
+    arc.end = arc.start + 4.0 * std::atan(std::abs(bulge));
+    return arc;
+}
+
 bool EllipticalArc::isFull() const {
     return end - start >= kTwoPi - kFullSweepTolerance;
 }

@@ -20,6 +20,10 @@ struct EllipticalArc {
     double start = 0.0;
     double end = 2.0 * std::numbers::pi;
 
+    // The arc of a polyline segment from p to q whose bulge is the tangent of a quarter of
+    // its included angle (positive: counter-clockwise), in the plane z = p.z. Bulge not zero.
+    static EllipticalArc fromBulge(const ge::Point3d& p, const ge::Point3d& q, double bulge);
+
     bool isFull() const;
     ge::Point3d pointAt(double t) const;
     void transformBy(const ge::Matrix3d& m);
