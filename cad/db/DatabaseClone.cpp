@@ -4,6 +4,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
@@ -11,8 +12,10 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/Entity.h"
 #include "cad/db/IdMapping.h"
+#include "cad/db/NameCompare.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
+#include "cad/db/RawObject.h"
 #include "cad/db/ReferenceWalker.h"
 #include "cad/db/SymbolTable.h"
 #include "cad/db/SymbolTableRecord.h"
@@ -90,6 +93,51 @@ bool isOwnership(ReferenceWalker::Kind kind) {
 // back pointer) are translated only if their target is copied anyway.
 bool isFollowed(ReferenceWalker::Kind kind) {
     return kind == ReferenceWalker::Kind::HardPointer || kind == ReferenceWalker::Kind::Symbol;
+}
+
+// Containers the cloner places copies in through their own lists.
+bool canAdopt(ObjectId container) {
+    auto object = open<DbObject>(container, OpenMode::ForRead);
+    return object && (dynamic_cast<const SymbolTable*>(object.get()) != nullptr ||
+                      dynamic_cast<const Dictionary*>(object.get()) != nullptr ||
+                      dynamic_cast<const BlockTableRecord*>(object.get()) != nullptr);
+}
+
+// The entries of a dictionary the engine keeps raw: each a key (3) followed by the handle
+// of what it names (350 or 360).
+std::vector<std::pair<std::string, Handle>> rawDictionaryEntries(ObjectId dictionary) {
+    std::vector<std::pair<std::string, Handle>> entries;
+    auto raw = open<RawObject>(dictionary, OpenMode::ForRead);
+    if (!raw) return entries;
+    const std::string* key = nullptr;
+    for (const RawTag& tag : raw->tags()) {
+        if (tag.code == 3) {
+            key = &tag.value;
+        } else if (key != nullptr && (tag.code == 350 || tag.code == 360)) {
+            if (auto handle = Handle::fromHex(tag.value)) entries.emplace_back(*key, *handle);
+            key = nullptr;
+        }
+    }
+    return entries;
+}
+
+std::string rawDictionaryKey(ObjectId dictionary, ObjectId entry) {
+    for (const auto& [key, handle] : rawDictionaryEntries(dictionary)) {
+        if (handle == entry.handle()) return key;
+    }
+    return {};
+}
+
+ObjectId rawDictionaryEntry(ObjectId dictionary, const std::string& key) {
+    ObjectId id;
+    if (key.empty()) return id;
+    for (const auto& [name, handle] : rawDictionaryEntries(dictionary)) {
+        if (equalNames(name, key)) {
+            dictionary.database()->getObjectId(id, false, handle);
+            break;
+        }
+    }
+    return id.isValid() && !id.isErased() ? id : ObjectId::kNull;
 }
 
 void appendUnique(std::vector<ObjectId>& ids, std::unordered_set<ObjectId>& seen, ObjectId id) {
@@ -236,7 +284,16 @@ ErrorStatus Database::Cloner::follow(ObjectId source) {
         if (isMapped(source)) return ErrorStatus::eOk;
         if (!map_.compute(ownerPair)) return ErrorStatus::eOk;
     }
-    return cloneObject(source, ownerPair.value(), false);
+    const ObjectId destOwner = ownerPair.value();
+    if (!destOwner.isNull() && madeHere_.count(destOwner) == 0 && !canAdopt(destOwner)) {
+        // The owner's counterpart keeps its own list, which the cloner cannot add to (a
+        // dictionary kept raw, such as the plot style names; an object that was kept). Its
+        // entry of the same key stands in; failing that, the reference is cut.
+        ObjectId existing = rawDictionaryEntry(destOwner, rawDictionaryKey(owner, source));
+        if (!existing.isNull()) map_.assign(IdPair(source, existing, false));
+        return ErrorStatus::eOk;
+    }
+    return cloneObject(source, destOwner, false);
 }
 
 ErrorStatus Database::Cloner::placeInExisting(Copy& copy, ObjectId container, ObjectId& id,

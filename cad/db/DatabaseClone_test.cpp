@@ -156,6 +156,9 @@ TEST_P(WblockBlock, BringsLayersLinetypesTextStylesAndNestedBlocks) {
     auto layer = open<LayerTableRecord>(line->layerId(), OpenMode::ForRead);
     EXPECT_EQ(layer->colorIndex(), 1);
     EXPECT_EQ(layer->linetypeObjectId(), lookUp(target.linetypeTableId(), "DASHED"));
+    // The plot style dictionary is kept raw; its "Normal" entry in the target stands in.
+    EXPECT_EQ(layer->plotStyleNameId(),
+              open<LayerTableRecord>(target.layerZero(), OpenMode::ForRead)->plotStyleNameId());
     auto text = open<Text>(entities[1], OpenMode::ForRead);
     EXPECT_EQ(text->textStyle(), lookUp(target.textStyleTableId(), "KS"));
     EXPECT_EQ(text->layerId(), target.layerZero());
