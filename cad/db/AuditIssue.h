@@ -9,7 +9,7 @@
 namespace cad::db {
 
 struct AuditIssue {
-    int code = 0;          // see Audit.h for the list
+    int code = 0;          // see LoadIssueCodes.h for the list
     std::string message;   // English, one line
     Handle handle;         // the object concerned, null when none
     bool fixed = false;    // repaired on load or by the audit's fix mode

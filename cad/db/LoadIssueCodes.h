@@ -44,21 +44,21 @@ inline constexpr int kIssueUnreadableLink = 111;
 
 // An object's owner exists but does not list it among what it holds. The fix gives the object
 // to the container that does list it, or lists an entity in the block its owner names.
-inline constexpr int kIssueOwnerDoesNotList = 111;
+inline constexpr int kIssueOwnerDoesNotList = 112;
 // An object that must have an owner (everything but the named-objects dictionary and the
 // symbol tables) has none. The fix gives it to the container that lists it.
-inline constexpr int kIssueMissingOwner = 112;
+inline constexpr int kIssueMissingOwner = 113;
 // One object is listed by two containers, or twice by one: it would be written twice under
 // one handle. Which listing is right cannot be told, so it is not fixed.
-inline constexpr int kIssueListedTwice = 113;
+inline constexpr int kIssueListedTwice = 114;
 // A reference (pointer, persistent reactor, or an entry of a block, table or entity) names no
 // object. Pointers and reactors are cleared; a symbol reference is 106.
-inline constexpr int kIssueDanglingReference = 114;
+inline constexpr int kIssueDanglingReference = 115;
 // A hard pointer of a live object names an erased object, which is not written: in the file it
 // would name nothing. The pointer is cleared.
-inline constexpr int kIssuePointerToErased = 115;
+inline constexpr int kIssuePointerToErased = 116;
 // A layout and its block record do not name each other. Fixed when one side of the link is
 // missing and the other side tells what it should be.
-inline constexpr int kIssueLayoutLink = 116;
+inline constexpr int kIssueLayoutLink = 117;
 
 }  // namespace cad::db
