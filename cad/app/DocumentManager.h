@@ -60,6 +60,8 @@ public:
 
     // Queues text to be executed in the document as if typed ("_UBLI\n"); the host runs it when
     // the document is active and at its command prompt. `activate` makes the document active.
+    // wrapUpInactiveDoc is taken for the host's signature only: a document left while one of
+    // its commands waits keeps that command, whose input then comes when it is active again.
     ErrorStatus sendStringToExecute(Document* document, std::string_view text, bool activate = true,
                                     bool wrapUpInactiveDoc = false, bool echoString = true);
     // Told whenever a string is queued, so the host can come back to run it.

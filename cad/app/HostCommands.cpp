@@ -92,6 +92,7 @@ void HostCommands::qsave() {
         saveAs();
         return;
     }
+    app_.moduleLoader().sendMessage(kSaveMsg, document);
     ErrorStatus es = document->database()->saveAs(document->fileName());
     if (es != ErrorStatus::eOk)
         app_.editor().printf("\nCannot save \"%s\": %s", document->fileName().c_str(),
@@ -104,6 +105,7 @@ void HostCommands::saveAs() {
     std::string path;
     if (app_.editor().getString("\nEnter file name: ", path, true) != ed::RTNORM || path.empty())
         return;
+    app_.moduleLoader().sendMessage(kSaveMsg, document);
     ErrorStatus es = document->database()->saveAs(path);
     if (es != ErrorStatus::eOk) {
         app_.editor().printf("\nCannot save \"%s\": %s", path.c_str(),
