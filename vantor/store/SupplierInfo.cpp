@@ -6,6 +6,7 @@
 #include <fstream>
 #include <memory>
 #include <variant>
+#include <vector>
 
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
@@ -35,6 +36,48 @@ std::optional<std::int64_t> integerOf(const ResBuf& value) {
     if (auto v = std::get_if<std::int32_t>(&value.value)) return *v;
     if (auto v = std::get_if<std::int64_t>(&value.value)) return *v;
     return std::nullopt;
+}
+
+// The 119 chunks from position 1 on; `next` ends after the last value they took. A DXF file
+// holds at most 127 bytes per binary value, so a drawing read from one brings each chunk back
+// as pieces of 127 bytes and a rest; the lengths the stored size implies put them together
+// again (a chunk of exactly 127 bytes is one piece, which no other rule could tell).
+std::optional<std::vector<std::string>> logoChunks(const ResBufChain& chain, std::int64_t size,
+                                                   std::size_t& next) {
+    constexpr std::size_t kDxfPiece = 127;
+    std::size_t pieces = 0;
+    while (1 + pieces < chain.size() &&
+           std::holds_alternative<BinaryChunk>(chain[1 + pieces].value))
+        ++pieces;
+    auto piece = [&](std::size_t i) -> const std::string& {
+        return std::get<BinaryChunk>(chain[1 + i].value).bytes;
+    };
+    std::vector<std::string> chunks;
+    if (pieces == SupplierInfo::kChunkCount) {
+        for (std::size_t i = 0; i < pieces; ++i) chunks.push_back(piece(i));
+        next = 1 + pieces;
+        return chunks;
+    }
+    if (size < 0 || static_cast<std::uint64_t>(size) > SupplierInfo::kMaxLogoBytes)
+        return std::nullopt;
+    std::size_t taken = 0;
+    for (std::size_t i = 0; i < SupplierInfo::kChunkCount; ++i) {
+        const std::size_t start = i * SupplierInfo::kChunkSize;
+        const std::size_t length =
+            start < static_cast<std::size_t>(size)
+                ? std::min(SupplierInfo::kChunkSize, static_cast<std::size_t>(size) - start)
+                : 1;
+        std::string joined;
+        do {
+            if (taken == pieces) return std::nullopt;
+            joined += piece(taken++);
+        } while (joined.size() < length && joined.size() % kDxfPiece == 0);
+        if (joined.size() != length) return std::nullopt;
+        chunks.push_back(std::move(joined));
+    }
+    if (taken != pieces) return std::nullopt;
+    next = 1 + pieces;
+    return chunks;
 }
 
 bool readLogoFile(const std::string& path, std::string& bytes, cad::app::UserDialogs& dialogs) {
@@ -76,13 +119,13 @@ ResBufChain SupplierInfo::toChain() const {
 }
 
 std::optional<SupplierInfo> SupplierInfo::fromChain(const ResBufChain& chain) {
-    if (chain.size() < kChainLength) return std::nullopt;
+    if (chain.empty()) return std::nullopt;
     std::optional<std::int64_t> stored = integerOf(chain[0]);
     if (!stored) return std::nullopt;
-    for (std::size_t i = 1; i <= kChunkCount; ++i) {
-        if (!std::holds_alternative<BinaryChunk>(chain[i].value)) return std::nullopt;
-    }
-    for (std::size_t i = 1 + kChunkCount; i < kChainLength; ++i) {
+    std::size_t next = 1;
+    std::optional<std::vector<std::string>> chunks = logoChunks(chain, *stored, next);
+    if (!chunks || chain.size() < next + kTextCount) return std::nullopt;
+    for (std::size_t i = next; i < next + kTextCount; ++i) {
         if (chain[i].text() == nullptr) return std::nullopt;
     }
 
@@ -91,21 +134,21 @@ std::optional<SupplierInfo> SupplierInfo::fromChain(const ResBufChain& chain) {
     // One byte more than a logo can have, so the closing zero of the largest one fits.
     std::string buffer(kMaxLogoBytes + 1, '\0');
     std::size_t offset = 0;
-    for (std::size_t i = 1; i <= kChunkCount; ++i, offset += kChunkSize) {
-        const std::string& bytes = std::get<BinaryChunk>(chain[i].value).bytes;
+    for (const std::string& bytes : *chunks) {
         if (bytes.size() == kChunkSize)
             std::copy(bytes.begin(), bytes.end(),
                       buffer.begin() + static_cast<std::ptrdiff_t>(offset));
         else if (static_cast<int>(bytes.size()) == tail)
             std::copy(bytes.begin(), bytes.end(),
                       buffer.begin() + static_cast<std::ptrdiff_t>(bytes.size()));
+        offset += kChunkSize;
     }
     if (size >= 0 && static_cast<std::size_t>(size) < buffer.size())
         buffer[static_cast<std::size_t>(size)] = '\0';
 
     SupplierInfo info;
     info.logo = buffer.substr(0, std::min<std::size_t>(std::max(size, 0), kMaxLogoBytes));
-    for (std::size_t i = 0; i < kTextCount; ++i) info.texts[i] = *chain[1 + kChunkCount + i].text();
+    for (std::size_t i = 0; i < kTextCount; ++i) info.texts[i] = *chain[next + i].text();
     return info;
 }
 

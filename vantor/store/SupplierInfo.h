@@ -47,7 +47,8 @@ struct SupplierInfo {
     // size % 254 copied to that length's offset from the start (not to its own place), every
     // other chunk skipped, and a zero put at position size. A logo whose size is a multiple
     // of 254 comes back whole; otherwise its tail lands early and the true tail region stays
-    // zero. nullopt for an empty chain or one that is not 127 values of the right types.
+    // zero. A chain read from a DXF file, whose chunks came back in pieces of 127 bytes, is
+    // taken as well. nullopt for an empty chain or one that is not of this shape.
     static std::optional<SupplierInfo> fromChain(const cad::db::ResBufChain& chain);
 
     // Reads the logo file and stores the record, making "KX_INFORM" when the drawing has none

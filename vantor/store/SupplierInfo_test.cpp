@@ -97,6 +97,35 @@ INSTANTIATE_TEST_SUITE_P(
         ReadBackRow{"empty_logo", 0, [](const std::string& l) { return l; }}),
     [](const auto& row) { return std::string(row.param.name); });
 
+// A DXF file holds at most 127 bytes per binary value: the chunks come back in pieces.
+ResBufChain splitAsDxf(const ResBufChain& chain) {
+    ResBufChain split;
+    for (const cad::db::ResBuf& value : chain) {
+        const auto* chunk = std::get_if<BinaryChunk>(&value.value);
+        if (chunk == nullptr) {
+            split.push_back(value);
+            continue;
+        }
+        for (std::size_t at = 0; at == 0 || at < chunk->bytes.size(); at += 127)
+            split.push_back({310, BinaryChunk{chunk->bytes.substr(at, 127)}});
+    }
+    return split;
+}
+
+TEST(SupplierChain, ChunksSplitByADxfFileAreJoinedAgain) {
+    for (std::size_t size : {0u, 127u, 381u, 508u, 18134u, 30226u}) {
+        const ResBufChain chain = infoWithLogo(size).toChain();
+        std::optional<SupplierInfo> whole = SupplierInfo::fromChain(chain);
+        std::optional<SupplierInfo> split = SupplierInfo::fromChain(splitAsDxf(chain));
+        ASSERT_TRUE(whole && split) << size;
+        EXPECT_EQ(split->logo, whole->logo) << size;
+        EXPECT_EQ(split->texts, whole->texts) << size;
+    }
+    ResBufChain damaged = splitAsDxf(infoWithLogo(508).toChain());
+    damaged.erase(damaged.begin() + 2);
+    EXPECT_FALSE(SupplierInfo::fromChain(damaged));
+}
+
 TEST(SupplierChain, SizeIsTakenAsSigned16Bits) {
     ResBufChain chain = infoWithLogo(508).toChain();
     chain[0].value = std::int32_t{0x10000 + 508};
@@ -145,6 +174,22 @@ TEST_F(SupplierStore, WritesAndReplacesTheRecord) {
     EXPECT_EQ(cad::db::open<cad::db::Dictionary>(inform, cad::db::OpenMode::ForRead)->numEntries(),
               1u);
     EXPECT_TRUE(dialogs.calls().empty());
+}
+
+TEST_F(SupplierStore, RecordSurvivesADrawingFile) {
+    SupplierInfo info = infoWithLogo(0);
+    folder.writeBytes("logo.bmp", logoOf(18134));
+    info.logoPath = folder.file("logo.bmp");
+    ASSERT_EQ(info.writeTo(db, dialogs), cad::ErrorStatus::eOk);
+    ASSERT_EQ(db.saveAs(folder.file("supplier.dxf")), cad::ErrorStatus::eOk);
+
+    cad::db::Database read(false, true);
+    ASSERT_EQ(read.readDwgFile(folder.file("supplier.dxf")), cad::ErrorStatus::eOk);
+    std::optional<SupplierInfo> stored = SupplierInfo::readFrom(read);
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->logo, SupplierInfo::fromChain(infoWithLogo(18134).toChain())->logo);
+    EXPECT_EQ(stored->texts, info.texts);
+    EXPECT_EQ(read.openObjectCount(), 0);
 }
 
 struct RefusalRow {
