@@ -1,0 +1,58 @@
+// Tests of the JSON writer: commas and nesting, escapes, and text that is not valid UTF-8.
+#include "apps/common/JsonWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace apps {
+namespace {
+
+std::string asJson(std::string_view text) {
+    std::ostringstream out;
+    JsonWriter(out).value(text);
+    return out.str();
+}
+
+TEST(JsonWriter, PlacesCommasBetweenMembersAndElementsOnly) {
+    std::ostringstream out;
+    JsonWriter json(out);
+    json.beginObject().member("a", 1).key("b").beginArray();
+    json.value("x").beginObject().endObject().value(true).endArray();
+    json.key("c").beginArray().endArray().member("d", 0.5).member("e", -1e300 * 1e300);
+    json.endObject();
+    EXPECT_EQ(out.str(), R"({"a":1,"b":["x",{},true],"c":[],"d":0.5,"e":null})");
+}
+
+struct EscapeCase {
+    const char* name;
+    std::string text;
+    std::string json;
+};
+
+class JsonString : public ::testing::TestWithParam<EscapeCase> {};
+
+TEST_P(JsonString, IsEscapedAndAlwaysValidUtf8) {
+    EXPECT_EQ(asJson(GetParam().text), GetParam().json);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, JsonString,
+    ::testing::Values(
+        EscapeCase{"QuoteAndBackslash", "a\"b\\c", R"("a\"b\\c")"},
+        EscapeCase{"ControlCharacters", std::string("\n\r\t\x01\x1f", 5),
+                   R"("\n\r\t\u0001\u001f")"},
+        EscapeCase{"NulInside", std::string("a\0b", 3), R"("a\u0000b")"},
+        EscapeCase{"KoreanUtf8KeptAsItIs", "\xEB\xB0\xB8\xEB\xB8\x8C",
+                   "\"\xEB\xB0\xB8\xEB\xB8\x8C\""},
+        EscapeCase{"FourByteSequence", "\xF0\x9F\x94\xA7", "\"\xF0\x9F\x94\xA7\""},
+        EscapeCase{"Cp949BytesReplaced", "\xB9\xEB", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},
+        EscapeCase{"TruncatedSequenceReplaced", "a\xEB\xB0", "\"a\xEF\xBF\xBD\xEF\xBF\xBD\""},
+        EscapeCase{"OverlongSlashReplaced", "\xC0\xAF", "\"\xEF\xBF\xBD\xEF\xBF\xBD\""},
+        EscapeCase{"SurrogateReplaced", "\xED\xA0\x80",
+                   "\"\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\""}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace apps
