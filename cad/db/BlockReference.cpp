@@ -101,26 +101,38 @@ std::string_view BlockReference::className() const {
 
 void BlockReference::dxfFields(DxfFiler& filer) {
     Entity::dxfFields(filer);
+    ge::Point3d position = ge::Matrix3d::worldToPlane(normal_) * position_;
+    double rotation = degreesFromRadians(rotation_);
+    if (filer.isReading()) {
+        // The marker says whether the file holds an array, which is not known before the
+        // fields are read: the fields are looked for under both, and only one is there.
+        for (std::string_view marker : {"AcDbMInsertBlock", "AcDbBlockReference"}) {
+            filer.subclass(marker);
+            referenceFields(filer, position, rotation);
+        }
+        position_ = ge::Matrix3d::planeToWorld(normal_) * position;
+        rotation_ = normalizedAngle(radiansFromDegrees(rotation));
+        return;
+    }
     filer.subclass(className());
+    referenceFields(filer, position, rotation);
+}
+
+void BlockReference::referenceFields(DxfFiler& filer, ge::Point3d& ocsPosition,
+                                     double& rotationDegrees) {
     std::int16_t attributesFollow = subentityIds().empty() ? 0 : 1;
     filer.int16(66, attributesFollow, 0);
     filer.symbol(2, block_, DxfFiler::SymbolTable::Block);
-    ge::Point3d position = ge::Matrix3d::worldToPlane(normal_) * position_;
-    filer.point(10, position);
+    filer.point(10, ocsPosition);
     filer.real(41, scale_.sx, 1.0);
     filer.real(42, scale_.sy, 1.0);
     filer.real(43, scale_.sz, 1.0);
-    double rotation = degreesFromRadians(rotation_);
-    filer.real(50, rotation, 0.0);
+    filer.real(50, rotationDegrees, 0.0);
     filer.int16(70, columns_, 1);
     filer.int16(71, rows_, 1);
     filer.real(44, columnSpacing_, 0.0);
     filer.real(45, rowSpacing_, 0.0);
     filer.vector(210, normal_, ge::Vector3d::kZAxis);
-    if (filer.isReading()) {
-        position_ = ge::Matrix3d::planeToWorld(normal_) * position;
-        rotation_ = normalizedAngle(radiansFromDegrees(rotation));
-    }
 }
 
 ge::Matrix3d BlockReference::cellTransform(const ge::Point3d& origin, int row, int column) const {

@@ -71,6 +71,7 @@ public:
     ErrorStatus explode(std::vector<std::unique_ptr<Entity>>& pieces) const override;
 
 private:
+    void referenceFields(DxfFiler& filer, ge::Point3d& ocsPosition, double& rotationDegrees);
     ge::Matrix3d cellTransform(const ge::Point3d& origin, int row, int column) const;
     ErrorStatus blockEntities(std::vector<ObjectId>& ids, ge::Point3d& origin) const;
 

@@ -41,6 +41,8 @@ ErrorStatus ComplexEntity::makeResident(std::unique_ptr<Entity> subentity, Objec
             es != ErrorStatus::eOk)
             return es;
     }
+    // Vertices and attributes made without a layer go on their owner's.
+    if (subentity->layerId().isNull()) subentity->setPropertiesFrom(*this);
     if (ErrorStatus es = db->addObject(std::move(subentity), id, objectId());
         es != ErrorStatus::eOk)
         return es;

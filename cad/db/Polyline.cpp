@@ -133,8 +133,9 @@ void Polyline::dxfFields(DxfFiler& filer) {
     // One width for every segment is written once (43) instead of at every vertex.
     double constant = 0.0;
     const bool uniformWidth = getConstantWidth(constant) == ErrorStatus::eOk;
-    if (filer.isWriting()) constantWidth_ = uniformWidth ? constant : 0.0;
-    filer.real(43, constantWidth_, 0.0);
+    double widthField = filer.isWriting() ? (uniformWidth ? constant : 0.0) : constantWidth_;
+    filer.real(43, widthField, 0.0);
+    if (filer.isReading()) constantWidth_ = widthField;
     filer.real(38, elevation_, 0.0);
     filer.real(39, thickness_, 0.0);
     const bool vertexWidths = !filer.isWriting() || !uniformWidth;
