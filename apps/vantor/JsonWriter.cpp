@@ -1,6 +1,9 @@
 // The command line's JSON writer.
 #include "apps/vantor/JsonWriter.h"
 
+#include <charconv>
+#include <cmath>
+
 namespace vantor::cli {
 
 void JsonWriter::separate() {
@@ -62,6 +65,18 @@ JsonWriter& JsonWriter::value(std::int64_t number) {
 JsonWriter& JsonWriter::value(bool flag) {
     separate();
     out_ << (flag ? "true" : "false");
+    return *this;
+}
+
+JsonWriter& JsonWriter::value(double number) {
+    separate();
+    if (!std::isfinite(number)) {
+        out_ << "null";
+        return *this;
+    }
+    char text[32];
+    const char* end = std::to_chars(text, text + sizeof text, number).ptr;
+    out_ << std::string_view(text, static_cast<std::size_t>(end - text));
     return *this;
 }
 

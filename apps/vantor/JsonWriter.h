@@ -25,6 +25,9 @@ public:
     JsonWriter& value(std::int64_t number);
     JsonWriter& value(int number) { return value(std::int64_t{number}); }
     JsonWriter& value(bool flag);
+    // The shortest text that reads back as the same double; null for infinities and NaN,
+    // which JSON cannot hold.
+    JsonWriter& value(double number);
 
     // A member: key and value together.
     template <typename T>

@@ -1,42 +1,24 @@
 // The vantor command line run as a program on a temporary module folder: the management
 // window commands, their JSON, their messages and exit codes.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "apps/vantor/CliRun.h"
 #include "cad/sys/TestTempFolder.h"
 #include "vantor/registry/ListFile.h"
 
 namespace {
 
-struct Outcome {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string quoted(const std::string& arg) {
-    std::string text = "'";
-    for (char c : arg) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
+using Outcome = vantor::cli::testing_support::CliOutcome;
+using vantor::cli::testing_support::shellQuoted;
 
 class VantorCli : public testing::Test {
 protected:
     Outcome run(const std::vector<std::string>& args) const {
-        std::string command =
-            "VANTOR_MODULE_DIR=" + quoted(module_.path().string()) + " " + quoted(VANTOR_CLI);
-        for (const std::string& arg : args) command += " " + quoted(arg);
-        command += " >" + quoted(output_.file("out")) + " 2>" + quoted(output_.file("err"));
-        const int status = std::system(command.c_str());
-        Outcome result;
-        result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        result.out = output_.readBytes("out");
-        result.err = output_.readBytes("err");
-        return result;
+        return vantor::cli::testing_support::runVantor(
+            args, output_, "VANTOR_MODULE_DIR=" + shellQuoted(module_.path().string()));
     }
     std::string data(const std::string& name) const {
         return module_.path().string() + "/DATA/" + name;

@@ -13,6 +13,7 @@ using vantor::cli::CliCommand;
 std::vector<CliCommand> allCommands() {
     std::vector<CliCommand> commands;
     vantor::cli::addWindowCommands(commands);
+    vantor::cli::addStoreCommands(commands);
     return commands;
 }
 
