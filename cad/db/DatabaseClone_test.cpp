@@ -276,7 +276,8 @@ TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
     for (const bool acrossDatabases : {false, true}) {
         SCOPED_TRACE(acrossDatabases ? "wblock clone" : "deep clone");
         // An application dictionary holding an extended record and an object the engine does
-        // not model, which names the record by a 340 and a 320 and layer HIDDEN by a 330.
+        // not model, which names the record by a 340 and a 320, layer HIDDEN by a 330, and
+        // by a 341 a handle that nothing carries.
         Library library;
         ObjectId app, record, raw;
         open<Dictionary>(library.db.namedObjectsDictionaryId(), OpenMode::ForWrite)
@@ -285,13 +286,14 @@ TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
             auto dictionary = open<Dictionary>(app, OpenMode::ForWrite);
             dictionary->setAt("DATA", std::make_unique<Xrecord>(), record);
             const std::string handle = record.handle().toHex();
-            dictionary->setAt(
-                "OBJECT",
-                std::make_unique<RawObject>(
-                    "APPOBJECT", "AppObject",
-                    std::vector<RawTag>{
-                        {340, handle}, {320, handle}, {330, library.hiddenLayer.handle().toHex()}}),
-                raw);
+            dictionary->setAt("OBJECT",
+                              std::make_unique<RawObject>(
+                                  "APPOBJECT", "AppObject",
+                                  std::vector<RawTag>{{340, handle},
+                                                      {320, handle},
+                                                      {330, library.hiddenLayer.handle().toHex()},
+                                                      {341, "FFFF"}}),
+                              raw);
         }
         Database target;
         IdMapping map;
@@ -307,7 +309,9 @@ TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
             {340, cloneOf(map, record).handle().toHex()},
             {320, record.handle().toHex()},
             // The layer was not cloned: the same layer within a drawing, nothing across.
-            {330, acrossDatabases ? "0" : library.hiddenLayer.handle().toHex()}};
+            {330, acrossDatabases ? "0" : library.hiddenLayer.handle().toHex()},
+            // Text naming nothing there would name some unrelated object here.
+            {341, acrossDatabases ? "0" : "FFFF"}};
         EXPECT_EQ(open<RawObject>(cloneOf(map, raw), OpenMode::ForRead)->tags(), expected);
         EXPECT_EQ(open<RawObject>(raw, OpenMode::ForRead)->tags()[0].value,
                   record.handle().toHex());

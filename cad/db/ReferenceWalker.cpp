@@ -29,7 +29,8 @@ ReferenceWalker::Kind ReferenceWalker::kindOf(int code) {
 
 void ReferenceWalker::walk(DbObject& object) {
     currentDatabase_ = rawTagDatabase_ != nullptr ? rawTagDatabase_ : object.database();
-    crossDatabase_ = currentDatabase_ != object.database();
+    // A copy not yet in any database (the cloner's, while it collects) is not across.
+    crossDatabase_ = object.database() != nullptr && currentDatabase_ != object.database();
 
     ObjectId owner = object.ownerId();
     visitor_(Field{330, Kind::Owner}, owner);
