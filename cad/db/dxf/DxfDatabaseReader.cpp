@@ -221,7 +221,7 @@ private:
     }
 
     bool fail(std::uint32_t where, std::string what) {
-        if (!error_) error_ = DxfError{where, placeText(place_, where) + ": " + what};
+        if (!error_) error_ = dxfError(place_, where, what);
         return false;
     }
 
@@ -912,26 +912,33 @@ private:
         return listedBy;
     }
 
+    // An object of OBJECTS whose owner names nothing goes to the container that lists it, or
+    // is dropped when none does; one with no owner at all (R13 writers gave some only as a
+    // reactor) goes to the container that lists it, or stays as it is.
     void repairOwners() {
-        std::vector<ObjectId> dangling;
+        std::vector<ObjectId> strays;
         for (const ObjectId id : objects_) {
             const ObjectId owner = id.slot()->object->ownerId();
-            if (!owner.isNull() && !owner.isValid()) dangling.push_back(id);
+            if (id != ids_.namedObjects && (owner.isNull() || !owner.isValid()))
+                strays.push_back(id);
         }
-        if (!dangling.empty()) {
+        if (!strays.empty()) {
             const auto listedBy = containers();
-            for (const ObjectId id : dangling) {
+            for (const ObjectId id : strays) {
                 auto object = open<DbObject>(id, OpenMode::ForWrite);
                 if (!object) continue;
-                const std::string what = std::string(object->dxfName()) + " " +
-                                         id.handle().toHex() + ": its owner " +
-                                         object->ownerId().handle().toHex() + " names no object";
+                const bool unowned = object->ownerId().isNull();
+                const std::string what =
+                    std::string(object->dxfName()) + " " + id.handle().toHex() +
+                    (unowned ? ": it has no owner"
+                             : ": its owner " + object->ownerId().handle().toHex() +
+                                   " names no object");
                 const auto it = listedBy.find(id.slot());
                 if (it != listedBy.end()) {
                     object->setOwnerId(it->second);
                     issue(kIssueDanglingOwner,
                           what + "; the owner is now " + it->second.handle().toHex(), id.handle());
-                } else {
+                } else if (!unowned) {
                     object->erase();
                     issue(kIssueDanglingOwner, what + " and nothing lists it; it was dropped",
                           id.handle());

@@ -149,15 +149,17 @@ void ReadingFiler::readCommonPart(DbObject& object) {
             const bool reactors = name == "{ACAD_REACTORS";
             const bool xdictionary = name == "{ACAD_XDICTIONARY";
             if (!reactors && !xdictionary) continue;  // other groups are kept as they are
-            for (std::uint32_t j = i; j < end && (flags_[j] & kGrouped); ++j) {
+            const std::uint32_t open = i;
+            for (std::uint32_t j = open; j < end && (flags_[j] & kGrouped); ++j) {
                 flags_[j] |= kRead;
+                i = j;
+                if (j > open && closesGroup(tags_[j])) break;
                 ObjectId id;
                 if (reactors && tags_[j].code == kReactorCode) {
                     if (takeHandle(tags_[j], id) && !id.isNull()) object.addPersistentReactor(id);
                 } else if (xdictionary && tags_[j].code == kXdictionaryCode) {
                     if (takeHandle(tags_[j], id)) object.setExtensionDictionary(id);
                 }
-                i = j;
             }
         } else if (tag.code == kOwnerCode && !ownerSeen && !(flags_[i] & kGrouped)) {
             ownerSeen = true;
@@ -232,10 +234,9 @@ const Tag* ReadingFiler::take(int code) {
 
 bool ReadingFiler::fail(const Tag& tag, std::string_view expected) {
     if (!error_) {
-        error_ =
-            DxfError{tag.line, placeText(place_, tag.line) + ": expected " + std::string(expected) +
-                                   " for group code " + std::to_string(tag.code) + ", found '" +
-                                   shown(tag.value) + "'"};
+        error_ = dxfError(place_, tag.line,
+                          "expected " + std::string(expected) + " for group code " +
+                              std::to_string(tag.code) + ", found '" + shown(tag.value) + "'");
     }
     return false;
 }
@@ -268,9 +269,9 @@ bool ReadingFiler::takeHandle(const Tag& tag, ObjectId& id) {
     const auto value = toHandle(tag);
     if (!value) {
         unreadableLinks_.push_back(
-            DxfError{tag.line, placeText(place_, tag.line) + ": group code " +
-                                   std::to_string(tag.code) + " holds '" + shown(tag.value) +
-                                   "' where a handle belongs; the link was left empty"});
+            dxfError(place_, tag.line,
+                     "group code " + std::to_string(tag.code) + " holds '" + shown(tag.value) +
+                         "' where a handle belongs; the link was left empty"));
         return false;
     }
     if (*value == 0) {
@@ -299,8 +300,10 @@ void ReadingFiler::subclass(std::string_view marker) {
             return;
         }
     }
-    // No marker of that name (R12, or a writer that left it out): the fields may be anywhere.
-    scope_ = {1, bodyEnd_, false, true};
+    // No marker of that name. R12 has none, and the fields may be anywhere; a writer that left
+    // one marker out put its fields before the first marker there is.
+    scope_ = markerless_ ? Scope{1, bodyEnd_, false, true}
+                         : Scope{1, segments_.front().end, false, false};
 }
 
 void ReadingFiler::string(int code, std::string& value) {
@@ -405,14 +408,15 @@ void ReadingFiler::binary(int code, std::string& bytes) {
 }
 
 void ReadingFiler::beginRecords(int startCode, std::size_t& count) {
-    RecordList list{recordStarts_.size(), 0, scope_};
+    RecordList list{recordStarts_.size(), 0, scope_, scope_.end};
     for (std::uint32_t i = scope_.begin; i < scope_.end; ++i) {
         const std::uint8_t flags = flags_[i];
         if (flags & (kGrouped | kMarker)) continue;
         if (flags & kRead) {
-            // Something an outer field took lies after the first record: the list has ended.
-            if (list.count > 0) break;
-            continue;
+            // A tag an outer field took after the first record: the list ends there.
+            if (list.count == 0) continue;
+            list.end = i;
+            break;
         }
         if (tags_[i].code == startCode) {
             recordStarts_.push_back(i);
@@ -432,7 +436,7 @@ void ReadingFiler::enterRecord(std::size_t index) {
     }
     const std::uint32_t begin = recordStarts_[list.firstStart + index];
     const bool last = index + 1 == list.count;
-    const std::uint32_t end = last ? list.outer.end : recordStarts_[list.firstStart + index + 1];
+    const std::uint32_t end = last ? list.end : recordStarts_[list.firstStart + index + 1];
     scope_ = {begin, end, last, false};
 }
 

@@ -20,13 +20,13 @@ namespace cad::db::dxf {
 // - Tags before the first subclass marker (100) hold the common part; tags from the first 1001
 //   on are extended data. Each marker starts a segment, and subclass(name) scopes the look-ups
 //   to the segment of that name. A structure without markers (R12) is one segment that every
-//   subclass sees; so is any structure for a subclass whose marker it lacks.
+//   subclass sees; a subclass whose marker is missing looks before the first marker.
 // - A field takes the first unread tag of its code in scope, so fields may stand in any order.
 //   Tags inside 102 groups ("{BLKREFS" ... "}") are never taken by fields; they are kept.
 // - Records: the unread tags of the start code in scope start one record each; a record runs to
-//   the next start tag, the last one to the end of the scope. A run of records ends early at a
-//   tag that an outer field has already read, and a look-up in the last record stops where its
-//   own code repeats, so a record does not reach into what follows the list.
+//   the next start tag, the last one to the end of the scope. The list ends early at a tag an
+//   outer field has already read, and a look-up in the last record stops where its own code
+//   repeats, so a record does not reach into what follows the list.
 // - Whatever no field reads is kept with its subclass (keptTags) and written back there; a
 //   whole segment the class does not declare is kept with its marker, after the subclass that
 //   precedes it.
@@ -110,6 +110,7 @@ private:
         std::size_t firstStart = 0;  // into recordStarts_
         std::size_t count = 0;
         Scope outer;
+        std::uint32_t end = 0;  // where the last record ends
     };
 
     void prepare(TagSpan tags);

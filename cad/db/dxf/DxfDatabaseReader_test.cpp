@@ -1,0 +1,377 @@
+// Reading drawings into a database: the sample drawings of other programs, the repairs of
+// damaged links, and files that cannot be understood.
+#include "cad/db/dxf/DxfDatabaseReader.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "cad/db/Attribute.h"
+#include "cad/db/BlockReference.h"
+#include "cad/db/BlockTableRecord.h"
+#include "cad/db/Database.h"
+#include "cad/db/Dictionary.h"
+#include "cad/db/LayerTableRecord.h"
+#include "cad/db/Layout.h"
+#include "cad/db/LoadIssueCodes.h"
+#include "cad/db/ObjectPtr.h"
+#include "cad/db/ObjectSlot.h"
+#include "cad/db/SymbolTable.h"
+#include "cad/db/Xrecord.h"
+#include "cad/db/dxf/DxfFile.h"
+#include "cad/db/dxf/StructureLoader.h"
+
+namespace cad::db::dxf {
+namespace {
+
+const std::filesystem::path kCorpus =
+    std::filesystem::path(VANTOR_SOURCE_DIR) / "tests/data/corpus";
+
+std::map<std::string, int> countByType(const Database& db) {
+    std::map<std::string, int> counts;
+    for (const ObjectId id : db.objectIds()) {
+        if (!id.isErased()) ++counts[std::string(id.slot()->object->dxfName())];
+    }
+    return counts;
+}
+
+std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The structures of each type a file's object sections hold, counted by the lower stages
+// alone. (Sections R2000 has no place for, such as ACDSDATA, are not kept.)
+std::map<std::string, int> countInFile(const std::filesystem::path& path) {
+    const DxfFile file = DxfFile::fromBytes(fileBytes(path));
+    DxfStructure structure;
+    EXPECT_FALSE(StructureLoader::load(file.tags(), structure, file.place()).has_value());
+    std::map<std::string, int> counts;
+    for (const Section& section : structure.sections) {
+        if (section.name != "TABLES" && section.name != "BLOCKS" && section.name != "ENTITIES" &&
+            section.name != "OBJECTS")
+            continue;
+        for (const TagSpan item : section.items) ++counts[std::string(trimBlanks(item[0].value))];
+    }
+    counts.erase("ENDTAB");
+    return counts;
+}
+
+ObjectId recordNamed(ObjectId tableId, std::string_view name) {
+    ObjectId id;
+    if (auto table = open<SymbolTable>(tableId, OpenMode::ForRead)) table->getAt(name, id);
+    return id;
+}
+
+std::vector<int> issueCodes(const Database& db) {
+    std::vector<int> codes;
+    for (const AuditIssue& issue : db.loadIssues()) codes.push_back(issue.code);
+    return codes;
+}
+
+class CorpusDrawing : public testing::TestWithParam<std::string> {};
+
+// Every structure of a sample drawing is in the database (or dropped with a word why), and
+// reading leaves nothing open.
+TEST_P(CorpusDrawing, LoadsEveryStructure) {
+    const std::filesystem::path path = kCorpus / GetParam();
+    Database db(false);
+    ASSERT_EQ(db.readDwgFile(path.string()), ErrorStatus::eOk) << db.lastErrorMessage();
+    EXPECT_EQ(db.openObjectCount(), 0);
+    EXPECT_EQ(db.fileName(), path.string());
+    std::map<std::string, int> dropped;
+    for (const AuditIssue& issue : db.loadIssues()) {
+        if (issue.message.find("dropped") == std::string::npos) continue;
+        for (const auto& [type, n] : countInFile(path)) {
+            if (issue.message.find(": " + type + " ") != std::string::npos ||
+                issue.message.starts_with(type + " "))
+                ++dropped[type];
+        }
+    }
+    const std::map<std::string, int> loaded = countByType(db);
+    for (const auto& [type, n] : countInFile(path)) {
+        const auto it = loaded.find(type);
+        EXPECT_GE((it == loaded.end() ? 0 : it->second) + dropped[type], n) << type;
+    }
+    EXPECT_TRUE(db.modelSpaceId().isValid());
+    EXPECT_TRUE(db.paperSpaceId().isValid());
+    EXPECT_TRUE(db.layoutDictionaryId().isValid());
+    EXPECT_TRUE(db.groupDictionaryId().isValid());
+    EXPECT_TRUE(db.layerZero().isValid());
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, CorpusDrawing,
+                         testing::Values("acadsharp__dynamic-blocks_BLOCKVISIBILITYPARAMETER.dxf",
+                                         "acadsharp__sample_AC1009_ascii.dxf",
+                                         "dxfparser__blocks.dxf", "dxfparser__extendeddata.dxf",
+                                         "ezdxf-made__korean_catalogue_r2000_cp949.dxf",
+                                         "ezdxf__ASCII_R12.dxf", "ezdxf__Minimal_DXF_AC1021.dxf",
+                                         "ezdxf__bin_dxf_r2000.dxf", "ezdxf__custom_blocks.dxf",
+                                         "ezdxf__duplicate_handles.dxf", "ezdxf__dxf_unicode.dxf",
+                                         "ezdxf__groups.dxf", "ezdxf__hatches_1.dxf",
+                                         "ezdxf__mtext_columns_R2000.dxf", "ezdxf__small_r13.dxf",
+                                         "ezdxf__small_r14.dxf", "ezdxf__text.dxf",
+                                         "netdxf__sample.dxf"),
+                         [](const testing::TestParamInfo<std::string>& row) {
+                             std::string name = row.param.substr(0, row.param.find('.'));
+                             for (char& c : name) {
+                                 if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+                             }
+                             return name;
+                         });
+
+TEST(CorpusDrawings, DwgIsRefusedWithAClearMessage) {
+    Database db(false);
+    EXPECT_EQ(db.readDwgFile((kCorpus / "acadsharp__sample_AC1014.dwg").string()),
+              ErrorStatus::eBadDwgFile);
+    EXPECT_NE(db.lastErrorMessage().find("DWG files cannot be read"), std::string::npos);
+}
+
+TEST(CorpusDrawings, DuplicateHandlesKeepBothObjects) {
+    Database db(false);
+    ASSERT_EQ(db.readDwgFile((kCorpus / "ezdxf__duplicate_handles.dxf").string()),
+              ErrorStatus::eOk);
+    const std::vector<int> codes = issueCodes(db);
+    EXPECT_GT(std::count(codes.begin(), codes.end(), kIssueDuplicateHandle), 20);
+    for (const AuditIssue& issue : db.loadIssues()) {
+        EXPECT_TRUE(issue.fixed);
+        EXPECT_FALSE(issue.handle.isNull());
+    }
+}
+
+TEST(CorpusDrawings, KoreanTextDecodesFromCodePage949) {
+    Database db(false);
+    ASSERT_EQ(db.readDwgFile((kCorpus / "ezdxf-made__korean_catalogue_r2000_cp949.dxf").string()),
+              ErrorStatus::eOk);
+    EXPECT_EQ(db.codePage(), sys::CodePage::Ansi949);
+    bool korean = false;
+    if (auto table = open<SymbolTable>(db.layerTableId(), OpenMode::ForRead)) {
+        for (const ObjectId id : table->recordIds()) {
+            auto layer = open<LayerTableRecord>(id, OpenMode::ForRead);
+            korean = korean || layer->name().find("\xEB") != std::string::npos;  // 0xEB: Hangul
+        }
+    }
+    EXPECT_TRUE(korean) << "a layer with a Korean name in UTF-8";
+}
+
+// ---- Inline drawings ----
+
+// An R2000 drawing with the tables it needs and the given entities and objects (after the root
+// dictionary, handle 10, which lists `rootEntries`).
+std::string drawing(const std::string& entities, const std::string& objects = "",
+                    const std::string& rootEntries = "") {
+    return "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n9\n$DWGCODEPAGE\n3\nANSI_949\n"
+           "9\n$HANDSEED\n5\n200\n0\nENDSEC\n"
+           "0\nSECTION\n2\nTABLES\n"
+           "0\nTABLE\n2\nLAYER\n5\n2\n330\n0\n100\nAcDbSymbolTable\n70\n1\n"
+           "0\nLAYER\n5\n3\n330\n2\n100\nAcDbSymbolTableRecord\n100\nAcDbLayerTableRecord\n"
+           "2\n0\n70\n0\n62\n7\n6\nContinuous\n0\nENDTAB\n"
+           "0\nTABLE\n2\nBLOCK_RECORD\n5\n4\n330\n0\n100\nAcDbSymbolTable\n70\n2\n"
+           "0\nBLOCK_RECORD\n5\n5\n330\n4\n100\nAcDbSymbolTableRecord\n"
+           "100\nAcDbBlockTableRecord\n2\n*Model_Space\n"
+           "0\nBLOCK_RECORD\n5\n6\n330\n4\n100\nAcDbSymbolTableRecord\n"
+           "100\nAcDbBlockTableRecord\n2\n*Paper_Space\n0\nENDTAB\n0\nENDSEC\n"
+           "0\nSECTION\n2\nENTITIES\n" +
+           entities +
+           "0\nENDSEC\n"
+           "0\nSECTION\n2\nOBJECTS\n"
+           "0\nDICTIONARY\n5\n10\n330\n0\n100\nAcDbDictionary\n281\n1\n" +
+           rootEntries + objects + "0\nENDSEC\n0\nEOF\n";
+}
+
+std::string line(const std::string& handle, const std::string& layer = "0") {
+    return "0\nLINE\n5\n" + handle + "\n330\n5\n100\nAcDbEntity\n8\n" + layer +
+           "\n100\nAcDbLine\n10\n0\n20\n0\n30\n0\n11\n1\n21\n1\n31\n0\n";
+}
+
+std::string xrecord(const std::string& handle, const std::string& owner) {
+    return "0\nXRECORD\n5\n" + handle + "\n330\n" + owner + "\n100\nAcDbXrecord\n280\n1\n1\ndata\n";
+}
+
+std::string dictionary(const std::string& handle, const std::string& owner,
+                       const std::string& entries = "") {
+    return "0\nDICTIONARY\n5\n" + handle + "\n330\n" + owner + "\n100\nAcDbDictionary\n281\n1\n" +
+           entries;
+}
+
+struct Repair {
+    const char* name;
+    std::string text;
+    int code;
+};
+
+class Repairs : public testing::TestWithParam<Repair> {};
+
+// Each damage is repaired and listed once; the repaired drawing saves and reads back clean.
+TEST_P(Repairs, AreListedAndLastThroughASave) {
+    Database db(false);
+    ASSERT_EQ(db.readDxfBytes(GetParam().text, "repair.dxf"), ErrorStatus::eOk)
+        << db.lastErrorMessage();
+    const std::vector<int> codes = issueCodes(db);
+    EXPECT_EQ(std::count(codes.begin(), codes.end(), GetParam().code), 1)
+        << testing::PrintToString(codes);
+    EXPECT_EQ(db.openObjectCount(), 0);
+
+    const auto path = std::filesystem::temp_directory_path() /
+                      ("vantor-repair-" + std::string(GetParam().name) + ".dxf");
+    ASSERT_EQ(db.saveAs(path.string()), ErrorStatus::eOk);
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(path.string()), ErrorStatus::eOk) << back.lastErrorMessage();
+    EXPECT_EQ(issueCodes(back), std::vector<int>{});
+    std::filesystem::remove(path);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Repairs,
+    testing::Values(
+        Repair{"duplicate_handle", drawing(line("30") + line("30")), kIssueDuplicateHandle},
+        Repair{"missing_handle", drawing("0\nLINE\n330\n5\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n"),
+               kIssueMissingHandle},
+        Repair{"owner_listed_elsewhere", drawing("", xrecord("40", "99"), "3\nKEEP\n360\n40\n"),
+               kIssueDanglingOwner},
+        Repair{"owner_nowhere_unlisted", drawing("", xrecord("40", "99")), kIssueDanglingOwner},
+        Repair{"entry_names_nothing", drawing("", "", "3\nGONE\n350\n77\n"),
+               kIssueDanglingDictionaryEntry},
+        Repair{"owner_cycle",
+               drawing("", dictionary("41", "42", "3\nB\n350\n42\n") +
+                               dictionary("42", "41", "3\nA\n350\n41\n")),
+               kIssueOwnerCycle},
+        Repair{"missing_layer", drawing(line("30", "GHOST")), kIssueMissingSymbol},
+        Repair{"missing_block",
+               drawing("0\nINSERT\n5\n31\n330\n5\n100\nAcDbEntity\n8\n0\n100\nAcDbBlockReference"
+                       "\n2\nNOBLOCK\n10\n0\n20\n0\n30\n0\n"),
+               kIssueMissingBlock},
+        Repair{"stray_attribute", drawing(line("30") + "0\nATTRIB\n5\n32\n8\n0\n"),
+               kIssueStraySubentity},
+        Repair{"name_for_a_handle", drawing("", xrecord("40", "Standard"), "3\nX\n350\n40\n"),
+               kIssueUnreadableLink}),
+    [](const testing::TestParamInfo<Repair>& row) { return std::string(row.param.name); });
+
+TEST(Repairs, MadeRecordsAreWhatTheReferencesName) {
+    Database db(false);
+    ASSERT_EQ(
+        db.readDxfBytes(
+            drawing(line("30", "GHOST") +
+                    "0\nINSERT\n5\n31\n330\n5\n100\nAcDbEntity\n8\n0\n"
+                    "100\nAcDbBlockReference\n66\n1\n2\nNOBLOCK\n10\n0\n20\n0\n30\n0\n"
+                    "0\nATTRIB\n5\n32\n330\n31\n100\nAcDbEntity\n8\n0\n100\nAcDbText\n"
+                    "10\n0\n20\n0\n30\n0\n40\n1\n1\nvalue\n100\nAcDbAttribute\n2\nTAG\n70\n0\n"
+                    "0\nSEQEND\n5\n33\n330\n31\n100\nAcDbEntity\n8\n0\n"),
+            "made.dxf"),
+        ErrorStatus::eOk);
+    ObjectId lineId;
+    db.getObjectId(lineId, false, Handle{0x30});
+    const ObjectId ghost = recordNamed(db.layerTableId(), "GHOST");
+    ASSERT_TRUE(ghost.isValid());
+    EXPECT_EQ(open<Entity>(lineId, OpenMode::ForRead)->layerId(), ghost);
+
+    ObjectId insertId;
+    db.getObjectId(insertId, false, Handle{0x31});
+    auto insert = open<BlockReference>(insertId, OpenMode::ForRead);
+    ASSERT_TRUE(insert);
+    const ObjectId block = recordNamed(db.blockTableId(), "NOBLOCK");
+    EXPECT_EQ(insert->blockTableRecord(), block);
+    auto record = open<BlockTableRecord>(block, OpenMode::ForRead);
+    EXPECT_TRUE(record->blockBeginId().isValid());
+    EXPECT_TRUE(record->blockEndId().isValid());
+    ASSERT_EQ(insert->attributeIds().size(), 1u);
+    EXPECT_EQ(open<Attribute>(insert->attributeIds()[0], OpenMode::ForRead)->tag(), "TAG");
+    EXPECT_EQ(insert->sequenceEndId().handle(), Handle{0x33});
+    EXPECT_EQ(open<Entity>(insert->sequenceEndId(), OpenMode::ForRead)->ownerId(), insertId);
+}
+
+TEST(Repairs, AnR12DrawingGetsWhatLaterVersionsHave) {
+    // No handles, no BLOCK_RECORD table, no OBJECTS: everything a drawing has is made, and
+    // quietly, since R12 had none of it.
+    Database db(false);
+    ASSERT_EQ(db.readDxfBytes("0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1009\n0\nENDSEC\n"
+                              "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nPART\n70\n0\n10\n0\n"
+                              "20\n0\n0\nCIRCLE\n8\nPARTS\n10\n0\n20\n0\n40\n1\n0\nENDBLK\n8\n0\n"
+                              "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nINSERT\n8\n0\n2\nPART\n"
+                              "10\n5\n20\n5\n0\nLINE\n8\n0\n67\n1\n10\n0\n20\n0\n11\n1\n21\n1\n"
+                              "0\nENDSEC\n0\nEOF\n",
+                              "r12.dxf"),
+              ErrorStatus::eOk);
+    EXPECT_EQ(issueCodes(db), std::vector<int>{kIssueMissingSymbol}) << "layer PARTS";
+    EXPECT_EQ(db.originalFileVersion(), DxfVersion::R12);
+    const ObjectId part = recordNamed(db.blockTableId(), "PART");
+    ASSERT_TRUE(part.isValid());
+    EXPECT_EQ(open<BlockTableRecord>(part, OpenMode::ForRead)->entityIds().size(), 1u);
+    EXPECT_EQ(open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds().size(), 1u);
+    EXPECT_EQ(open<BlockTableRecord>(db.paperSpaceId(), OpenMode::ForRead)->entityIds().size(), 1u)
+        << "67 1 puts the line in paper space";
+    // Layouts and their blocks name each other.
+    for (const ObjectId space : {db.modelSpaceId(), db.paperSpaceId()}) {
+        const ObjectId layout = open<BlockTableRecord>(space, OpenMode::ForRead)->layoutId();
+        ASSERT_TRUE(layout.isValid());
+        EXPECT_EQ(open<Layout>(layout, OpenMode::ForRead)->blockTableRecordId(), space);
+    }
+    for (const ObjectId id : db.objectIds()) EXPECT_LT(id.handle(), db.handseed());
+}
+
+// ---- Files that cannot be understood ----
+
+struct Damage {
+    const char* name;
+    std::string bytes;
+    const char* expected;  // in the message, after the file name
+};
+
+std::string damaged(std::string text, const std::string& from, const std::string& to) {
+    const std::size_t at = text.find(from);
+    return text.replace(at, from.size(), to);
+}
+
+class Damaged : public testing::TestWithParam<Damage> {};
+
+// A damaged file answers 190 with the file, the line and what was expected, and the database
+// keeps what it held.
+TEST_P(Damaged, IsRefusedAndLeavesTheDatabaseAsItWas) {
+    Database db(true);
+    const std::vector<ObjectId> before = db.objectIds();
+    EXPECT_EQ(db.readDxfBytes(GetParam().bytes, "broken.dxf"), ErrorStatus::eBadDwgFile);
+    EXPECT_TRUE(db.lastErrorMessage().starts_with("broken.dxf: ")) << db.lastErrorMessage();
+    EXPECT_NE(db.lastErrorMessage().find(GetParam().expected), std::string::npos)
+        << db.lastErrorMessage();
+    EXPECT_EQ(db.objectIds(), before);
+    EXPECT_TRUE(db.modelSpaceId().isValid());
+    EXPECT_EQ(db.openObjectCount(), 0);
+}
+
+const std::string kGood = drawing(line("30"));
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Damaged,
+    testing::Values(Damage{"truncated", kGood.substr(0, kGood.size() / 2), "line "},
+                    Damage{"missing_endsec",
+                           damaged(kGood, "0\nENDSEC\n0\nSECTION\n2\nOBJECTS",
+                                   "0\nSECTION\n2\nOBJECTS"),
+                           "expected 0 ENDSEC"},
+                    Damage{"missing_eof", damaged(kGood, "0\nEOF\n", ""), "expected 0 EOF"},
+                    Damage{"coordinate_not_a_number", damaged(kGood, "11\n1\n", "11\none\n"),
+                           "expected a number for group code 11"},
+                    Damage{"count_of_2_to_the_31",
+                           damaged(kGood, "281\n1\n", "281\n1\n90\n2147483648\n"), "group code 90"},
+                    Damage{"garbage_bytes", std::string("\x01\x02garbage\xFF\n\x7F\n", 15),
+                           "expected a group code"},
+                    Damage{"record_outside_a_table", damaged(kGood, "0\nTABLE\n2\nLAYER\n", ""),
+                           "expected 0 TABLE before 0 LAYER"},
+                    Damage{"block_without_end",
+                           damaged(kGood, "0\nSECTION\n2\nENTITIES\n",
+                                   "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nB\n0\nENDSEC\n"
+                                   "0\nSECTION\n2\nENTITIES\n"),
+                           "expected 0 ENDBLK"},
+                    Damage{"entity_outside_a_block",
+                           damaged(kGood, "0\nSECTION\n2\nENTITIES\n",
+                                   "0\nSECTION\n2\nBLOCKS\n" + line("50") +
+                                       "0\nENDSEC\n"
+                                       "0\nSECTION\n2\nENTITIES\n"),
+                           "expected 0 BLOCK before 0 LINE"}),
+    [](const testing::TestParamInfo<Damage>& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace cad::db::dxf
