@@ -125,9 +125,10 @@ InputEvent Editor::nextInput(const InputRequest& request) {
         if (!posted_.empty()) {
             event.message = posted_.front();
             posted_.pop_front();
-            event.kind = event.message.message == WM_LBUTTONDOWN ? InputEvent::Kind::Pick
-                         : event.message.isMouse()               ? InputEvent::Kind::Move
-                                                                 : InputEvent::Kind::Key;
+            // Only moves and left clicks are input; other messages are for the filters.
+            event.kind = event.message.message == WM_MOUSEMOVE     ? InputEvent::Kind::Move
+                         : event.message.message == WM_LBUTTONDOWN ? InputEvent::Kind::Pick
+                                                                   : InputEvent::Kind::Key;
         } else if (auto token = takeTypedToken(request.allowSpaces)) {
             event = std::move(*token);
         } else if (queuedText_ && queuedText_(queued, echo)) {

@@ -13,7 +13,7 @@ struct InputEvent {
         Text,    // a typed line; Enter ends it, so "" is Enter alone
         Pick,    // a left click in the view at message.point
         Move,    // the mouse moved to message.point (a drag sample)
-        Key,     // a key went down (message.keyCode)
+        Key,     // a key (message.keyCode), or another message only the filters see
         Cancel,  // Esc
         End,     // nothing more will come: every open request is cancelled
     };
