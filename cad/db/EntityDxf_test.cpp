@@ -25,6 +25,7 @@
 #include "cad/db/Polyline2d.h"
 #include "cad/db/Polyline3d.h"
 #include "cad/db/RawEntity.h"
+#include "cad/db/ReferenceWalker.h"
 #include "cad/db/Solid.h"
 #include "cad/db/Spline.h"
 #include "cad/db/SymbolTable.h"
@@ -114,6 +115,52 @@ TEST(EntityLayout, UniformPolylineWidthIsWrittenOnce) {
     codes = codesOf(recorded(pline));
     EXPECT_EQ(std::count(codes.begin(), codes.end(), 43), 0);
     EXPECT_EQ(std::count(codes.begin(), codes.end(), 41), 2);
+}
+
+// A hatch's source boundaries and a raw entity's links are kept as text, yet cloning must
+// see them as references.
+TEST(EntityLayout, KeptTagsShowTheirReferencesToWalkers) {
+    Database db;
+    auto model = open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite);
+    ObjectId boundary, hatchId, leaderId;
+    model->appendEntity(std::make_unique<Line>(ge::Point3d{0, 0, 0}, ge::Point3d{1, 0, 0}),
+                        boundary);
+    auto hatch = std::make_unique<Hatch>();
+    hatch->setDefinitionTags({{91, "1"},
+                              {92, "1"},
+                              {93, "1"},
+                              {72, "1"},
+                              {10, "0"},
+                              {20, "0"},
+                              {11, "1"},
+                              {21, "0"},
+                              {97, "1"},
+                              {330, boundary.handle().toHex()},
+                              {75, "0"},
+                              {76, "1"},
+                              {98, "0"}});
+    model->appendEntity(std::move(hatch), hatchId);
+    auto leader = std::make_unique<RawEntity>("LEADER", "AcDbLeader");
+    leader->tags() = {{100, "AcDbLeader"}, {340, boundary.handle().toHex()}, {71, "1"}};
+    model->appendEntity(std::move(leader), leaderId);
+    model.close();
+
+    for (ObjectId id : {hatchId, leaderId}) {
+        std::vector<ObjectId> seen;
+        ReferenceWalker walker([&](const ReferenceWalker::Field& field, ObjectId& target) {
+            if (field.kind != ReferenceWalker::Kind::Owner &&
+                field.kind != ReferenceWalker::Kind::Symbol)
+                seen.push_back(target);
+        });
+        auto entity = open<Entity>(id, OpenMode::ForWrite);
+        walker.walk(*entity);
+        EXPECT_EQ(seen, std::vector<ObjectId>{boundary}) << entity->dxfName();
+    }
+    // Moving the hatch rewrites its geometry, never its links.
+    auto moved = open<Hatch>(hatchId, OpenMode::ForWrite);
+    ASSERT_EQ(moved->transformBy(ge::Matrix3d::translation({5, 0, 0})), ErrorStatus::eOk);
+    EXPECT_EQ(moved->definitionTags()[9], (RawTag{330, boundary.handle().toHex()}));
+    EXPECT_EQ(moved->definitionTags()[6], (RawTag{11, "6"}));
 }
 
 struct OcsCase {
