@@ -119,18 +119,18 @@ CVNTreeBase::LoadResult CVNTreeBase::loadDrawing(const std::string& path) {
         rebuilt = true;
     }
     std::vector<TreeCacheNode> cached;
-    if (TreeCache::readFile(cachePath, cached) && insertNodes(path, cached))
+    if (TreeCache::readFile(cachePath, cached) && insertCachedNodes(path, cached))
         return LoadResult::Loaded;
     if (!rebuilt) {
         if (!rebuildCache(path, built)) return LoadResult::Unreadable;
         cached.clear();
-        if (TreeCache::readFile(cachePath, cached) && insertNodes(path, cached))
+        if (TreeCache::readFile(cachePath, cached) && insertCachedNodes(path, cached))
             return LoadResult::Loaded;
     }
     // The cache just written does not read back whole: it could not be written (a read-only
     // folder), or its node count has the low byte 0x1A, which ends a text-mode read at once.
     // The nodes it was written from stand in for it, so the drawing still shows.
-    insertNodes(path, built);
+    insertCachedNodes(path, built);
     return LoadResult::Loaded;
 }
 
@@ -174,7 +174,8 @@ bool CVNTreeBase::buildNodes(cad::db::Database& db, LibraryKind kind, bool forEd
     return true;
 }
 
-bool CVNTreeBase::insertNodes(const std::string& path, const std::vector<TreeCacheNode>& nodes) {
+bool CVNTreeBase::insertCachedNodes(const std::string& path,
+                                    const std::vector<TreeCacheNode>& nodes) {
     std::vector<std::unique_ptr<TreeNode>> roots;
     std::unordered_map<std::int64_t, TreeNode*> byId;
     for (const TreeCacheNode& entry : nodes) {

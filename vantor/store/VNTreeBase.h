@@ -56,6 +56,13 @@ public:
     bool buildNodes(cad::db::Database& db, LibraryKind kind, bool forEditing,
                     std::vector<TreeCacheNode>& nodes);
 
+    // Turns a cache's node list into the drawing's roots, each entry the last child of its
+    // parent in file order. False, with nothing added, when the list does not form a tree of
+    // that drawing: an entry of another drawing, a repeated id, a parent that is missing,
+    // later in the list or a record, a second root of a library, a root not keyed by its
+    // library.
+    bool insertCachedNodes(const std::string& path, const std::vector<TreeCacheNode>& nodes);
+
     // Which editing a node takes. New categories go into roots, categories and groups without
     // records (so records never sit beside sub-categories); rename and delete take categories
     // and groups; delete-all takes groups.
@@ -80,9 +87,6 @@ private:
     struct OpenDrawing;
 
     bool rebuildCache(const std::string& path, std::vector<TreeCacheNode>& built);
-    // Turns a cache's node list into the drawing's roots; false, with nothing added, when the
-    // list does not form a tree of that drawing.
-    bool insertNodes(const std::string& path, const std::vector<TreeCacheNode>& nodes);
     void removeDrawing(std::string_view path);
     // Opens the node's drawing and object; nothing is shown when either cannot be had.
     std::unique_ptr<OpenDrawing> openForEditing(const TreeNode& node);

@@ -1,0 +1,62 @@
+// Any bytes as a .vnf tree cache: read through the text-mode stream, then turned into the
+// category tree as a library drawing's load does. Nothing may crash, hang or take memory the
+// file does not hold; a refused cache is a normal outcome (the drawing is read instead).
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cad/app/ScriptedDialogs.h"
+#include "vantor/store/TreeCache.h"
+#include "vantor/store/VNTreeBase.h"
+
+namespace {
+
+// The cache is a file read through the C runtime's text mode, so the input goes to disk.
+const std::string& inputPath() {
+    static const std::string path = [] {
+        char folder[] = "/tmp/vnf-fuzz-XXXXXX";
+        if (mkdtemp(folder) == nullptr) std::abort();
+        return std::string(folder) + "/input.vnf";
+    }();
+    return path;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::FILE* file = std::fopen(inputPath().c_str(), "wb");
+    if (file == nullptr || std::fwrite(data, 1, size, file) != size) std::abort();
+    std::fclose(file);
+
+    std::vector<vantor::TreeCacheNode> nodes;
+    if (!vantor::TreeCache::readFile(inputPath(), nodes) || nodes.empty()) return 0;
+
+    cad::app::ScriptedDialogs dialogs;
+    vantor::CVNTreeBase tree(dialogs);
+    if (!tree.insertCachedNodes(nodes.front().drawingPath, nodes)) return 0;
+
+    // The tree's promises: every node is linked to the parent that holds it and reaches a
+    // root of its drawing.
+    std::size_t seen = 0;
+    std::function<void(const vantor::TreeNode&)> walk = [&](const vantor::TreeNode& node) {
+        ++seen;
+        (void)node.label();
+        (void)node.keyPath();
+        for (const auto& child : node.children) {
+            if (child->parent != &node || child->drawingPath != node.drawingPath) __builtin_trap();
+            walk(*child);
+        }
+    };
+    for (const auto& root : tree.roots()) {
+        if (root->parent != nullptr) __builtin_trap();
+        walk(*root);
+    }
+    if (seen != nodes.size()) __builtin_trap();
+    return 0;
+}
