@@ -217,17 +217,6 @@ INSTANTIATE_TEST_SUITE_P(
         DamageRow{"count_byte_0x1A", [](auto& n) { n.resize(26, n.back()); }}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(TreeBase, TruncatedCacheIsRebuilt) {
-    writeStandardLibrary();
-    tree.loadDrawing(drawing);
-    std::string bytes = folder.readBytes("standard.vnf");
-    folder.writeBytes("standard.vnf", bytes.substr(0, bytes.size() / 2));
-    setWriteTime(drawing, 30);
-    setWriteTime(cachePath, 31);
-    ASSERT_EQ(tree.loadDrawing(drawing), CVNTreeBase::LoadResult::Loaded);
-    EXPECT_EQ(outline(rootsOfDrawing()), kStandardOutline);
-}
-
 TEST_F(TreeBase, DrawingOf26NodesShowsAlthoughItsCacheReadsEmpty) {
     {
         cad::db::Database db;
@@ -259,6 +248,27 @@ TEST_F(TreeBase, NewCategoriesAreNumberedAndANumberIsReused) {
               "USR-LIBRARY (root)\n  볼트 (category)\n    너트 (category)\n"
               "      새 분류 (group)\n      새 분류[1] (group)\n      새 분류[2] (group)\n"
               "    육각볼트 (group)\n      M10x30 (record)\n      M12x40 (record)\n");
+}
+
+TEST_F(TreeBase, BuildingNodesLeavesNothingOpenAndNeedsAFileName) {
+    cad::db::Database db;
+    std::vector<TreeCacheNode> nodes;
+    EXPECT_FALSE(tree.buildNodes(db, LibraryKind::User, false, nodes));
+    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
+    EXPECT_EQ(dialogs.messageBoxes()[0].text,
+              "파일이름을 가져올 수 없습니다.\n- CVNTreeBase::BuildNode(AcDbDatabase * pDb, BOOL "
+              "bDocument) error");
+    EXPECT_EQ(dialogs.messageBoxes()[0].title, "파일 이름 확인 에러");
+
+    db.setFileName(drawing);
+    ASSERT_TRUE(tree.buildNodes(db, LibraryKind::Supplier, false, nodes));
+    EXPECT_TRUE(nodes.empty()) << "no supplier library, and none made when not editing";
+    ASSERT_TRUE(tree.buildNodes(db, LibraryKind::Supplier, true, nodes));
+    ASSERT_EQ(nodes.size(), 1u);
+    EXPECT_NE(nodes[0].id, 0);
+    EXPECT_EQ(nodes[0].parentId, db.namedObjectsDictionaryId().asOldId());
+    EXPECT_FALSE(libraryDictionaryId(db, LibraryKind::Supplier, false).isNull());
+    EXPECT_EQ(db.openObjectCount(), 0);
 }
 
 TEST_F(TreeBase, WhichNodesTakeWhichEditing) {
@@ -316,11 +326,15 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, TreeBaseRename,
     testing::Values(
         RenameRow{"sibling", {"User data list", "볼트", "너트"}, "육각볼트", false, true},
+        RenameRow{"sibling_in_the_supplier_library",
+                  {"Adv data list", "Flanges"},
+                  "육각볼트",
+                  false,
+                  true},
         RenameRow{"own_name", {"User data list", "볼트", "너트"}, "너트", true, false},
+        // "육각볼트" is the category's child and a category of the other library: no sibling.
         RenameRow{
-            "name_elsewhere_in_the_tree", {"Adv data list", "Flanges"}, "육각볼트", false, true},
-        RenameRow{"cousin_name", {"User data list", "볼트", "너트"}, "Flanges", true, false},
-        RenameRow{"new_name", {"User data list", "볼트"}, "Bolts", true, false},
+            "name_elsewhere_in_the_tree", {"User data list", "볼트"}, "육각볼트", true, false},
         RenameRow{"letter_case_only", {"Adv data list", "Flanges"}, "FLANGES", true, false},
         RenameRow{"blank", {"User data list", "볼트"}, "   ", false, false}),
     [](const auto& row) { return std::string(row.param.name); });
