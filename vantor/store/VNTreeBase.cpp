@@ -138,9 +138,6 @@ bool CVNTreeBase::rebuildCache(const std::string& path, std::vector<TreeCacheNod
     std::unique_ptr<cad::db::Database> db = openLibraryDrawing(path);
     if (!db) return false;
     built.clear();
-    // The cache names the drawing by the path it was registered under, so the next load of
-    // that path recognises it.
-    db->setFileName(path);
     if (!buildNodes(*db, LibraryKind::User, false, built) ||
         !buildNodes(*db, LibraryKind::Supplier, false, built))
         return false;
