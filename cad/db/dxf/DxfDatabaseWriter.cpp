@@ -244,8 +244,7 @@ private:
         // The classes the written objects are of, found once over the database.
         std::unordered_set<std::string_view> used;
         for (const ObjectId id : db_.objectIds()) {
-            if (!id.isErased() && !skipped_.count(id.slot()))
-                used.insert(id.slot()->object->dxfName());
+            if (!id.isErased() && !isSkipped(id)) used.insert(id.slot()->object->dxfName());
         }
         beginSection("CLASSES");
         std::unordered_set<std::string> written;
@@ -430,8 +429,26 @@ private:
         }
     }
 
-    bool isWrittenObject(ObjectId id) const {
-        if (id.isErased() || skipped_.count(id.slot()) != 0) return false;
+    // Also what R14 cannot have belongs to what R14 cannot have (a layout's extension
+    // dictionary, say).
+    bool isSkipped(ObjectId id) {
+        if (skipped_.empty()) return false;
+        std::vector<const ObjectSlot*> chain;
+        bool skipped = false;
+        for (ObjectId at = id; at.isValid(); at = at.slot()->object->ownerId()) {
+            if (skipped_.count(at.slot()) != 0) {
+                skipped = true;
+                break;
+            }
+            if (kept_.count(at.slot()) != 0 || chain.size() > kMaxOwnerDepth) break;
+            chain.push_back(at.slot());
+        }
+        for (const ObjectSlot* slot : chain) (skipped ? skipped_ : kept_).insert(slot);
+        return skipped;
+    }
+
+    bool isWrittenObject(ObjectId id) {
+        if (id.isErased() || isSkipped(id)) return false;
         const DbObject* object = id.slot()->object.get();
         return dynamic_cast<const Entity*>(object) == nullptr &&
                dynamic_cast<const SymbolTable*>(object) == nullptr &&
@@ -468,7 +485,10 @@ private:
     TagWriter out_;
     WritingFiler filer_;
     std::unordered_map<const ObjectSlot*, std::string> names_;
+    // Owner chains longer than this are broken (the reader cuts cycles); stop following.
+    static constexpr std::size_t kMaxOwnerDepth = 64;
     std::unordered_set<const ObjectSlot*> skipped_;  // not written in this version
+    std::unordered_set<const ObjectSlot*> kept_;     // known to be written
     std::unordered_map<ObjectId, std::vector<ObjectId>> groupsOf_;
     ErrorStatus status_ = ErrorStatus::eOk;
 };

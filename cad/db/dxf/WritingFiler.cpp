@@ -16,6 +16,18 @@ bool isAfterR14(int code) {
            (code >= 420 && code <= 481);
 }
 
+std::string toHex(std::string_view bytes) {
+    constexpr char kHex[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += kHex[byte >> 4];
+        text += kHex[byte & 0xF];
+    }
+    return text;
+}
+
 std::string_view fallbackName(DxfFiler::SymbolTable table) {
     switch (table) {
         case DxfFiler::SymbolTable::Layer:
@@ -220,7 +232,9 @@ void WritingFiler::resbufs(ResBufChain& chain) {
                 } else if constexpr (std::is_same_v<T, ge::Point3d>) {
                     out_.writePoint(item.code, value.x, value.y, value.z);
                 } else if constexpr (std::is_same_v<T, BinaryChunk>) {
-                    out_.writeBinary(item.code, value.bytes);
+                    // One value is one tag, whatever its length: splitting it would change the
+                    // chain an application reads back.
+                    out_.writeRaw(item.code, toHex(value.bytes));
                 } else if constexpr (std::is_same_v<T, ObjectId>) {
                     writeReference(item.code, value);
                 } else {

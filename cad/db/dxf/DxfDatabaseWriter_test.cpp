@@ -1,0 +1,404 @@
+// Writing drawings: round trips that keep every object, the layout of the sections other
+// programs rely on, Korean text in code page 949, R14 output, and what ezdxf and LibreCAD make
+// of the files.
+#include "cad/db/dxf/DxfDatabaseWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "cad/db/Attribute.h"
+#include "cad/db/BlockReference.h"
+#include "cad/db/BlockTableRecord.h"
+#include "cad/db/Dictionary.h"
+#include "cad/db/Group.h"
+#include "cad/db/LayerTableRecord.h"
+#include "cad/db/Line.h"
+#include "cad/db/ObjectPtr.h"
+#include "cad/db/ObjectSlot.h"
+#include "cad/db/RawEntity.h"
+#include "cad/db/RawObject.h"
+#include "cad/db/SymbolTable.h"
+#include "cad/db/Text.h"
+#include "cad/db/Xrecord.h"
+#include "cad/db/dxf/DxfFile.h"
+#include "cad/db/dxf/StructureLoader.h"
+#include "cad/sys/CodePage.h"
+#include "cad/sys/TestTempFolder.h"
+#include "tests/support/ExternalReaders.h"
+
+namespace cad::db::dxf {
+namespace {
+
+const std::filesystem::path kCorpus =
+    std::filesystem::path(VANTOR_SOURCE_DIR) / "tests/data/corpus";
+
+// What a round trip must keep, object by object (keyed by handle): the type, xrecord chains,
+// block previews, and the tags of everything kept raw.
+std::map<Handle, std::string> fingerprint(Database& db) {
+    std::map<Handle, std::string> prints;
+    for (const ObjectId id : db.objectIds()) {
+        if (id.isErased()) continue;
+        const DbObject* object = id.slot()->object.get();
+        std::ostringstream out;
+        out << object->dxfName();
+        if (const auto* xrecord = dynamic_cast<const Xrecord*>(object)) {
+            for (const ResBuf& item : xrecord->rbChain()) {
+                out << " " << item.code << ":";
+                std::visit(
+                    [&](const auto& value) {
+                        using T = std::decay_t<decltype(value)>;
+                        if constexpr (std::is_same_v<T, ObjectId>) {
+                            out << value.handle().toHex();
+                        } else if constexpr (std::is_same_v<T, ge::Point3d>) {
+                            out << value.x << "," << value.y << "," << value.z;
+                        } else if constexpr (std::is_same_v<T, BinaryChunk>) {
+                            out << value.bytes.size() << "b";
+                        } else {
+                            out << value;
+                        }
+                    },
+                    item.value);
+            }
+        } else if (const auto* block = dynamic_cast<const BlockTableRecord*>(object)) {
+            out << " preview " << std::hash<std::string>{}(block->previewIcon());
+        } else if (const auto* raw = dynamic_cast<const RawObject*>(object)) {
+            for (const RawTag& tag : raw->tags()) out << " " << tag.code << "=" << tag.value;
+        } else if (const auto* rawEntity = dynamic_cast<const RawEntity*>(object)) {
+            for (const RawTag& tag : rawEntity->tags()) out << " " << tag.code << "=" << tag.value;
+        }
+        for (const RawTag& tag : object->xdata()) out << " x" << tag.code << "=" << tag.value;
+        prints.emplace(id.handle(), out.str());
+    }
+    return prints;
+}
+
+struct Sample {
+    const char* file;
+    bool ezdxfReadsIt;  // ezdxf itself refuses some names (see the row)
+};
+
+class RoundTrip : public testing::TestWithParam<Sample> {};
+
+TEST_P(RoundTrip, KeepsEveryObjectAndLoadsElsewhere) {
+    sys::TestTempFolder folder;
+    Database db(false);
+    ASSERT_EQ(db.readDwgFile((kCorpus / GetParam().file).string()), ErrorStatus::eOk);
+    std::vector<std::string> written;
+    for (const DxfVersion version : {DxfVersion::R2000, DxfVersion::R14}) {
+        SCOPED_TRACE(std::string(acadVer(version)));
+        const std::string path = folder.file(std::string(acadVer(version)) + ".dxf");
+        ASSERT_EQ(db.saveAs(path, version), ErrorStatus::eOk);
+        EXPECT_EQ(db.openObjectCount(), 0);
+        written.push_back(path);
+        Database back(false);
+        ASSERT_EQ(back.readDwgFile(path), ErrorStatus::eOk) << back.lastErrorMessage();
+        EXPECT_TRUE(back.loadIssues().empty()) << back.loadIssues().front().message;
+        if (version != DxfVersion::R2000) continue;
+        const auto before = fingerprint(db);
+        const auto after = fingerprint(back);
+        EXPECT_EQ(after.size(), before.size());
+        for (const auto& [handle, print] : before) {
+            const auto it = after.find(handle);
+            EXPECT_EQ(it == after.end() ? "(missing)" : it->second, print) << handle.toHex();
+        }
+    }
+    if (!GetParam().ezdxfReadsIt || !vantor::test::ezdxfAvailable()) return;
+    const auto audit = vantor::test::ezdxfAudit(written);
+    std::istringstream lines(audit.output);
+    std::string r2000;
+    std::string r14;
+    std::getline(lines, r2000);
+    std::getline(lines, r14);
+    EXPECT_TRUE(r2000.starts_with("errors 0 ")) << audit.output;
+    EXPECT_TRUE(r14.starts_with("errors 0 ")) << audit.output;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Samples, RoundTrip,
+    testing::Values(
+        Sample{"acadsharp__dynamic-blocks_BLOCKVISIBILITYPARAMETER.dxf", true},
+        Sample{"acadsharp__sample_AC1009_ascii.dxf", true}, Sample{"dxfparser__blocks.dxf", true},
+        Sample{"dxfparser__extendeddata.dxf", true},
+        Sample{"ezdxf-made__korean_catalogue_r2000_cp949.dxf", true},
+        // Its layer names hold \U+ escapes, which ezdxf refuses in the original too.
+        Sample{"ezdxf__ASCII_R12.dxf", false}, Sample{"ezdxf__Minimal_DXF_AC1021.dxf", true},
+        Sample{"ezdxf__bin_dxf_r2000.dxf", true}, Sample{"ezdxf__custom_blocks.dxf", true},
+        Sample{"ezdxf__duplicate_handles.dxf", true}, Sample{"ezdxf__dxf_unicode.dxf", true},
+        Sample{"ezdxf__groups.dxf", true}, Sample{"ezdxf__hatches_1.dxf", true},
+        Sample{"ezdxf__mtext_columns_R2000.dxf", true}, Sample{"ezdxf__small_r13.dxf", true},
+        Sample{"ezdxf__small_r14.dxf", true}, Sample{"ezdxf__text.dxf", true},
+        Sample{"netdxf__sample.dxf", true}),
+    [](const testing::TestParamInfo<Sample>& row) {
+        std::string name =
+            std::string(row.param.file).substr(0, std::string(row.param.file).find('.'));
+        for (char& c : name) {
+            if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+        }
+        return name;
+    });
+
+// ---- A drawing made in memory ----
+
+constexpr const char* kLayer = "배관";              // piping
+constexpr const char* kBlock = "밸브-01";           // valve
+constexpr const char* kText = "한글 텍스트 Ā";      // Ā is not in code page 949
+constexpr const char* kRecordText = "게이트 밸브";  // gate valve
+constexpr const char* kLongName = "a layer name far longer than thirty-one bytes";
+
+// A small library drawing: a Korean layer, a block with a preview and an attribute definition
+// inserted with its attribute, a group, an xrecord under the named objects, an erased line.
+class MadeDrawing : public testing::Test {
+protected:
+    void SetUp() override {
+        ObjectId layer;
+        {
+            auto record = std::make_unique<LayerTableRecord>();
+            record->setName(kLayer);
+            record->setColorIndex(3);
+            auto table = open<SymbolTable>(db_.layerTableId(), OpenMode::ForWrite);
+            ASSERT_EQ(table->add(std::move(record), layer), ErrorStatus::eOk);
+            auto longName = std::make_unique<LayerTableRecord>();
+            longName->setName(kLongName);
+            ObjectId unused;
+            ASSERT_EQ(table->add(std::move(longName), unused), ErrorStatus::eOk);
+        }
+        {
+            auto record = std::make_unique<BlockTableRecord>();
+            record->setName(kBlock);
+            record->setPreviewIcon(std::string(300, '\x5A'));
+            auto table = open<SymbolTable>(db_.blockTableId(), OpenMode::ForWrite);
+            ASSERT_EQ(table->add(std::move(record), block_), ErrorStatus::eOk);
+        }
+        {
+            auto text = std::make_unique<Text>(ge::Point3d{1, 2, 0}, kText);
+            text->setLayer(layer);
+            auto record = open<BlockTableRecord>(block_, OpenMode::ForWrite);
+            ObjectId id;
+            ASSERT_EQ(record->appendEntity(std::move(text), id), ErrorStatus::eOk);
+        }
+        auto space = open<BlockTableRecord>(db_.modelSpaceId(), OpenMode::ForWrite);
+        ASSERT_EQ(space->appendEntity(
+                      std::make_unique<BlockReference>(ge::Point3d{5, 5, 0}, block_), insert_),
+                  ErrorStatus::eOk);
+        ASSERT_EQ(
+            space->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{1, 1, 0}), line_),
+            ErrorStatus::eOk);
+        ObjectId erased;
+        ASSERT_EQ(space->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{2, 0, 0}),
+                                      erased),
+                  ErrorStatus::eOk);
+        space.close();
+        {
+            auto insert = open<BlockReference>(insert_, OpenMode::ForWrite);
+            ObjectId attribute;
+            ASSERT_EQ(insert->appendAttribute(
+                          std::make_unique<Attribute>(ge::Point3d{5, 5, 0}, kRecordText, "NAME"),
+                          attribute),
+                      ErrorStatus::eOk);
+        }
+        open<Entity>(erased, OpenMode::ForWrite)->erase();
+        erasedHandle_ = erased.handle();
+
+        auto group = std::make_unique<Group>("valves");
+        ASSERT_EQ(group->append(line_), ErrorStatus::eOk);
+        ASSERT_EQ(addGroup(db_, std::move(group), "VALVES", group_), ErrorStatus::eOk);
+
+        auto xrecord = std::make_unique<Xrecord>();
+        xrecord->setFromRbChain({ResBuf{1, std::string(kRecordText)}, ResBuf{40, 2.5},
+                                 ResBuf{10, ge::Point3d{1, 2, 3}}, ResBuf{330, line_}});
+        auto root = open<Dictionary>(db_.namedObjectsDictionaryId(), OpenMode::ForWrite);
+        ASSERT_EQ(root->setAt("Adv data list", std::move(xrecord), xrecord_), ErrorStatus::eOk);
+    }
+
+    std::string save(DxfVersion version = DxfVersion::R2000) {
+        const std::string path = folder_.file(std::string(acadVer(version)) + ".dxf");
+        EXPECT_EQ(db_.saveAs(path, version), ErrorStatus::eOk) << db_.lastErrorMessage();
+        EXPECT_EQ(db_.openObjectCount(), 0);
+        return path;
+    }
+
+    // The written file through the lower reading stages only: independent of the database.
+    struct Written {
+        std::string bytes;
+        DxfFile file;
+        DxfStructure structure;
+    };
+    std::unique_ptr<Written> parse(const std::string& path) {
+        auto written = std::unique_ptr<Written>(new Written{
+            folder_.readBytes(std::filesystem::path(path).filename().string()),
+            DxfFile::fromBytes(folder_.readBytes(std::filesystem::path(path).filename().string())),
+            {}});
+        EXPECT_FALSE(StructureLoader::load(written->file.tags(), written->structure).has_value());
+        return written;
+    }
+
+    static std::string valueOf(TagSpan item, int code) {
+        for (const Tag& tag : item) {
+            if (tag.code == code) return std::string(trimBlanks(tag.value));
+        }
+        return {};
+    }
+
+    sys::TestTempFolder folder_;
+    Database db_{true};
+    ObjectId block_, insert_, line_, group_, xrecord_;
+    Handle erasedHandle_;
+};
+
+TEST_F(MadeDrawing, SectionsAreLaidOutAsTheHostExpects) {
+    const auto written = parse(save());
+    const DxfStructure& s = written->structure;
+    ASSERT_EQ(s.acadVersion, "AC1015");
+    EXPECT_EQ(s.codePageName, "ANSI_949");
+
+    Handle largest;
+    std::map<std::string, TagSpan> byHandle;
+    for (const Section& section : s.sections) {
+        for (const TagSpan item : section.items) {
+            const std::string handle = valueOf(item, item[0].value == "DIMSTYLE" ? 105 : 5);
+            if (!handle.empty()) byHandle[handle] = item;
+            if (const auto h = Handle::fromHex(handle); h && largest < *h) largest = *h;
+            EXPECT_NE(handle, erasedHandle_.toHex()) << "erased objects are not written";
+            for (const Tag& tag : item) {
+                if (tag.code == 310) {
+                    EXPECT_LE(tag.value.size(), 254u) << "127-byte chunks";
+                }
+            }
+        }
+    }
+    const HeaderVariable* seed = s.variable("$HANDSEED");
+    ASSERT_NE(seed, nullptr);
+    EXPECT_GT(Handle::fromHex(seed->tags[0].value).value_or(Handle{}), largest);
+
+    // The named-objects dictionary opens OBJECTS and lists what every drawing has.
+    const Section* objects = s.section("OBJECTS");
+    ASSERT_NE(objects, nullptr);
+    const TagSpan root = objects->items.front();
+    EXPECT_EQ(root[0].value, "DICTIONARY");
+    EXPECT_EQ(valueOf(root, 330), "0");
+    std::string keys;
+    for (const Tag& tag : root) {
+        if (tag.code == 3) keys += std::string(tag.value) + ";";
+    }
+    for (const char* key : {"ACAD_GROUP;", "ACAD_LAYOUT;", "ACAD_PLOTSTYLENAME;"})
+        EXPECT_NE(keys.find(key), std::string::npos) << keys;
+
+    // Layouts and their blocks name each other.
+    const TagSpan model = byHandle.at(db_.modelSpaceId().handle().toHex());
+    const TagSpan layout = byHandle.at(valueOf(model, 340));
+    EXPECT_EQ(layout[0].value, "LAYOUT");
+    bool backLink = false;
+    for (const Tag& tag : layout)
+        backLink = backLink || (tag.code == 330 && tag.value == valueOf(model, 5));
+    EXPECT_TRUE(backLink);
+
+    // The reference says attributes follow; they and the SEQEND are owned by it.
+    const TagSpan insert = byHandle.at(insert_.handle().toHex());
+    EXPECT_EQ(valueOf(insert, 66), "1");
+    const Section* entities = s.section("ENTITIES");
+    std::vector<std::string> after;
+    bool seen = false;
+    for (const TagSpan item : entities->items) {
+        if (seen && after.size() < 2)
+            after.push_back(std::string(item[0].value) + " " + valueOf(item, 330));
+        seen = seen || item.data() == insert.data();
+    }
+    const std::string owner = insert_.handle().toHex();
+    EXPECT_EQ(after, (std::vector<std::string>{"ATTRIB " + owner, "SEQEND " + owner}));
+
+    // Group members carry the group; xrecords carry their flag before the data.
+    const TagSpan member = byHandle.at(line_.handle().toHex());
+    EXPECT_EQ(valueOf(member, 102), "{ACAD_REACTORS");
+    EXPECT_EQ(valueOf(member, 330), group_.handle().toHex());
+    const TagSpan xrecord = byHandle.at(xrecord_.handle().toHex());
+    const auto marker = std::find_if(xrecord.begin(), xrecord.end(),
+                                     [](const Tag& tag) { return tag.code == 100; });
+    ASSERT_NE(marker + 1, xrecord.end());
+    EXPECT_EQ(marker[1].code, 280);
+}
+
+TEST_F(MadeDrawing, KoreanTextIsWrittenInCodePage949AndReadsBackEqual) {
+    const std::string path = save();
+    const std::string bytes = folder_.readBytes("AC1015.dxf");
+    EXPECT_NE(bytes.find(sys::utf8ToCp949(kLayer)), std::string::npos);
+    EXPECT_NE(bytes.find("\\U+0100"), std::string::npos) << "what 949 lacks is escaped";
+
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(path), ErrorStatus::eOk);
+    ObjectId layer;
+    open<SymbolTable>(back.layerTableId(), OpenMode::ForRead)->getAt(kLayer, layer);
+    EXPECT_TRUE(layer.isValid());
+    ObjectId record;
+    open<Dictionary>(back.namedObjectsDictionaryId(), OpenMode::ForRead)
+        ->getAt("ADV DATA LIST", record);
+    auto xrecord = open<Xrecord>(record, OpenMode::ForRead);
+    ASSERT_TRUE(xrecord);
+    ASSERT_EQ(xrecord->rbChain().size(), 4u);
+    EXPECT_EQ(*xrecord->rbChain()[0].text(), kRecordText);
+
+    if (!vantor::test::ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
+    const auto names = vantor::test::runEzdxf(R"(
+import sys, ezdxf
+from ezdxf.lldxf.encoding import decode_dxf_unicode
+doc = ezdxf.readfile(sys.argv[1])
+layer, block = sys.argv[2], sys.argv[3]
+print(layer in doc.layers)
+print(block in doc.blocks)
+print(decode_dxf_unicode([t.dxf.text for t in doc.blocks.get(block)][0]))
+print([v for c, v in doc.rootdict['Adv data list'].tags if c == 1][0])
+)",
+                                              path, {kLayer, kBlock});
+    EXPECT_EQ(names.output, "True\nTrue\n" + std::string(kText) + "\n" + kRecordText + "\n");
+}
+
+TEST_F(MadeDrawing, R14HasNoLayoutsAndNamesWhatItCannotHold) {
+    const auto written = parse(save(DxfVersion::R14));
+    EXPECT_EQ(written->structure.acadVersion, "AC1014");
+    for (const Section& section : written->structure.sections) {
+        for (const TagSpan item : section.items) {
+            EXPECT_NE(item[0].value, "LAYOUT");
+            if (item[0].value == "BLOCK_RECORD") {
+                EXPECT_EQ(valueOf(item, 340), "") << "no layout links";
+                EXPECT_EQ(valueOf(item, 310), "") << "no block previews";
+            }
+        }
+    }
+    const std::vector<std::string>& messages = db_.saveMessages();
+    const auto mentions = [&](const std::string& text) {
+        return std::any_of(messages.begin(), messages.end(),
+                           [&](const std::string& m) { return m.find(text) != std::string::npos; });
+    };
+    EXPECT_TRUE(mentions(std::string(kLongName) + "\": the name is 45 bytes long"));
+    EXPECT_TRUE(mentions("R14 does not allow ' ' in names"));
+    EXPECT_TRUE(mentions(std::string(kBlock) + "\": R14 keeps no block previews"));
+    EXPECT_FALSE(mentions(kLayer)) << "Korean names fit";
+
+    if (!vantor::test::ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
+    const auto audit = vantor::test::ezdxfAudit(folder_.file("AC1014.dxf"));
+    EXPECT_NE(audit.output.find("errors 0 "), std::string::npos) << audit.output;
+}
+
+TEST_F(MadeDrawing, LibreCadRendersIt) {
+    if (!vantor::test::librecadAvailable()) GTEST_SKIP() << "LibreCAD is not installed";
+    vantor::test::ExternalRun run;
+    const std::string pdf = vantor::test::librecadToPdf(save(), run);
+    ASSERT_TRUE(std::filesystem::exists(pdf)) << run.output;
+    EXPECT_GT(std::filesystem::file_size(pdf), 0u);
+}
+
+TEST_F(MadeDrawing, OnlyR2000AndR14AreWritten) {
+    std::string text;
+    std::vector<std::string> messages;
+    EXPECT_EQ(DxfDatabaseWriter::write(db_, DxfVersion::R2018, text, messages),
+              ErrorStatus::eVersionNotSupported);
+    auto busy = open<Entity>(line_, OpenMode::ForWrite);
+    EXPECT_EQ(DxfDatabaseWriter::write(db_, DxfVersion::R2000, text, messages),
+              ErrorStatus::eWasOpenedForWrite);
+}
+
+}  // namespace
+}  // namespace cad::db::dxf
