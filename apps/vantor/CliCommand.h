@@ -25,6 +25,7 @@ struct CliCommand {
 // The subcommand groups; each group's file adds its commands.
 void addWindowCommands(std::vector<CliCommand>& commands);
 void addStoreCommands(std::vector<CliCommand>& commands);
+void addRegistryCommands(std::vector<CliCommand>& commands);
 
 inline int usageError(std::string_view message) {
     std::cerr << "vantor: " << message << "\nTry 'vantor --help'.\n";

@@ -14,6 +14,7 @@ std::vector<CliCommand> allCommands() {
     std::vector<CliCommand> commands;
     vantor::cli::addWindowCommands(commands);
     vantor::cli::addStoreCommands(commands);
+    vantor::cli::addRegistryCommands(commands);
     return commands;
 }
 

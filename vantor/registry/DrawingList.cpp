@@ -22,18 +22,17 @@ std::string collapseDoubledBackslashes(std::string_view path) {
     return collapsed;
 }
 
+// A network path starts with a doubled backslash that must stay.
+std::string storedForm(std::string_view path) {
+    return !path.empty() && path.front() == '\\' ? std::string(path)
+                                                 : collapseDoubledBackslashes(path);
+}
+
 }  // namespace
 
 RegisteredDrawing* DrawingList::addPath(std::string_view path, cad::app::UserDialogs& dialogs) {
-    // The duplicate test sees the path as given and only the stored copy is collapsed, so a
-    // doubled spelling of a path already listed is added again. Every list on disk was built
-    // in this order, so it stays.
-    for (const RegisteredDrawing& entry : entries_) {
-        if (entry.path == path) return nullptr;
-    }
-    // A network path starts with a doubled backslash that must stay.
-    std::string stored = !path.empty() && path.front() == '\\' ? std::string(path)
-                                                               : collapseDoubledBackslashes(path);
+    if (contains(path)) return nullptr;
+    std::string stored = storedForm(path);
     if (!ListFile::fits(stored)) {
         dialogs.messageBox("\"" + stored +
                                "\"\n경로가 너무 깁니다. 도면 경로는 259바이트까지 등록할 수 "
@@ -51,6 +50,15 @@ RegisteredDrawing* DrawingList::addPath(std::string_view path, cad::app::UserDia
     entry.ext = std::move(parts.ext);
     entry.active = 1;
     return &entry;
+}
+
+bool DrawingList::contains(std::string_view path) const {
+    // Both spellings count: the path as given, as every list on disk was built, and its stored
+    // form, so a doubled spelling of a listed drawing is not listed a second time.
+    const std::string stored = storedForm(path);
+    return std::any_of(entries_.begin(), entries_.end(), [&](const RegisteredDrawing& entry) {
+        return entry.path == path || entry.path == stored;
+    });
 }
 
 bool DrawingList::remove(const RegisteredDrawing* entry) {

@@ -19,10 +19,13 @@ class DrawingList {
 public:
     using Entries = std::list<RegisteredDrawing>;  // entries keep their address while listed
 
-    // Appends the path unless an entry has exactly the same bytes; answers the new entry, or
+    // Appends the path unless it is listed already (see contains); answers the new entry, or
     // nullptr when it was a duplicate or too long for the list file (the latter is reported
     // through `dialogs`; a duplicate is for the caller to report).
     RegisteredDrawing* addPath(std::string_view path, cad::app::UserDialogs& dialogs);
+    // True when an entry has exactly the bytes of the path as given or of its stored form
+    // (doubled backslashes collapsed unless the path starts with a backslash).
+    bool contains(std::string_view path) const;
     // False when the entry is not in this list.
     bool remove(const RegisteredDrawing* entry);
     void clear() { entries_.clear(); }
