@@ -296,7 +296,10 @@ private:
     // Reads one structure into a new object; null with error_ set when a value is bad.
     std::unique_ptr<DbObject> readItem(TagSpan item, Placement placement) {
         const std::string_view type = typeOf(item);
-        auto object = ObjectFactory::create(type, classNameOf(type, item), placement, item);
+        // Only types kept raw need their class name.
+        const std::string_view className =
+            ObjectFactory::isModelled(type) ? std::string_view() : classNameOf(type, item);
+        auto object = ObjectFactory::create(type, className, placement, item);
         if (!filer_.read(*object, item)) {
             error_ = filer_.error();
             return nullptr;
@@ -316,17 +319,18 @@ private:
         const bool duplicate = !handle.isNull() &&
                                db_.getObjectId(taken, false, handle) == ErrorStatus::eOk &&
                                taken.isValid();
-        const std::string type(object->dxfName());
         ObjectId id;
         db_.addObject(std::move(object), id, owner, duplicate ? Handle{} : handle);
-        const std::string where = placeText(place_, item.front().line) + ": " + type;
+        if (!duplicate && (!handle.isNull() || !hasHandles())) return id;
+        const std::string where =
+            placeText(place_, item.front().line) + ": " + std::string(typeOf(item));
         if (duplicate) {
             // The later object gets a new handle, so both survive.
             issue(kIssueDuplicateHandle,
                   where + " repeats handle " + handle.toHex() + "; it was given " +
                       id.handle().toHex(),
                   id.handle());
-        } else if (handle.isNull() && hasHandles()) {
+        } else {
             issue(kIssueMissingHandle,
                   where + " has no handle; it was given " + id.handle().toHex(), id.handle());
         }
@@ -557,11 +561,19 @@ private:
 
     ObjectId lookUp(SymbolKind kind, std::string_view name) {
         if (trimBlanks(name).empty()) return ObjectId::kNull;
+        // Entities come in runs on one layer: the last name of each kind is answered at once.
+        LastName& last = lastNames_[static_cast<std::size_t>(kind)];
+        if (!last.id.isNull() && last.name == name) return last.id;
         auto& map = names_[static_cast<std::size_t>(kind)];
         const std::string key = folded(name);
-        if (const auto it = map.find(key); it != map.end()) return it->second;
-        const ObjectId id = makeMissing(kind, std::string(name));
-        map.emplace(key, id);
+        ObjectId id;
+        if (const auto it = map.find(key); it != map.end()) {
+            id = it->second;
+        } else {
+            id = makeMissing(kind, std::string(name));
+            map.emplace(key, id);
+        }
+        last = LastName{std::string(name), id};
         return id;
     }
 
@@ -1141,6 +1153,11 @@ private:
     std::optional<DxfError> error_;
 
     std::array<std::unordered_map<std::string, ObjectId>, kSymbolKinds> names_;
+    struct LastName {
+        std::string name;
+        ObjectId id;
+    };
+    std::array<LastName, kSymbolKinds> lastNames_;
     bool symbolsReady_ = false;
     std::vector<Pending> pending_;
     std::unordered_map<std::string, std::string> classNames_;

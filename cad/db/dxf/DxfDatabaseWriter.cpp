@@ -13,6 +13,7 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/Entity.h"
 #include "cad/db/Group.h"
+#include "cad/db/NameCompare.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/SymbolTable.h"
@@ -112,6 +113,10 @@ constexpr std::string_view kAfterR2000Variables[] = {
     "$XCLIPFRAME",
 };
 
+// Variables only R12 has; later versions dropped them.
+constexpr std::string_view kR12OnlyVariables[] = {"$ATTDIA",   "$ATTREQ",   "$COORDS",
+                                                  "$DRAGMODE", "$HANDLING", "$OSMODE"};
+
 template <std::size_t N>
 bool listed(const std::string_view (&list)[N], std::string_view name) {
     return std::find(std::begin(list), std::end(list), name) != std::end(list);
@@ -198,7 +203,7 @@ private:
 
     bool writesVariable(std::string_view name) const {
         if (r14()) return listed(kR14Variables, name);
-        return !listed(kAfterR2000Variables, name);
+        return !listed(kAfterR2000Variables, name) && !listed(kR12OnlyVariables, name);
     }
 
     void writeHandseed() { out_.writeHandle(5, db_.handseed().value); }
@@ -351,6 +356,11 @@ private:
         if (sequenceEnd.isValid() && !sequenceEnd.isErased()) writeObject(sequenceEnd);
     }
 
+    bool isPaperSpaceBlock(const std::string& name) const {
+        return equalNames(std::string_view(name).substr(0, BlockTableRecord::kPaperSpace.size()),
+                          BlockTableRecord::kPaperSpace);
+    }
+
     void writeBlocks() {
         std::vector<ObjectId> records;
         if (auto table = open<SymbolTable>(db_.blockTableId(), OpenMode::ForRead))
@@ -369,6 +379,7 @@ private:
                 if (!record) continue;
                 begin = record->blockBeginId();
                 end = record->blockEndId();
+                filer_.setPaperSpace(isPaperSpaceBlock(record->name()));
                 if (id != db_.modelSpaceId() && id != db_.paperSpaceId())
                     entities = record->entityIds();
                 if (r14() && record->hasPreviewIcon()) {
@@ -381,6 +392,7 @@ private:
             for (const ObjectId entity : entities) writeEntity(entity);
             writeObject(end);
         }
+        filer_.setPaperSpace(false);
         endSection();
     }
 
@@ -389,8 +401,10 @@ private:
         for (const ObjectId space : {db_.modelSpaceId(), db_.paperSpaceId()}) {
             std::vector<ObjectId> entities;
             if (auto record = read<BlockTableRecord>(space)) entities = record->entityIds();
+            filer_.setPaperSpace(space == db_.paperSpaceId());
             for (const ObjectId id : entities) writeEntity(id);
         }
+        filer_.setPaperSpace(false);
         endSection();
     }
 

@@ -321,6 +321,20 @@ TEST_F(MadeDrawing, SectionsAreLaidOutAsTheHostExpects) {
     EXPECT_EQ(marker[1].code, 280);
 }
 
+TEST_F(MadeDrawing, PaperSpaceEntitiesSaySo) {
+    // Readers sort the entities section by the 67 flag, which an entity made in memory and
+    // appended to paper space has not set.
+    ObjectId sheetLine;
+    open<BlockTableRecord>(db_.paperSpaceId(), OpenMode::ForWrite)
+        ->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{0, 1, 0}), sheetLine);
+    const auto written = parse(save());
+    std::map<std::string, std::string> flags;
+    for (const TagSpan item : written->structure.section("ENTITIES")->items)
+        flags[valueOf(item, 5)] = valueOf(item, 67);
+    EXPECT_EQ(flags.at(sheetLine.handle().toHex()), "1");
+    EXPECT_EQ(flags.at(line_.handle().toHex()), "");
+}
+
 TEST_F(MadeDrawing, KoreanTextIsWrittenInCodePage949AndReadsBackEqual) {
     const std::string path = save();
     const std::string bytes = folder_.readBytes("AC1015.dxf");

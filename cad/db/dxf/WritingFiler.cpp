@@ -10,6 +10,8 @@
 namespace cad::db::dxf {
 namespace {
 
+constexpr int kPaperSpaceCode = 67;
+
 // Codes introduced after R14 for data every entity or object may carry.
 bool isAfterR14(int code) {
     return code == 160 || code == 347 || code == 348 || (code >= 370 && code <= 399) ||
@@ -145,7 +147,11 @@ void WritingFiler::int16(int code, std::int16_t& value) {
 }
 
 void WritingFiler::int16(int code, std::int16_t& value, std::int16_t defaultValue) {
-    if (value != defaultValue) out_.writeInt(code, value);
+    if (code == kPaperSpaceCode && paperSpace_) {
+        out_.writeInt(code, 1);
+    } else if (value != defaultValue) {
+        out_.writeInt(code, value);
+    }
 }
 
 void WritingFiler::int32(int code, std::int32_t& value) {

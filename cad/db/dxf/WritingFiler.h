@@ -32,6 +32,9 @@ public:
     // Fields declared before the first subclass come before the handle, as a TABLE's name
     // does. `handle` stands in for the object's own when it is a filtered copy in no database.
     void write(DbObject& object, Handle handle = {});
+    // Entities of a paper space layout say so (67) whatever their flag, since readers sort the
+    // entities section into model and paper space by it; set while writing them.
+    void setPaperSpace(bool paperSpace) { paperSpace_ = paperSpace; }
     // Groups list their members, and each member carries its groups among its reactors; a
     // member that lost the link (files of other programs) gets it back in what is written.
     void setExtraReactors(
@@ -84,6 +87,7 @@ private:
     const DbObject* object_ = nullptr;
     Handle handle_;
     bool commonPartDue_ = false;
+    bool paperSpace_ = false;
     std::string subclass_;  // the one being written
     const std::unordered_map<ObjectId, std::vector<ObjectId>>* extraReactors_ = nullptr;
     std::vector<char> keptWritten_;
