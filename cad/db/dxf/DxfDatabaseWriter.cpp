@@ -13,7 +13,6 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/Entity.h"
 #include "cad/db/Group.h"
-#include "cad/db/NameCompare.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/SymbolTable.h"
@@ -356,11 +355,6 @@ private:
         if (sequenceEnd.isValid() && !sequenceEnd.isErased()) writeObject(sequenceEnd);
     }
 
-    bool isPaperSpaceBlock(const std::string& name) const {
-        return equalNames(std::string_view(name).substr(0, BlockTableRecord::kPaperSpace.size()),
-                          BlockTableRecord::kPaperSpace);
-    }
-
     void writeBlocks() {
         std::vector<ObjectId> records;
         if (auto table = open<SymbolTable>(db_.blockTableId(), OpenMode::ForRead))
@@ -379,7 +373,6 @@ private:
                 if (!record) continue;
                 begin = record->blockBeginId();
                 end = record->blockEndId();
-                filer_.setPaperSpace(isPaperSpaceBlock(record->name()));
                 if (id != db_.modelSpaceId() && id != db_.paperSpaceId())
                     entities = record->entityIds();
                 if (r14() && record->hasPreviewIcon()) {
@@ -392,7 +385,6 @@ private:
             for (const ObjectId entity : entities) writeEntity(entity);
             writeObject(end);
         }
-        filer_.setPaperSpace(false);
         endSection();
     }
 

@@ -32,8 +32,8 @@ public:
     // Fields declared before the first subclass come before the handle, as a TABLE's name
     // does. `handle` stands in for the object's own when it is a filtered copy in no database.
     void write(DbObject& object, Handle handle = {});
-    // Entities of a paper space layout say so (67) whatever their flag, since readers sort the
-    // entities section into model and paper space by it; set while writing them.
+    // Entities of the paper space say so (67) whatever their flag, since readers sort the
+    // entities section into model and paper space by it; set while writing them there.
     void setPaperSpace(bool paperSpace) { paperSpace_ = paperSpace; }
     // Groups list their members, and each member carries its groups among its reactors; a
     // member that lost the link (files of other programs) gets it back in what is written.
