@@ -344,6 +344,11 @@ TEST_P(Damaged, IsRefusedAndLeavesTheDatabaseAsItWas) {
 
 const std::string kGood = drawing(line("30"));
 
+// A binary file whose two-byte group code reads as negative (found by fuzzing).
+const std::string kNegativeCode = std::string("AutoCAD Binary DXF\r\n\x1a\0", 22) +
+                                  std::string("\0\0SECTION\0\x02\0ENTITIES\0\0\0LINE\0", 28) +
+                                  std::string("\x9a\x9ax\0\0\0ENDSEC\0\0\0EOF\0", 20);
+
 INSTANTIATE_TEST_SUITE_P(
     Rows, Damaged,
     testing::Values(Damage{"truncated", kGood.substr(0, kGood.size() / 2), "line "},
@@ -370,7 +375,9 @@ INSTANTIATE_TEST_SUITE_P(
                                    "0\nSECTION\n2\nBLOCKS\n" + line("50") +
                                        "0\nENDSEC\n"
                                        "0\nSECTION\n2\nENTITIES\n"),
-                           "expected 0 BLOCK before 0 LINE"}),
+                           "expected 0 BLOCK before 0 LINE"},
+                    Damage{"negative_binary_group_code", kNegativeCode,
+                           "offset 50: expected a group code from 0 to 32767, found -25958"}),
     [](const testing::TestParamInfo<Damage>& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -90,6 +90,16 @@ std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage 
 bool ReadingFiler::read(DbObject& object, TagSpan tags) {
     error_.reset();
     unreadableLinks_.clear();
+    for (const Tag& tag : tags) {
+        // A binary file's two bytes can say anything; no group code is negative, and one kept
+        // raw could not be written back.
+        if (tag.code < 0) {
+            error_ = dxfError(
+                place_, tag.line,
+                "expected a group code from 0 to 32767, found " + std::to_string(tag.code));
+            return false;
+        }
+    }
     prepare(tags);
     readCommonPart(object);
     if (!error_) object.dxfFields(*this);
