@@ -91,12 +91,15 @@ std::string_view symbolWord(SymbolKind kind) {
 
 class Auditor {
 public:
-    Auditor(const Database& db, Database* writable) : db_(db), writable_(writable) {}
+    // The ids are taken once: repairs add no objects, and sorting them by handle again for
+    // every pass would cost more than the passes.
+    Auditor(const Database& db, Database* writable)
+        : db_(db), writable_(writable), ids_(db.objectIds()) {}
 
     std::vector<AuditIssue> run() {
         checkWellKnownObjects();
         collectListings();
-        for (const ObjectId id : db_.objectIds()) {
+        for (const ObjectId id : ids_) {
             if (id.isErased()) continue;
             checkOwner(id);
             checkReferences(id);
@@ -171,7 +174,7 @@ private:
 
     void collectListings() {
         std::vector<ObjectId> owned;
-        for (const ObjectId id : db_.objectIds()) {
+        for (const ObjectId id : ids_) {
             if (id.isErased()) continue;
             const DbObject* object = objectOf(id);
             owned.clear();
@@ -273,7 +276,7 @@ private:
         // 1: on the chain being followed, 2: known to end outside any loop.
         std::unordered_map<const ObjectSlot*, int> state;
         std::vector<ObjectId> chain;
-        for (const ObjectId start : db_.objectIds()) {
+        for (const ObjectId start : ids_) {
             if (start.isErased()) continue;
             chain.clear();
             ObjectId current = start;
@@ -415,7 +418,7 @@ private:
     void checkLayoutLinks() {
         std::vector<ObjectId> layouts;
         std::vector<ObjectId> records;
-        for (const ObjectId id : db_.objectIds()) {
+        for (const ObjectId id : ids_) {
             if (liveAs<Layout>(id) != nullptr) layouts.push_back(id);
             if (liveAs<BlockTableRecord>(id) != nullptr) records.push_back(id);
         }
@@ -479,6 +482,7 @@ private:
 
     const Database& db_;
     Database* writable_;
+    const std::vector<ObjectId> ids_;  // in handle order, so issues come in that order
     std::unordered_map<const ObjectSlot*, Listing> listings_;
     std::vector<AuditIssue> issues_;
 };
