@@ -1,0 +1,96 @@
+// The specification lists narrowing a group down to one record as a user picks name, size and
+// material, and the order of their items.
+#include "vantor/placement/SpecCascade.h"
+
+#include <gtest/gtest.h>
+
+namespace vantor {
+namespace {
+
+PartRecord part(const char* kname, const char* ename, const char* spec, const char* material) {
+    PartRecord record;
+    record.kname = kname;
+    record.ename = ename;
+    record.spec = spec;
+    record.material = material;
+    return record;
+}
+
+class SpecCascadeTest : public ::testing::Test {
+protected:
+    // Names repeat with different sizes and materials, in the order they were entered.
+    std::vector<PartRecord> group = {
+        part("육각볼트", "Hex bolt", "M10x40", "SS400"),     // 0
+        part("육각볼트", "Hex bolt", "M8x30", "SS400"),      // 1
+        part("육각볼트", "Hex bolt", "M8x30", "SUS304"),     // 2
+        part("렌치볼트", "Socket bolt", "M8x25", "SCM435"),  // 3
+        part("육각볼트", "Hex bolt", "M10x40", "SUS304"),    // 4
+    };
+    std::size_t chosenIndex(const SpecCascade& cascade) {
+        return static_cast<std::size_t>(cascade.chosen() - cascade.records().data());
+    }
+};
+
+TEST_F(SpecCascadeTest, NarrowsByEachChoiceAndKeepsChoicesThatStillFit) {
+    SpecCascade cascade(group, 0);
+    EXPECT_EQ(cascade.items(0), (std::vector<std::string>{"렌치볼트", "육각볼트"}));
+    EXPECT_EQ(cascade.choice(0), "육각볼트");
+    EXPECT_EQ(cascade.items(1), (std::vector<std::string>{"M8x30", "M10x40"}));
+    EXPECT_EQ(cascade.choice(1), "M10x40");
+    EXPECT_EQ(cascade.items(2), (std::vector<std::string>{"SS400", "SUS304"}));
+    EXPECT_EQ(cascade.items(6), (std::vector<std::string>{""}));  // empty fields: one empty item
+    EXPECT_EQ(chosenIndex(cascade), 0u);
+
+    cascade.select(1, 0);  // M8x30: the material chosen before still fits
+    EXPECT_EQ(cascade.choice(2), "SS400");
+    EXPECT_EQ(chosenIndex(cascade), 1u);
+    cascade.select(2, 1);  // SUS304
+    EXPECT_EQ(chosenIndex(cascade), 2u);
+    cascade.select(1, 1);  // back to M10x40, still in stainless
+    EXPECT_EQ(cascade.choice(2), "SUS304");
+    EXPECT_EQ(chosenIndex(cascade), 4u);
+
+    cascade.select(0, 0);  // the socket bolt has none of the sizes chosen: its first
+    EXPECT_EQ(cascade.items(1), (std::vector<std::string>{"M8x25"}));
+    EXPECT_EQ(chosenIndex(cascade), 3u);
+
+    cascade.setEnglishNames(true);
+    EXPECT_EQ(cascade.items(0), (std::vector<std::string>{"Hex bolt", "Socket bolt"}));
+    EXPECT_EQ(cascade.choice(0), "Socket bolt");
+    EXPECT_EQ(chosenIndex(cascade), 3u);
+}
+
+TEST_F(SpecCascadeTest, WithoutEarlierChoiceTheFirstItemsLeadToARecord) {
+    SpecCascade cascade(group);
+    EXPECT_EQ(cascade.choice(0), "렌치볼트");
+    EXPECT_EQ(chosenIndex(cascade), 3u);
+    EXPECT_EQ(SpecCascade({}).chosen(), nullptr);
+    EXPECT_EQ(SpecCascade({}).selection(0), -1);
+}
+
+struct OrderCase {
+    const char* name;
+    const char* before;
+    const char* after;
+};
+
+class ItemOrder : public ::testing::TestWithParam<OrderCase> {};
+
+TEST_P(ItemOrder, SortsAsASizeTableReads) {
+    EXPECT_TRUE(SpecCascade::itemBefore(GetParam().before, GetParam().after));
+    EXPECT_FALSE(SpecCascade::itemBefore(GetParam().after, GetParam().before));
+}
+
+INSTANTIATE_TEST_SUITE_P(SpecCascade, ItemOrder,
+                         ::testing::Values(OrderCase{"sizes_by_value", "M8x30", "M10x25"},
+                                           OrderCase{"second_number_decides", "M10x25", "M10x40"},
+                                           OrderCase{"decimals_by_value", "0.0078", "0.017"},
+                                           OrderCase{"nominal_sizes", "JIS 10K 25A",
+                                                     "JIS 10K 100A"},
+                                           OrderCase{"empty_first", "", "A"},
+                                           OrderCase{"leading_zero_still_ordered", "M06", "M6"},
+                                           OrderCase{"korean_by_bytes", "렌치볼트", "육각볼트"}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace vantor
