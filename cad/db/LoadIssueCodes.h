@@ -32,7 +32,8 @@ inline constexpr int kIssueMissingBlock = 107;
 // ACAD_LAYOUT, a symbol table or one of its standard records, *Model_Space or *Paper_Space,
 // a layout of a layout block, the BLOCK_RECORD of a block. It is made.
 inline constexpr int kIssueMissingStandardObject = 108;
-// A table holds a second record of a name, or a record of another table's kind: it is dropped.
+// A table holds a second record of a name, a record of another table's kind, or a record
+// without a name (text styles of shape files excepted): it is dropped.
 inline constexpr int kIssueBadTableRecord = 109;
 // An ATTRIB, VERTEX or SEQEND that follows no INSERT or POLYLINE, or an object among the
 // entities: it is dropped.

@@ -415,17 +415,26 @@ private:
     }
 
     void listRecord(ObjectId table, ObjectId id, TagSpan item) {
-        ErrorStatus es = ErrorStatus::eWrongObjectType;
-        if (auto t = open<SymbolTable>(table, OpenMode::ForWrite)) es = t->add(id);
-        if (es == ErrorStatus::eOk) return;
         std::string name;
-        if (auto record = open<SymbolTableRecord>(id, OpenMode::ForRead)) name = record->name();
+        bool nameless = false;
+        if (auto record = open<SymbolTableRecord>(id, OpenMode::ForRead)) {
+            name = record->name();
+            // Only text styles go without a name (those that load shape files); any other
+            // record is known and written by its name.
+            nameless = name.empty() && record->tableKind() != SymbolTableKind::TextStyle;
+        }
+        ErrorStatus es = ErrorStatus::eInvalidKey;
+        if (!nameless) {
+            if (auto t = open<SymbolTable>(table, OpenMode::ForWrite)) es = t->add(id);
+        }
+        if (es == ErrorStatus::eOk) return;
         erase(id);
         issue(kIssueBadTableRecord,
               placeText(place_, item.front().line) + ": " + std::string(typeOf(item)) + " " +
                   quoted(name) +
-                  (es == ErrorStatus::eDuplicateKey ? " repeats a name of its table"
-                                                    : " does not belong in its table") +
+                  (nameless                           ? " has no name"
+                   : es == ErrorStatus::eDuplicateKey ? " repeats a name of its table"
+                                                      : " does not belong in its table") +
                   "; it was dropped",
               id.handle());
     }

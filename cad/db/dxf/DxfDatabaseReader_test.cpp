@@ -198,6 +198,11 @@ std::string dictionary(const std::string& handle, const std::string& owner,
            entries;
 }
 
+std::string damaged(std::string text, const std::string& from, const std::string& to) {
+    const std::size_t at = text.find(from);
+    return text.replace(at, from.size(), to);
+}
+
 struct Repair {
     const char* name;
     std::string text;
@@ -248,7 +253,12 @@ INSTANTIATE_TEST_SUITE_P(
         Repair{"stray_attribute", drawing(line("30") + "0\nATTRIB\n5\n32\n8\n0\n"),
                kIssueStraySubentity},
         Repair{"name_for_a_handle", drawing("", xrecord("40", "Standard"), "3\nX\n350\n40\n"),
-               kIssueUnreadableLink}),
+               kIssueUnreadableLink},
+        // Found by fuzzing: a record that lost its name was written as a BLOCK without one.
+        Repair{"nameless_block_record",
+               damaged(drawing(""), "AcDbBlockTableRecord\n2\n*Paper_Space\n",
+                       "AcDbBlockTableRecord\n"),
+               kIssueBadTableRecord}),
     [](const testing::TestParamInfo<Repair>& row) { return std::string(row.param.name); });
 
 TEST(Repairs, MadeRecordsAreWhatTheReferencesName) {
@@ -320,11 +330,6 @@ struct Damage {
     std::string bytes;
     const char* expected;  // in the message, after the file name
 };
-
-std::string damaged(std::string text, const std::string& from, const std::string& to) {
-    const std::size_t at = text.find(from);
-    return text.replace(at, from.size(), to);
-}
 
 class Damaged : public testing::TestWithParam<Damage> {};
 

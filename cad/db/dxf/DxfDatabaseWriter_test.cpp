@@ -367,6 +367,8 @@ print([v for c, v in doc.rootdict['Adv data list'].tags if c == 1][0])
 )",
                                               path, {kLayer, kBlock});
     EXPECT_EQ(names.output, "True\nTrue\n" + std::string(kText) + "\n" + kRecordText + "\n");
+    const auto audit = vantor::test::ezdxfAudit(path);
+    EXPECT_TRUE(audit.output.starts_with("errors 0 ")) << audit.output;
 }
 
 TEST_F(MadeDrawing, R14HasNoLayoutsAndNamesWhatItCannotHold) {
