@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/JsonWriter.h"
 #include "apps/vantor/CliCommand.h"
-#include "apps/vantor/JsonWriter.h"
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/db/Database.h"
 #include "cad/sys/FileSystem.h"
@@ -23,6 +23,8 @@
 namespace vantor::cli {
 
 namespace {
+
+using apps::JsonWriter;
 
 constexpr const char* kViewNames[PartRecord::kViewCount] = {"front",    "side",     "plan",
                                                             "drawing1", "drawing2", "drawing3"};

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/JsonWriter.h"
 #include "apps/vantor/CliCommand.h"
-#include "apps/vantor/JsonWriter.h"
 #include "cad/app/ScriptedDialogs.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ListFile.h"
@@ -16,6 +16,8 @@
 namespace vantor::cli {
 
 namespace {
+
+using apps::JsonWriter;
 
 using Outcome = ManagementWindows::Outcome;
 
