@@ -88,11 +88,19 @@ protected:
         return run;
     }
 
-    // A drawing in the temporary folder made of (code, value) pairs.
-    std::string drawing(const std::string& name,
-                        std::initializer_list<std::pair<int, const char*>> tags) {
+    // A drawing in the temporary folder from "code value" lines, one tag per line.
+    std::string drawing(const std::string& name, const std::string& tags) {
         std::string text;
-        for (const auto& [code, value] : tags) text += std::to_string(code) + "\n" + value + "\n";
+        std::size_t at = 0;
+        while (at < tags.size()) {
+            std::size_t end = tags.find('\n', at);
+            if (end == std::string::npos) end = tags.size();
+            const std::string line = tags.substr(at, end - at);
+            const std::size_t blank = line.find(' ');
+            text += line.substr(0, blank) + "\n" +
+                    (blank == std::string::npos ? "" : line.substr(blank + 1)) + "\n";
+            at = end + 1;
+        }
         folder.writeBytes(name, text);
         return folder.file(name);
     }
@@ -150,8 +158,7 @@ TEST_F(Cadtool, FilesThatCannotBeReadAreNamedWithTheReason) {
     EXPECT_EQ(run.err.rfind("cadtool: " + missing + ": file not found", 0), 0u) << run.err;
     EXPECT_FALSE(std::filesystem::exists(folder.file("out.dxf")));
 
-    const std::string damaged =
-        drawing("damaged.dxf", {{0, "SECTION"}, {2, "ENTITIES"}, {0, "LINE"}, {0, "EOF"}});
+    const std::string damaged = drawing("damaged.dxf", "0 SECTION\n2 ENTITIES\n0 LINE\n0 EOF");
     run = cadtool("audit " + shellQuoted(damaged));
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.err.rfind("cadtool: " + damaged + ": damaged file (line ", 0), 0u) << run.err;
@@ -222,45 +229,45 @@ INSTANTIATE_TEST_SUITE_P(Corpus, CadtoolConvert,
                          });
 
 TEST_F(Cadtool, ConvertToR14WarnsOfNamesR14CannotHold) {
-    const std::string in = drawing("long.dxf", {{0, "SECTION"},
-                                                {2, "HEADER"},
-                                                {9, "$ACADVER"},
-                                                {1, "AC1015"},
-                                                {0, "ENDSEC"},
-                                                {0, "SECTION"},
-                                                {2, "TABLES"},
-                                                {0, "TABLE"},
-                                                {2, "LAYER"},
-                                                {5, "2"},
-                                                {330, "0"},
-                                                {100, "AcDbSymbolTable"},
-                                                {70, "1"},
-                                                {0, "LAYER"},
-                                                {5, "50"},
-                                                {330, "2"},
-                                                {100, "AcDbSymbolTableRecord"},
-                                                {100, "AcDbLayerTableRecord"},
-                                                {2, "PIPING_SUPPORTS_AND_HANGERS_LEVEL_2"},
-                                                {70, "0"},
-                                                {62, "7"},
-                                                {6, "CONTINUOUS"},
-                                                {0, "ENDTAB"},
-                                                {0, "ENDSEC"},
-                                                {0, "SECTION"},
-                                                {2, "ENTITIES"},
-                                                {0, "LINE"},
-                                                {5, "51"},
-                                                {100, "AcDbEntity"},
-                                                {8, "PIPING_SUPPORTS_AND_HANGERS_LEVEL_2"},
-                                                {100, "AcDbLine"},
-                                                {10, "0"},
-                                                {20, "0"},
-                                                {30, "0"},
-                                                {11, "1"},
-                                                {21, "1"},
-                                                {31, "0"},
-                                                {0, "ENDSEC"},
-                                                {0, "EOF"}});
+    const std::string in = drawing("long.dxf", R"(0 SECTION
+2 HEADER
+9 $ACADVER
+1 AC1015
+0 ENDSEC
+0 SECTION
+2 TABLES
+0 TABLE
+2 LAYER
+5 2
+330 0
+100 AcDbSymbolTable
+70 1
+0 LAYER
+5 50
+330 2
+100 AcDbSymbolTableRecord
+100 AcDbLayerTableRecord
+2 PIPING_SUPPORTS_AND_HANGERS_LEVEL_2
+70 0
+62 7
+6 CONTINUOUS
+0 ENDTAB
+0 ENDSEC
+0 SECTION
+2 ENTITIES
+0 LINE
+5 51
+100 AcDbEntity
+8 PIPING_SUPPORTS_AND_HANGERS_LEVEL_2
+100 AcDbLine
+10 0
+20 0
+30 0
+11 1
+21 1
+31 0
+0 ENDSEC
+0 EOF)");
     const std::string out = folder.file("r14.dxf");
     const Outcome run = cadtool("convert " + shellQuoted(in) + " " + shellQuoted(out) + " --r14");
     EXPECT_EQ(run.exitCode, 0) << run.err;
@@ -269,91 +276,107 @@ TEST_F(Cadtool, ConvertToR14WarnsOfNamesR14CannotHold) {
     EXPECT_TRUE(std::filesystem::exists(out));
 }
 
+// Model space and one sheet, with the layout the paper space record names (340) given.
+std::string layoutsNamedBy(const std::string& paperSpaceLayout) {
+    return R"(0 SECTION
+2 HEADER
+9 $ACADVER
+1 AC1015
+0 ENDSEC
+0 SECTION
+2 TABLES
+0 TABLE
+2 BLOCK_RECORD
+5 1
+330 0
+100 AcDbSymbolTable
+70 2
+0 BLOCK_RECORD
+5 1F
+330 1
+100 AcDbSymbolTableRecord
+100 AcDbBlockTableRecord
+2 *Model_Space
+340 22
+0 BLOCK_RECORD
+5 1E
+330 1
+100 AcDbSymbolTableRecord
+100 AcDbBlockTableRecord
+2 *Paper_Space
+340 )" + paperSpaceLayout +
+           R"(
+0 ENDTAB
+0 ENDSEC
+0 SECTION
+2 OBJECTS
+0 DICTIONARY
+5 C
+330 0
+100 AcDbDictionary
+3 ACAD_GROUP
+350 D
+3 ACAD_LAYOUT
+350 1A
+0 DICTIONARY
+5 D
+330 C
+100 AcDbDictionary
+0 DICTIONARY
+5 1A
+330 C
+100 AcDbDictionary
+3 Layout1
+350 23
+3 Model
+350 22
+0 LAYOUT
+5 22
+330 1A
+100 AcDbPlotSettings
+100 AcDbLayout
+1 Model
+70 1
+71 0
+330 1F
+0 LAYOUT
+5 23
+330 1A
+100 AcDbPlotSettings
+100 AcDbLayout
+1 Layout1
+70 1
+71 1
+330 1E
+0 ENDSEC
+0 EOF)";
+}
+
 TEST_F(Cadtool, AuditExitsWith1WhileProblemsAreLeft) {
     const std::string clean = corpus("ezdxf-made__korean_catalogue_r2000_cp949.dxf");
     Outcome run = cadtool("audit " + shellQuoted(clean));
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.out, "no problems\n");
 
-    // The paper space record names the model layout: which side is wrong cannot be told.
-    const std::string crossed = drawing("crossed.dxf", {{0, "SECTION"},
-                                                        {2, "HEADER"},
-                                                        {9, "$ACADVER"},
-                                                        {1, "AC1015"},
-                                                        {0, "ENDSEC"},
-                                                        {0, "SECTION"},
-                                                        {2, "TABLES"},
-                                                        {0, "TABLE"},
-                                                        {2, "BLOCK_RECORD"},
-                                                        {5, "1"},
-                                                        {330, "0"},
-                                                        {100, "AcDbSymbolTable"},
-                                                        {70, "2"},
-                                                        {0, "BLOCK_RECORD"},
-                                                        {5, "1F"},
-                                                        {330, "1"},
-                                                        {100, "AcDbSymbolTableRecord"},
-                                                        {100, "AcDbBlockTableRecord"},
-                                                        {2, "*Model_Space"},
-                                                        {340, "22"},
-                                                        {0, "BLOCK_RECORD"},
-                                                        {5, "1E"},
-                                                        {330, "1"},
-                                                        {100, "AcDbSymbolTableRecord"},
-                                                        {100, "AcDbBlockTableRecord"},
-                                                        {2, "*Paper_Space"},
-                                                        {340, "22"},
-                                                        {0, "ENDTAB"},
-                                                        {0, "ENDSEC"},
-                                                        {0, "SECTION"},
-                                                        {2, "OBJECTS"},
-                                                        {0, "DICTIONARY"},
-                                                        {5, "C"},
-                                                        {330, "0"},
-                                                        {100, "AcDbDictionary"},
-                                                        {3, "ACAD_GROUP"},
-                                                        {350, "D"},
-                                                        {3, "ACAD_LAYOUT"},
-                                                        {350, "1A"},
-                                                        {0, "DICTIONARY"},
-                                                        {5, "D"},
-                                                        {330, "C"},
-                                                        {100, "AcDbDictionary"},
-                                                        {0, "DICTIONARY"},
-                                                        {5, "1A"},
-                                                        {330, "C"},
-                                                        {100, "AcDbDictionary"},
-                                                        {3, "Layout1"},
-                                                        {350, "23"},
-                                                        {3, "Model"},
-                                                        {350, "22"},
-                                                        {0, "LAYOUT"},
-                                                        {5, "22"},
-                                                        {330, "1A"},
-                                                        {100, "AcDbPlotSettings"},
-                                                        {100, "AcDbLayout"},
-                                                        {1, "Model"},
-                                                        {70, "1"},
-                                                        {71, "0"},
-                                                        {330, "1F"},
-                                                        {0, "LAYOUT"},
-                                                        {5, "23"},
-                                                        {330, "1A"},
-                                                        {100, "AcDbPlotSettings"},
-                                                        {100, "AcDbLayout"},
-                                                        {1, "Layout1"},
-                                                        {70, "1"},
-                                                        {71, "1"},
-                                                        {330, "1E"},
-                                                        {0, "ENDSEC"},
-                                                        {0, "EOF"}});
-    run = cadtool("audit " + shellQuoted(crossed));
+    // The paper space record names the layout dictionary: the layout tells what it should name.
+    const std::string astray = drawing("astray.dxf", layoutsNamedBy("1A"));
+    run = cadtool("audit " + shellQuoted(astray));
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.out.find("\n117 23 LAYOUT 23 names block record BLOCK_RECORD 1E"),
+    EXPECT_NE(run.out.find("\n117 23 LAYOUT 23 names block record BLOCK_RECORD 1E, which names "
+                           "DICTIONARY 1A\n"),
               std::string::npos)
         << run.out;
-    EXPECT_NE(run.out.find(" repaired, 2 left\n"), std::string::npos) << run.out;
+    const std::string repaired = folder.file("repaired.dxf");
+    run = cadtool("audit " + shellQuoted(astray) + " --fix " + shellQuoted(repaired));
+    EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+    run = cadtool("audit " + shellQuoted(repaired));
+    EXPECT_EQ(run.exitCode, 0) << run.out;
 
+    // The paper space record names the model layout: which side is wrong cannot be told.
+    const std::string crossed = drawing("crossed.dxf", layoutsNamedBy("22"));
+    run = cadtool("audit " + shellQuoted(crossed));
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.out.find(" repaired, 2 left\n"), std::string::npos) << run.out;
     const std::string fixed = folder.file("fixed.dxf");
     run = cadtool("audit --json " + shellQuoted(crossed) + " --fix " + shellQuoted(fixed));
     EXPECT_EQ(run.exitCode, 1);
