@@ -122,14 +122,15 @@ ObjectId BomMark::layer(Database& db, const std::string& linetypeFile, cad::ed::
 }
 
 ObjectId BomMark::placeMarker(Database& db, ObjectId space, const Point3d& position,
-                              const PartRecord& record, const std::string& linetypeFile,
-                              cad::ed::Editor& editor) {
+                              double rotation, const PartRecord& record,
+                              const std::string& linetypeFile, cad::ed::Editor& editor) {
     const ObjectId layerId = layer(db, linetypeFile, editor);
     const ObjectId blockId = makeDefinition(db, Point3d::kOrigin, editor);
     if (layerId.isNull() || blockId.isNull()) return {};
     auto reference = std::make_unique<cad::db::BlockReference>(position, blockId);
     reference->setDatabaseDefaults(db);
     reference->setLayer(layerId);
+    reference->setRotation(rotation);
     ObjectId referenceId;
     {
         auto target = cad::db::open<cad::db::BlockTableRecord>(space, OpenMode::ForWrite);

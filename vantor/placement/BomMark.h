@@ -38,11 +38,13 @@ public:
     // drawing lacks it) when missing. A null id when it can be neither found nor made.
     static cad::db::ObjectId layer(cad::db::Database& db, const std::string& linetypeFile,
                                    cad::ed::Editor& editor);
-    // A marker reference at `position` appended to `space`, on the layer "BOM", with its
-    // attributes filled from the record. A null id on failure.
+    // A marker reference at `position`, turned by `rotation` (radians) with the part it marks,
+    // appended to `space`, on the layer "BOM", with its attributes filled from the record. A
+    // null id on failure.
     static cad::db::ObjectId placeMarker(cad::db::Database& db, cad::db::ObjectId space,
-                                         const cad::ge::Point3d& position, const PartRecord& record,
-                                         const std::string& linetypeFile, cad::ed::Editor& editor);
+                                         const cad::ge::Point3d& position, double rotation,
+                                         const PartRecord& record, const std::string& linetypeFile,
+                                         cad::ed::Editor& editor);
     // The marker references among the block's own entities (one level: a marker nested in a
     // nested block belongs to that block's part) put on the layer "BOM" with their attributes
     // filled again from the record. Answers how many there were.

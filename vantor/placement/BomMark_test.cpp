@@ -132,8 +132,8 @@ TEST_F(BomMarkTest, MarkerStandsOnBomLayerWithTheRecordsFields) {
     PartRecord record;
     record.kname = "육각너트";
     record.spec = "M12";
-    const ObjectId marker =
-        BomMark::placeMarker(db, db.modelSpaceId(), {7, 8, 0}, record, kShippedLinetypes, editor);
+    const ObjectId marker = BomMark::placeMarker(db, db.modelSpaceId(), {7, 8, 0}, 0.0, record,
+                                                 kShippedLinetypes, editor);
     ASSERT_FALSE(marker.isNull());
     auto reference = cad::db::open<cad::db::BlockReference>(marker, OpenMode::ForRead);
     EXPECT_EQ(reference->layerId(), lookUp(db.layerTableId(), "BOM"));

@@ -159,9 +159,10 @@ void PartPlacement::addBomMarker(const PlacementRequest& request, ObjectId block
     auto opened = cad::db::open<BlockReference>(reference, OpenMode::ForRead);
     if (!opened) return;
     const Point3d position = opened->blockTransform() * (origin + offset);
+    const double rotation = opened->rotation();
     opened.close();
-    const ObjectId marker =
-        BomMark::placeMarker(db_, currentSpace(), position, request.record, linetypeFile_, editor_);
+    const ObjectId marker = BomMark::placeMarker(db_, currentSpace(), position, rotation,
+                                                 request.record, linetypeFile_, editor_);
     if (!marker.isNull()) placed.entities.push_back(marker);
 }
 
