@@ -1,0 +1,200 @@
+// The host's main window.
+#include "cad/gui/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QSignalBlocker>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+#include "cad/app/Application.h"
+#include "cad/app/UserDialogs.h"
+#include "cad/gui/CommandLineWidget.h"
+#include "cad/gui/DrawingArea.h"
+
+namespace cad::gui {
+
+namespace {
+
+constexpr const char* kCancelTwice = "\x03\x03";
+constexpr const char* kDrawingFilter = "Drawings (*.dxf);;All files (*)";
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+}  // namespace
+
+MainWindow::MainWindow(app::Application& application, TypeText typeText, QWidget* parent)
+    : QMainWindow(parent),
+      app_(application),
+      typeText_(std::move(typeText)),
+      tabs_(new QTabBar(this)),
+      drawingArea_(new DrawingArea(this)),
+      commandLine_(new CommandLineWidget(this)) {
+    resize(1024, 720);
+
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    tabs_->setDocumentMode(true);
+    tabs_->setExpanding(false);
+    layout->addWidget(tabs_);
+    layout->addWidget(drawingArea_, 1);
+    setCentralWidget(central);
+
+    auto* dock = new QDockWidget(tr("Command Line"), this);
+    dock->setObjectName("commandLine");
+    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    dock->setWidget(commandLine_);
+    commandLine_->setMinimumHeight(140);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+
+    connect(tabs_, &QTabBar::currentChanged, this, [this](int index) {
+        auto* document = reinterpret_cast<app::Document*>(tabs_->tabData(index).value<quintptr>());
+        // Switching drawings in the middle of a command would pull the drawing from under it.
+        if (document == nullptr || app_.commandProcessor().isCommandActive()) {
+            refresh();
+            return;
+        }
+        app_.documentManager().activateDocument(document);
+    });
+
+    buildFileMenu();
+    rebuildGroupMenus();
+    app_.menuBar().setChangedHandler([this] { rebuildGroupMenus(); });
+    app_.documentManager().addReactor(this);
+    app_.editor().addReactor(this);
+    app_.editor().commandLine().addSink(commandLine_);
+    commandLine_->write(app_.editor().commandLine().text());
+    refresh();
+    commandLine_->inputLine()->setFocus();
+}
+
+MainWindow::~MainWindow() {
+    app_.editor().commandLine().removeSink(commandLine_);
+    app_.editor().removeReactor(this);
+    app_.documentManager().removeReactor(this);
+    app_.menuBar().setChangedHandler(nullptr);
+}
+
+void MainWindow::buildFileMenu() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    auto add = [&](const QString& label, QKeySequence::StandardKey key, auto run) {
+        QAction* action = file->addAction(label);
+        action->setShortcut(key);
+        connect(action, &QAction::triggered, this, run);
+    };
+    add(tr("&Open..."), QKeySequence::Open, [this] { openDrawings(); });
+    add(tr("&New"), QKeySequence::New, [this] { runCommand("_NEW\n"); });
+    add(tr("&Save"), QKeySequence::Save, [this] { runCommand("_QSAVE\n"); });
+    add(tr("Save &As..."), QKeySequence::SaveAs, [this] { saveDrawingAs(); });
+    add(tr("&Close"), QKeySequence::Close, [this] { runCommand("_CLOSE\n"); });
+    file->addSeparator();
+    add(tr("&Quit"), QKeySequence::Quit, [this] { runCommand("_QUIT\n"); });
+}
+
+void MainWindow::rebuildGroupMenus() {
+    for (QMenu* menu : groupMenus_) {
+        menuBar()->removeAction(menu->menuAction());
+        menu->deleteLater();
+    }
+    groupMenus_.clear();
+    for (const app::MenuBar::Entry& entry : app_.menuBar().menus()) {
+        QMenu* menu = menuBar()->addMenu(text(entry.menu.label));
+        addItems(menu, entry.menu.items);
+        groupMenus_.push_back(menu);
+    }
+}
+
+void MainWindow::addItems(QMenu* menu, const std::vector<app::MenuItem>& items) {
+    for (const app::MenuItem& item : items) {
+        switch (item.kind) {
+            case app::MenuItem::Kind::Separator:
+                menu->addSeparator();
+                break;
+            case app::MenuItem::Kind::Submenu:
+                addItems(menu->addMenu(text(item.label)), item.items);
+                break;
+            case app::MenuItem::Kind::Command: {
+                QAction* action = menu->addAction(text(item.label));
+                action->setStatusTip(text(item.helpString));
+                action->setEnabled(item.enabled);
+                std::string typed = item.typedText();
+                connect(action, &QAction::triggered, this, [this, typed] { typeText_(typed); });
+                break;
+            }
+        }
+    }
+}
+
+void MainWindow::runCommand(const std::string& text) {
+    typeText_(kCancelTwice + text);
+}
+
+void MainWindow::openDrawings() {
+    auto paths = app::userDialogs().openFiles("Open Drawing", kDrawingFilter, {}, true);
+    if (!paths) return;
+    std::string typed;
+    for (const std::string& path : *paths) typed += "_OPEN\n" + path + "\n";
+    runCommand(typed);
+}
+
+void MainWindow::saveDrawingAs() {
+    app::Document* document = app_.documentManager().curDocument();
+    if (document == nullptr) return;
+    auto path = app::userDialogs().saveFile("Save Drawing As", kDrawingFilter, ".dxf",
+                                            document->fileName());
+    if (path) runCommand("_SAVEAS\n" + *path + "\n");
+}
+
+void MainWindow::refresh() {
+    app::DocumentManager& documents = app_.documentManager();
+    app::Document* active = documents.mdiActiveDocument();
+    {
+        QSignalBlocker quiet(tabs_);
+        while (tabs_->count() > 0) tabs_->removeTab(0);
+        for (app::Document* document : documents.documents()) {
+            int index = tabs_->addTab(text(document->docTitle()));
+            tabs_->setTabData(index, QVariant::fromValue(reinterpret_cast<quintptr>(document)));
+            tabs_->setTabToolTip(index, text(document->fileName()));
+            if (document == active) tabs_->setCurrentIndex(index);
+        }
+    }
+    drawingArea_->setDocument(active);
+    setWindowTitle(active ? text(active->docTitle()) + " - vantor-cad" : QString("vantor-cad"));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    emit closing();
+    event->accept();
+}
+
+void MainWindow::documentCreated(app::Document*) {
+    refresh();
+}
+
+void MainWindow::documentToBeDestroyed(app::Document* document) {
+    if (drawingArea_->document() == document) drawingArea_->setDocument(nullptr);
+}
+
+void MainWindow::documentDestroyed(const std::string&) {
+    refresh();
+}
+
+void MainWindow::documentActivated(app::Document*) {
+    refresh();
+}
+
+void MainWindow::commandEnded(const std::string& commandName) {
+    if (commandName == "QUIT") {
+        close();
+        return;
+    }
+    drawingArea_->update();
+}
+
+}  // namespace cad::gui

@@ -1,0 +1,86 @@
+// The main window: the menu groups' pull-downs rendered and typed when chosen, document tabs
+// and the drawing area following the document manager.
+#include "cad/gui/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QMenu>
+#include <QTabBar>
+
+#include "cad/app/Application.h"
+#include "cad/gui/DrawingArea.h"
+#include "cad/gui/TestApplication.h"
+
+namespace cad::gui {
+namespace {
+
+class MainWindowTest : public testing::Test {
+protected:
+    QApplication& qt_ = testApplication();
+    app::Application app_;
+    std::vector<std::string> typed_;
+    MainWindow window_{app_, [this](const std::string& text) { typed_.push_back(text); }};
+};
+
+app::MenuItem item(app::MenuItem::Kind kind, std::string label = {}, std::string macro = {}) {
+    app::MenuItem made;
+    made.kind = kind;
+    made.label = std::move(label);
+    made.macro = std::move(macro);
+    return made;
+}
+
+app::PopMenu vantorMenu() {
+    app::PopMenu menu;
+    menu.alias = "POP1";
+    menu.label = "&Vantor";
+    app::MenuItem tools = item(app::MenuItem::Kind::Submenu, "도구");
+    tools.items.push_back(item(app::MenuItem::Kind::Command, "열기", "^C^C_UBLO "));
+    menu.items = {item(app::MenuItem::Kind::Command, "라이브러리(&L)", "^C^C_VNK "),
+                  item(app::MenuItem::Kind::Separator), tools};
+    return menu;
+}
+
+TEST_F(MainWindowTest, GroupMenusAreRenderedAndTypeTheirMacros) {
+    app_.menuBar().insertInMenuBar("Vantor", vantorMenu());
+    ASSERT_EQ(window_.groupMenus().size(), 1u);
+    QMenu* menu = window_.groupMenus().front();
+    EXPECT_EQ(menu->title(), "&Vantor");
+    QList<QAction*> actions = menu->actions();
+    ASSERT_EQ(actions.size(), 3);
+    EXPECT_EQ(actions[0]->text(), QString::fromUtf8("라이브러리(&L)"));
+    EXPECT_TRUE(actions[1]->isSeparator());
+    ASSERT_NE(actions[2]->menu(), nullptr);
+
+    actions[0]->trigger();
+    actions[2]->menu()->actions().front()->trigger();
+    EXPECT_EQ(typed_, (std::vector<std::string>{"\x03\x03_VNK ", "\x03\x03_UBLO "}));
+
+    app_.menuBar().removeGroup("Vantor");
+    EXPECT_TRUE(window_.groupMenus().empty());
+}
+
+TEST_F(MainWindowTest, TabsAndDrawingAreaFollowTheDocuments) {
+    app::DocumentManager& documents = app_.documentManager();
+    EXPECT_EQ(window_.drawingArea()->caption(), "No drawing open");
+    documents.appContextNewDocument();
+    documents.appContextNewDocument();
+    QTabBar* tabs = window_.documentTabs();
+    ASSERT_EQ(tabs->count(), 2);
+    EXPECT_EQ(tabs->tabText(tabs->currentIndex()), "Drawing2.dwg");
+    EXPECT_EQ(window_.windowTitle(), "Drawing2.dwg - vantor-cad");
+    EXPECT_EQ(window_.drawingArea()->caption(), "Drawing2.dwg\n0 entities in model space");
+
+    tabs->setCurrentIndex(0);  // the user picks the first tab
+    EXPECT_EQ(documents.mdiActiveDocument()->docTitle(), "Drawing1.dwg");
+
+    documents.closeDocument(documents.mdiActiveDocument());
+    ASSERT_EQ(tabs->count(), 1);
+    EXPECT_EQ(tabs->tabText(0), "Drawing2.dwg");
+    documents.closeDocument(documents.mdiActiveDocument());
+    EXPECT_EQ(tabs->count(), 0);
+    EXPECT_EQ(window_.windowTitle(), "vantor-cad");
+}
+
+}  // namespace
+}  // namespace cad::gui
