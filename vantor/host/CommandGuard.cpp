@@ -1,0 +1,30 @@
+// The command guard of the library window.
+#include "vantor/host/CommandGuard.h"
+
+#include "cad/app/Application.h"
+#include "cad/app/UserDialogs.h"
+#include "vantor/ui/ModuleSettings.h"
+
+namespace vantor {
+
+bool queueGuardedCommand(const ModuleSettings& settings, std::string_view command,
+                         QueueFlags flags) {
+    cad::app::DocumentManager& documents = cad::app::Application::current()->documentManager();
+    cad::app::Document* document = documents.curDocument();
+    if (!documents.isQuiescent(document)) {
+        cad::app::userDialogs().messageBox(
+            "AutoCAD가 명령 실행 중입니다. \n기존 명령을 취소 및 종료하신 후 다시 시도해 "
+            "주십시오.",
+            "명령 중첩 에러", cad::app::MB_ICONERROR);
+        return false;
+    }
+    if (settings.commandBusy) {
+        cad::app::userDialogs().messageBox("현재 명령실행 중입니다.", "INSERT PROCESSING",
+                                           cad::app::MB_ICONERROR);
+        return false;
+    }
+    return documents.sendStringToExecute(document, command, flags.activate, flags.wrapUpInactiveDoc,
+                                         flags.echo) == cad::ErrorStatus::eOk;
+}
+
+}  // namespace vantor
