@@ -8,6 +8,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev
   python3 python3-ezdxf
+  qt6-base-dev fonts-nanum
 )
 
 missing=()
