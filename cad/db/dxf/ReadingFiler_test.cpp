@@ -156,6 +156,28 @@ TEST_F(Filers, WhatIsReadIsWrittenBackInPlace) {
     EXPECT_EQ(write(probe), text);
 }
 
+TEST_F(Filers, AnUnknownFirstSubclassStaysAfterTheOwner) {
+    // Found by fuzzing: written before the owner, it hid the owner from the next read.
+    exist(Handle{0x3D});
+    Probe probe;
+    ASSERT_TRUE(read(dxf({{0, "PROBE"},
+                          {5, "2A"},
+                          {330, "3D"},
+                          {100, "AcDbUnknown"},
+                          {90, "1"},
+                          {100, "AcDbProbe"},
+                          {1, "x"}}),
+                     probe));
+    ObjectId owner;
+    db_.getObjectId(owner, false, Handle{0x3D});
+    probe.setOwnerId(owner);
+    const std::string written = write(probe);
+    EXPECT_LT(written.find("330\n3D\n"), written.find("AcDbUnknown")) << written;
+    Probe again;
+    ASSERT_TRUE(read(written, again));
+    EXPECT_EQ(filer_.ownerHandle(), Handle{0x3D});
+}
+
 TEST_F(Filers, StructuresWithoutMarkersAreOneSubclass) {
     // R12 writes no subclass markers; written back, the markers are there and what no field
     // took follows the last subclass.

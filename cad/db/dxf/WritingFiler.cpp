@@ -11,6 +11,7 @@ namespace cad::db::dxf {
 namespace {
 
 constexpr int kPaperSpaceCode = 67;
+constexpr int kMarkerCode = 100;
 
 // Codes introduced after R14 for data every entity or object may carry.
 bool isAfterR14(int code) {
@@ -98,8 +99,23 @@ void WritingFiler::writeCommonPart() {
         }
     }
     if (reactorsOpen) out_.writeRaw(102, "}");
-    writeKept("");
+    // Kept tags of the head: other applications' 102 groups stand before the owner; subclasses
+    // the class does not know, which came before any it knows, stand after it.
+    const auto& kept = object.keptTags();
+    std::vector<const RawTag*> subclasses;
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        if (keptWritten_[i] || !kept[i].subclass.empty()) continue;
+        keptWritten_[i] = 1;
+        for (const RawTag& tag : kept[i].tags) {
+            if (tag.code == kMarkerCode || !subclasses.empty()) {
+                subclasses.push_back(&tag);
+            } else {
+                writeRawTag(tag);
+            }
+        }
+    }
     writeReference(330, object.ownerId());
+    for (const RawTag* tag : subclasses) writeRawTag(*tag);
 }
 
 void WritingFiler::writeKept(std::string_view subclass) {
