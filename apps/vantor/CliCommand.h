@@ -26,6 +26,7 @@ struct CliCommand {
 void addWindowCommands(std::vector<CliCommand>& commands);
 void addStoreCommands(std::vector<CliCommand>& commands);
 void addRegistryCommands(std::vector<CliCommand>& commands);
+void addPlaceCommands(std::vector<CliCommand>& commands);
 
 inline int usageError(std::string_view message) {
     std::cerr << "vantor: " << message << "\nTry 'vantor --help'.\n";
@@ -40,6 +41,18 @@ inline int failure(std::string_view message) {
 // Removes `flag` from args wherever it stands; true when it was there.
 inline bool takeFlag(std::vector<std::string>& args, std::string_view flag) {
     return std::erase(args, std::string(flag)) > 0;
+}
+
+// A group path as typed: the library key and the categories down to the group, joined by '/'.
+inline std::vector<std::string> splitGroupPath(const std::string& text) {
+    std::vector<std::string> keys;
+    std::size_t start = 0;
+    while (true) {
+        std::size_t slash = text.find('/', start);
+        keys.push_back(text.substr(start, slash - start));
+        if (slash == std::string::npos) return keys;
+        start = slash + 1;
+    }
 }
 
 // A position as typed: decimal digits only.

@@ -136,17 +136,6 @@ int runTree(std::vector<std::string> args) {
     return kExitOk;
 }
 
-std::vector<std::string> splitGroupPath(const std::string& text) {
-    std::vector<std::string> keys;
-    std::size_t start = 0;
-    while (true) {
-        std::size_t slash = text.find('/', start);
-        keys.push_back(text.substr(start, slash - start));
-        if (slash == std::string::npos) return keys;
-        start = slash + 1;
-    }
-}
-
 void writeRecordJson(JsonWriter& out, const PartRecord& record) {
     out.beginObject().member("key", record.key).key("views").beginArray();
     for (std::size_t i = 0; i < PartRecord::kViewCount; ++i) {

@@ -15,6 +15,7 @@ std::vector<CliCommand> allCommands() {
     vantor::cli::addWindowCommands(commands);
     vantor::cli::addStoreCommands(commands);
     vantor::cli::addRegistryCommands(commands);
+    vantor::cli::addPlaceCommands(commands);
     return commands;
 }
 

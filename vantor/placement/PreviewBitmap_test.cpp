@@ -48,17 +48,6 @@ TEST(PreviewBitmap, PaletteIconTakesItsColoursFromTheTableBottomRowFirst) {
     EXPECT_EQ(image.at(1, 1), (Rgb{2, 253, 7}));
 }
 
-TEST(PreviewBitmap, FourBitIconWithUsedColourCount) {
-    const std::string table =
-        std::string("\0\0\xFF\0", 4) + std::string("\0\xFF\0\0", 4) + std::string("\xFF\0\0\0", 4);
-    PreviewImage image;
-    ASSERT_EQ(PreviewBitmap::decode(icon(3, 1, 4, 3, table, std::string("\x01\x20\0\0", 4)), image),
-              0);
-    EXPECT_EQ(image.colorCount, 3);
-    EXPECT_EQ(image.palette.size(), 3u);
-    EXPECT_EQ(image.pixels, (std::vector<Rgb>{{255, 0, 0}, {0, 255, 0}, {0, 0, 255}}));
-}
-
 TEST(PreviewBitmap, TrueColourIconHasNoPalette) {
     PreviewImage image;
     const std::string pixels = std::string("\x10\x20\x30\x40\x50\x60\0\0", 8);
