@@ -146,6 +146,8 @@ public:
     // classes the written objects need.
     std::vector<std::vector<RawTag>>& dxfClasses() { return dxfClasses_; }
     const std::vector<std::vector<RawTag>>& dxfClasses() const { return dxfClasses_; }
+    // Room for `count` objects, so a reader that knows how many come does not rehash.
+    void reserveObjects(std::size_t count) { slots_.reserve(count); }
     // Raises the next free handle to `seed` ($HANDSEED of a file); never lowers it.
     void setHandseed(Handle seed) {
         if (handseed_ < seed) handseed_ = seed;

@@ -65,7 +65,12 @@ std::string_view kindWord(SymbolKind kind) {
 }
 
 std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
+    std::string out;
+    out.reserve(text.size() + 2);
+    out += '"';
+    out += text;
+    out += '"';
+    return out;
 }
 
 // A structure made up by the reader (standard records a file lacks), read through the same
@@ -231,7 +236,7 @@ private:
         auto& variables = db_.header().variables();
         variables.reserve(structure_.header.size());
         for (const HeaderVariable& variable : structure_.header) {
-            HeaderVariables::Variable kept{std::string(variable.name), {}};
+            HeaderVariables::Variable kept{decodeText(variable.name, codePage_), {}};
             for (const Tag& tag : variable.tags) {
                 // The header is kept as it stands; a value that does not parse is the
                 // writer's concern only if it is ever interpreted.
@@ -267,13 +272,16 @@ private:
     // gives later, so the next free handle starts above every handle in the file.
     void reserveHandles() {
         Handle largest;
+        std::size_t count = 0;
         for (const Section& section : structure_.sections) {
+            count += section.items.size();
             for (const TagSpan item : section.items) {
                 const Handle handle = ReadingFiler::handleOf(item);
                 if (largest < handle) largest = handle;
             }
         }
         db_.setHandseed(largest.next());
+        db_.reserveObjects(count);
         if (const HeaderVariable* seed = structure_.variable("$HANDSEED")) {
             for (const Tag& tag : seed->tags) {
                 if (const auto value = toHandle(tag)) db_.setHandseed(Handle{*value});
@@ -319,8 +327,10 @@ private:
         const bool duplicate = !handle.isNull() &&
                                db_.getObjectId(taken, false, handle) == ErrorStatus::eOk &&
                                taken.isValid();
+        const bool hasXdictionary = !object->extensionDictionary().isNull();
         ObjectId id;
         db_.addObject(std::move(object), id, owner, duplicate ? Handle{} : handle);
+        if (hasXdictionary) withXdictionary_.push_back(id);
         if (!duplicate && (!handle.isNull() || !hasHandles())) return id;
         const std::string where =
             placeText(place_, item.front().line) + ": " + std::string(typeOf(item));
@@ -1015,7 +1025,7 @@ private:
                       id.handle());
             }
         }
-        for (const ObjectId id : db_.objectIds()) {
+        for (const ObjectId id : withXdictionary_) {
             DbObject* object = id.slot()->object.get();
             const ObjectId xdict = object->extensionDictionary();
             if (xdict.isNull() || xdict.isValid()) continue;
@@ -1173,7 +1183,8 @@ private:
     std::unordered_set<const ObjectSlot*> made_;  // block records the reader made
     std::unordered_set<SymbolTableKind> madeTables_;
     bool reportMissing_ = true;
-    std::vector<ObjectId> objects_;  // what the OBJECTS section held
+    std::vector<ObjectId> objects_;          // what the OBJECTS section held
+    std::vector<ObjectId> withXdictionary_;  // objects that name an extension dictionary
 };
 
 }  // namespace

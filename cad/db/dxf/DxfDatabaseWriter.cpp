@@ -218,13 +218,13 @@ private:
             const std::string_view name = variable.name;
             if (name == "$ACADVER" || name == "$DWGCODEPAGE") continue;
             if (name == "$HANDSEED") {
-                out_.writeRaw(9, name);
+                out_.writeString(9, name);
                 writeHandseed();
                 handseedWritten = true;
                 continue;
             }
             if (!writesVariable(name)) continue;
-            out_.writeRaw(9, name);
+            out_.writeString(9, name);
             for (const RawTag& tag : variable.tags) filer_.writeRawTag(tag);
         }
         if (!handseedWritten) {

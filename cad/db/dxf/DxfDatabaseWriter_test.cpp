@@ -141,6 +141,31 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
+TEST(BinaryText, LineBreaksInValuesStayInOneValue) {
+    // Found by fuzzing: a binary file's strings may hold line breaks, which a text file must
+    // not carry as they are.
+    std::string bytes("AutoCAD Binary DXF\r\n\x1a\0", 22);
+    const auto tag = [&](std::int16_t code, std::string_view value) {
+        bytes += static_cast<char>(code & 0xFF);
+        bytes += static_cast<char>(code >> 8);
+        bytes += value;
+    };
+    tag(0, std::string_view("SECTION\0", 8));
+    tag(2, std::string_view("HEADER\0", 7));
+    tag(9, std::string_view("$USER\nNAME\0", 11));
+    tag(1, std::string_view("two\nlines\0", 10));
+    tag(0, std::string_view("ENDSEC\0", 7));
+    tag(0, std::string_view("EOF\0", 4));
+    Database db(false);
+    ASSERT_EQ(db.readDxfBytes(bytes, "binary.dxf"), ErrorStatus::eOk) << db.lastErrorMessage();
+    sys::TestTempFolder folder;
+    ASSERT_EQ(db.saveAs(folder.file("text.dxf")), ErrorStatus::eOk);
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(folder.file("text.dxf")), ErrorStatus::eOk)
+        << back.lastErrorMessage();
+    EXPECT_EQ(back.header().text("$USER\nNAME"), "two\nlines");
+}
+
 // ---- A drawing made in memory ----
 
 constexpr const char* kLayer = "배관";              // piping

@@ -29,6 +29,13 @@ bool closesGroup(const Tag& tag) {
     return tag.code == kGroupCode && trimBlanks(tag.value) == "}";
 }
 
+bool isPrintable(std::string_view text) {
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) < 0x20) return false;
+    }
+    return true;
+}
+
 std::string shown(std::string_view value) {
     constexpr std::size_t kMaxShown = 40;
     std::string text(value.substr(0, kMaxShown));
@@ -79,6 +86,9 @@ std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage 
             if (!toInt(tag)) return std::nullopt;
             break;
         case ValueType::Handle:
+            // Kept even when it is no handle (it is written back the same), but not with line
+            // breaks or other control characters, which would break the file it is written to.
+            if (!toHandle(tag) && !isPrintable(trimmed)) return std::nullopt;
             break;
         case ValueType::Binary:
             if (trimmed.size() % 2 != 0 || !toBinary(tag)) return std::nullopt;
@@ -532,8 +542,11 @@ void ReadingFiler::resbufs(ResBufChain& chain) {
                 ObjectId id;
                 if (isHandleReference(tag.code) && takeHandle(tag, id)) {
                     item.value = id;
+                } else if (auto text = rawValue(tag, codePage_)) {
+                    item.value = std::move(*text);
                 } else {
-                    item.value = std::string(trimBlanks(tag.value));
+                    fail(tag, "a hexadecimal handle");
+                    return;
                 }
                 break;
             }
