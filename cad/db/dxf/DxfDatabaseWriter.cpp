@@ -262,6 +262,8 @@ private:
             if (known != std::end(kKnownClasses) && !(r14() ? known->inR14 : known->inR2000)) {
                 continue;
             }
+            // R14 gets only the classes of what it holds: most later ones it would not know.
+            if (r14() && used.count(name->value) == 0) continue;
             written.insert(name->value);
             writeClass(tags);
         }
