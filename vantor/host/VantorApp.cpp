@@ -7,6 +7,7 @@
 #include "vantor/host/RecordingFrame.h"
 #include "vantor/host/VantorDocReactor.h"
 #include "vantor/host/VantorEditorReactor.h"
+#include "vantor/placement/Insertion.h"
 #include "vantor/ui/ModuleSettings.h"
 
 namespace vantor {
@@ -87,6 +88,9 @@ void VantorApp::initialise(const std::optional<FileVersion>& version) {
                           settings_->version.c_str());
     docReactor_ = std::make_unique<VantorDocReactor>(*this);
     editorReactor_ = std::make_unique<VantorEditorReactor>(host_.editor());
+    placement_ = [this](cad::app::Document& document, InsertionState& state) {
+        runInsertion(document, state, *settings_);
+    };
 }
 
 void VantorApp::unload() {

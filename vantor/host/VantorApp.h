@@ -35,8 +35,8 @@ public:
     static constexpr int kCommandFlags =
         cad::app::ACRX_CMD_TRANSPARENT | cad::app::ACRX_CMD_USEPICKSET;
 
-    // Runs the placement of a part into the document (the placement fills it in; until then
-    // UBLI places nothing).
+    // Runs the placement of a part into the document: the insertion of vantor/placement, set
+    // at initialisation (a test copy of the module may put its own in its place).
     using PlacementHook = std::function<void(cad::app::Document& document, InsertionState& state)>;
 
     // The module's answer to every application message (always kRetOK). `version` is the file
