@@ -147,8 +147,7 @@ public:
         db_.setOriginalFileVersion(version_);
         db_.setCodePage(
             sys::codePageFromDxfName(structure_.codePageName).value_or(sys::CodePage::Ansi1252));
-        readHeader();
-        readClasses();
+        if (!readHeader() || !readClasses()) return error_;
         reserveHandles();
         for (const Section& section : structure_.sections) {
             if (section.name == "TABLES" && !readTables(section)) return error_;
@@ -232,33 +231,32 @@ private:
 
     // ---- Header and classes ----
 
-    void readHeader() {
+    bool readHeader() {
         auto& variables = db_.header().variables();
         variables.reserve(structure_.header.size());
         for (const HeaderVariable& variable : structure_.header) {
             HeaderVariables::Variable kept{decodeText(variable.name, codePage_), {}};
             for (const Tag& tag : variable.tags) {
-                // The header is kept as it stands; a value that does not parse is the
-                // writer's concern only if it is ever interpreted.
-                auto value = ReadingFiler::rawValue(tag, codePage_);
-                kept.tags.push_back(RawTag{
-                    tag.code, value ? std::move(*value) : std::string(trimBlanks(tag.value))});
+                auto value = ReadingFiler::keptValue(tag, codePage_, place_, error_);
+                if (!value) return false;
+                kept.tags.push_back(RawTag{tag.code, std::move(*value)});
             }
             if (db_.header().find(kept.name) == nullptr) variables.push_back(std::move(kept));
         }
+        return true;
     }
 
-    void readClasses() {
+    bool readClasses() {
         const Section* section = structure_.section("CLASSES");
-        if (section == nullptr) return;
+        if (section == nullptr) return true;
         for (const TagSpan item : section->items) {
             if (typeOf(item) != "CLASS") continue;
             std::vector<RawTag> tags;
             std::string dxfName;
             std::string className;
             for (const Tag& tag : item.subspan(1)) {
-                auto value = ReadingFiler::rawValue(tag, codePage_);
-                if (!value) value = std::string(trimBlanks(tag.value));
+                auto value = ReadingFiler::keptValue(tag, codePage_, place_, error_);
+                if (!value) return false;
                 if (tag.code == 1) dxfName = *value;
                 if (tag.code == 2) className = *value;
                 tags.push_back(RawTag{tag.code, std::move(*value)});
@@ -266,6 +264,7 @@ private:
             if (!dxfName.empty()) classNames_.emplace(dxfName, className);
             db_.dxfClasses().push_back(std::move(tags));
         }
+        return true;
     }
 
     // Handles the file does not give (R12, damaged objects) must not collide with any it

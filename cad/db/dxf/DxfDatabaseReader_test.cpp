@@ -381,6 +381,9 @@ INSTANTIATE_TEST_SUITE_P(
                                        "0\nENDSEC\n"
                                        "0\nSECTION\n2\nENTITIES\n"),
                            "expected 0 BLOCK before 0 LINE"},
+                    Damage{"header_value_not_a_number",
+                           damaged(kGood, "9\n$HANDSEED\n", "9\n$LTSCALE\n40\nbig\n9\n$HANDSEED\n"),
+                           "for group code 40, found 'big'"},
                     Damage{"negative_binary_group_code", kNegativeCode,
                            "offset 50: expected a group code from 0 to 32767, found -25958"}),
     [](const testing::TestParamInfo<Damage>& row) { return std::string(row.param.name); });

@@ -46,6 +46,19 @@ std::string shown(std::string_view value) {
     return text;
 }
 
+// A binary file's two bytes can say anything; no group code is negative, and one kept raw
+// could not be written back.
+DxfError badCode(const Tag& tag, TagPlace place) {
+    return dxfError(place, tag.line,
+                    "expected a group code from 0 to 32767, found " + std::to_string(tag.code));
+}
+
+DxfError badValue(const Tag& tag, TagPlace place, std::string_view expected) {
+    return dxfError(place, tag.line,
+                    "expected " + std::string(expected) + " for group code " +
+                        std::to_string(tag.code) + ", found '" + shown(tag.value) + "'");
+}
+
 }  // namespace
 
 ReadingFiler::ReadingFiler(Database& database, DxfVersion version, sys::CodePage codePage,
@@ -97,16 +110,23 @@ std::optional<std::string> ReadingFiler::rawValue(const Tag& tag, sys::CodePage 
     return std::string(trimmed);
 }
 
+std::optional<std::string> ReadingFiler::keptValue(const Tag& tag, sys::CodePage codePage,
+                                                   TagPlace place, std::optional<DxfError>& error) {
+    if (tag.code < 0) {
+        error = badCode(tag, place);
+        return std::nullopt;
+    }
+    auto value = rawValue(tag, codePage);
+    if (!value) error = badValue(tag, place, "a value of the group code's type");
+    return value;
+}
+
 bool ReadingFiler::read(DbObject& object, TagSpan tags) {
     error_.reset();
     unreadableLinks_.clear();
     for (const Tag& tag : tags) {
-        // A binary file's two bytes can say anything; no group code is negative, and one kept
-        // raw could not be written back.
         if (tag.code < 0) {
-            error_ = dxfError(
-                place_, tag.line,
-                "expected a group code from 0 to 32767, found " + std::to_string(tag.code));
+            error_ = badCode(tag, place_);
             return false;
         }
     }
@@ -253,11 +273,7 @@ const Tag* ReadingFiler::take(int code) {
 }
 
 bool ReadingFiler::fail(const Tag& tag, std::string_view expected) {
-    if (!error_) {
-        error_ = dxfError(place_, tag.line,
-                          "expected " + std::string(expected) + " for group code " +
-                              std::to_string(tag.code) + ", found '" + shown(tag.value) + "'");
-    }
+    if (!error_) error_ = badValue(tag, place_, expected);
     return false;
 }
 

@@ -64,6 +64,10 @@ public:
     // when a number or binary value does not parse for its code; handles are kept as they
     // stand, since they are written back the same and never interpreted.
     static std::optional<std::string> rawValue(const Tag& tag, sys::CodePage codePage);
+    // rawValue for the parts of a file that are not objects (header, classes): the error, with
+    // its place, when the tag cannot be kept (a negative code, a value that does not parse).
+    static std::optional<std::string> keptValue(const Tag& tag, sys::CodePage codePage,
+                                                TagPlace place, std::optional<DxfError>& error);
 
     Mode mode() const override { return Mode::Reading; }
     DxfVersion version() const override { return version_; }
