@@ -322,10 +322,13 @@ private:
     // none or a handle taken already.
     ObjectId store(std::unique_ptr<DbObject> object, TagSpan item, ObjectId owner) {
         const Handle handle = ReadingFiler::handleOf(item);
+        // Handles mostly rise through a file; only one at or below the largest stored so far
+        // can repeat one (a slot made by a reference has no object and is filled, not taken).
         ObjectId taken;
-        const bool duplicate = !handle.isNull() &&
+        const bool duplicate = !handle.isNull() && handle <= largestStored_ &&
                                db_.getObjectId(taken, false, handle) == ErrorStatus::eOk &&
                                taken.isValid();
+        if (largestStored_ < handle) largestStored_ = handle;
         const bool hasXdictionary = !object->extensionDictionary().isNull();
         ObjectId id;
         db_.addObject(std::move(object), id, owner, duplicate ? Handle{} : handle);
@@ -1184,6 +1187,7 @@ private:
     bool reportMissing_ = true;
     std::vector<ObjectId> objects_;          // what the OBJECTS section held
     std::vector<ObjectId> withXdictionary_;  // objects that name an extension dictionary
+    Handle largestStored_;
 };
 
 }  // namespace
