@@ -35,6 +35,11 @@ using SymbolKind = DxfFiler::SymbolTable;
 
 constexpr std::size_t kSymbolKinds = 5;
 
+// An id that names an object that is still there (links to dropped objects do not count).
+bool isLive(ObjectId id) {
+    return id.isValid() && !id.isErased();
+}
+
 std::string_view typeOf(TagSpan item) {
     return trimBlanks(item.front().value);
 }
@@ -1106,7 +1111,7 @@ private:
             if (auto layout = open<Layout>(entry.id, OpenMode::ForRead))
                 recordId = layout->blockTableRecordId();
             auto record = open<BlockTableRecord>(recordId, OpenMode::ForWrite);
-            if (record && !record->layoutId().isValid()) record->setLayoutId(entry.id);
+            if (record && !isLive(record->layoutId())) record->setLayoutId(entry.id);
         }
         std::vector<ObjectId> records;
         if (auto table = open<SymbolTable>(ids_.blockTable, OpenMode::ForRead))
@@ -1117,7 +1122,7 @@ private:
             bool linked = false;
             if (auto record = open<BlockTableRecord>(id, OpenMode::ForRead)) {
                 name = record->name();
-                linked = record->layoutId().isValid();
+                linked = isLive(record->layoutId());
             }
             const bool model = equalNames(name, BlockTableRecord::kModelSpace);
             const bool paper = equalNames(name.substr(0, BlockTableRecord::kPaperSpace.size()),

@@ -254,6 +254,14 @@ INSTANTIATE_TEST_SUITE_P(
                kIssueStraySubentity},
         Repair{"name_for_a_handle", drawing("", xrecord("40", "Standard"), "3\nX\n350\n40\n"),
                kIssueUnreadableLink},
+        // Found by fuzzing: a layout that is dropped leaves its block without one, so one is
+        // made.
+        Repair{"dropped_layout",
+               damaged(drawing("",
+                               "0\nLAYOUT\n5\n60\n330\n99\n100\nAcDbPlotSettings\n"
+                               "100\nAcDbLayout\n1\nSheet\n330\n6\n"),
+                       "2\n*Paper_Space\n", "2\n*Paper_Space\n340\n60\n"),
+               kIssueDanglingOwner},
         // Found by fuzzing: a record that lost its name was written as a BLOCK without one.
         Repair{"nameless_block_record",
                damaged(drawing(""), "AcDbBlockTableRecord\n2\n*Paper_Space\n",
