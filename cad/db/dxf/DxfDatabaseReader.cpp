@@ -371,8 +371,27 @@ private:
         return id;
     }
 
-    void erase(ObjectId id) {
-        if (auto object = open<DbObject>(id, OpenMode::ForWrite)) object->erase();
+    // Drops what the file put where it cannot be. Unlike an erase, what goes along is only what
+    // names the dropped object as its owner: a damaged object's claims on others (a hard-owner
+    // link to a table, say) are not trusted.
+    void drop(ObjectId id) {
+        std::vector<ObjectId> todo{id};
+        std::vector<ObjectId> owned;
+        while (!todo.empty()) {
+            const ObjectId next = todo.back();
+            todo.pop_back();
+            ObjectSlot* slot = next.slot();
+            if (!next.isValid() || slot->erased) continue;
+            // Read objects are closed, so the mark is set directly, as an erase marks what it
+            // takes along.
+            slot->erased = true;
+            owned.clear();
+            slot->object->ownedObjects(owned);
+            for (const ObjectId child : owned) {
+                if (child.isValid() && child.slot()->object->ownerId() == next)
+                    todo.push_back(child);
+            }
+        }
     }
 
     // ---- Tables ----
@@ -445,7 +464,7 @@ private:
             if (auto t = open<SymbolTable>(table, OpenMode::ForWrite)) es = t->add(id);
         }
         if (es == ErrorStatus::eOk) return;
-        erase(id);
+        drop(id);
         issue(kIssueBadTableRecord,
               placeText(place_, item.front().line) + ": " + std::string(typeOf(item)) + " " +
                   quoted(name) +
@@ -762,7 +781,7 @@ private:
                 const ObjectId id = store(std::move(begin), item, recordId);
                 dropping = record->blockBeginId().isValid();
                 if (dropping) {
-                    erase(id);
+                    drop(id);
                     issue(kIssueBadTableRecord,
                           placeText(place_, item.front().line) + ": block " +
                               quoted(record->name()) +
@@ -781,7 +800,7 @@ private:
                 const ObjectId id = store(std::move(end), item, recordId);
                 BlockTableRecord* record = current.get(recordId);
                 if (dropping || record == nullptr) {
-                    erase(id);
+                    drop(id);
                 } else {
                     record->setBlockEnd(id);
                 }
@@ -825,7 +844,7 @@ private:
         auto parent = open<ComplexEntity>(sequence.parent, OpenMode::ForWrite);
         if (dropping || !parent) {
             parent.close();
-            erase(id);
+            drop(id);
         } else if (isEnd) {
             parent->attachSequenceEnd(id);
         } else {
@@ -856,7 +875,7 @@ private:
         const bool complex = dynamic_cast<const ComplexEntity*>(entity) != nullptr;
         const ObjectId id = store(std::move(object), item, owner);
         if (dropping) {
-            erase(id);
+            drop(id);
             return true;
         }
         if (BlockTableRecord* record = current.get(owner)) record->appendEntity(id);
@@ -977,7 +996,8 @@ private:
                     issue(kIssueDanglingOwner,
                           what + "; the owner is now " + it->second.handle().toHex(), id.handle());
                 } else if (!unowned) {
-                    object->erase();
+                    object.close();
+                    drop(id);
                     issue(kIssueDanglingOwner, what + " and nothing lists it; it was dropped",
                           id.handle());
                 }

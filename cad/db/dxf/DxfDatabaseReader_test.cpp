@@ -262,6 +262,12 @@ INSTANTIATE_TEST_SUITE_P(
                                "100\nAcDbLayout\n1\nSheet\n330\n6\n"),
                        "2\n*Paper_Space\n", "2\n*Paper_Space\n340\n60\n"),
                kIssueDanglingOwner},
+        // Found by fuzzing: dropping a misplaced record that claimed its table as owned took
+        // the table along.
+        Repair{"record_claiming_its_table",
+               damaged(drawing(""), "6\nContinuous\n0\nENDTAB\n",
+                       "6\nContinuous\n0\nLAYERX\n5\n20\n360\n2\n0\nENDTAB\n"),
+               kIssueBadTableRecord},
         // Found by fuzzing: a record that lost its name was written as a BLOCK without one.
         Repair{"nameless_block_record",
                damaged(drawing(""), "AcDbBlockTableRecord\n2\n*Paper_Space\n",
