@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 total_seconds="${1:-30}"
 
 cmake --preset fuzz >/dev/null
-cmake --build --preset fuzz
+cmake --build --preset fuzz --target fuzz_targets
 
 mapfile -t fuzzers < <(find build/fuzz/fuzz -maxdepth 1 -type f -name '*_fuzz' -perm -u+x | sort)
 if [[ ${#fuzzers[@]} -eq 0 ]]; then

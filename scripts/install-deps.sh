@@ -7,7 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev
-  python3 python3-ezdxf
+  python3 python3-ezdxf librecad
   qt6-base-dev fonts-nanum
 )
 
