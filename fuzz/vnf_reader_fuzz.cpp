@@ -1,41 +1,24 @@
 // Any bytes as a .vnf tree cache: read through the text-mode stream, then turned into the
 // category tree as a library drawing's load does. Nothing may crash, hang or take memory the
 // file does not hold; a refused cache is a normal outcome (the drawing is read instead).
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "FuzzInputFile.h"
 #include "cad/app/ScriptedDialogs.h"
 #include "vantor/store/TreeCache.h"
 #include "vantor/store/VNTreeBase.h"
 
-namespace {
-
-// The cache is a file read through the C runtime's text mode, so the input goes to disk.
-const std::string& inputPath() {
-    static const std::string path = [] {
-        char folder[] = "/tmp/vnf-fuzz-XXXXXX";
-        if (mkdtemp(folder) == nullptr) std::abort();
-        return std::string(folder) + "/input.vnf";
-    }();
-    return path;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::FILE* file = std::fopen(inputPath().c_str(), "wb");
-    if (file == nullptr || std::fwrite(data, 1, size, file) != size) std::abort();
-    std::fclose(file);
+    const std::string& path = fuzzInputPath("input.vnf");
+    writeFuzzInput(path, data, size);
 
     std::vector<vantor::TreeCacheNode> nodes;
-    if (!vantor::TreeCache::readFile(inputPath(), nodes) || nodes.empty()) return 0;
+    if (!vantor::TreeCache::readFile(path, nodes) || nodes.empty()) return 0;
 
     cad::app::ScriptedDialogs dialogs;
     vantor::CVNTreeBase tree(dialogs);
