@@ -46,6 +46,7 @@ ErrorStatus Database::insertObject(std::unique_ptr<DbObject> object, ObjectId& i
         slot = std::make_unique<ObjectSlot>();
         slot->database = this;
         slot->handle = handle;
+        noteNewSlot(slot.get());
     } else if (slot->object) {
         return ErrorStatus::eDuplicateKey;
     }
@@ -71,19 +72,28 @@ ErrorStatus Database::getObjectId(ObjectId& id, bool createIfNotFound, Handle ha
     slot->database = this;
     slot->handle = handle;
     id = ObjectId(slot.get());
+    noteNewSlot(slot.get());
     slots_.emplace(handle, std::move(slot));
     if (handseed_ <= handle) handseed_ = handle.next();
     return ErrorStatus::eOk;
 }
 
+void Database::noteNewSlot(ObjectSlot* slot) {
+    if (!byHandle_.empty() && slot->handle < byHandle_.back()->handle) byHandleSorted_ = false;
+    byHandle_.push_back(slot);
+}
+
 std::vector<ObjectId> Database::objectIds() const {
-    std::vector<ObjectId> ids;
-    ids.reserve(slots_.size());
-    for (const auto& [handle, slot] : slots_) {
-        if (slot->object) ids.emplace_back(slot.get());
+    if (!byHandleSorted_) {
+        std::sort(byHandle_.begin(), byHandle_.end(),
+                  [](const ObjectSlot* a, const ObjectSlot* b) { return a->handle < b->handle; });
+        byHandleSorted_ = true;
     }
-    std::sort(ids.begin(), ids.end(),
-              [](ObjectId a, ObjectId b) { return a.handle() < b.handle(); });
+    std::vector<ObjectId> ids;
+    ids.reserve(byHandle_.size());
+    for (ObjectSlot* slot : byHandle_) {
+        if (slot->object) ids.emplace_back(slot);
+    }
     return ids;
 }
 

@@ -147,7 +147,10 @@ public:
     std::vector<std::vector<RawTag>>& dxfClasses() { return dxfClasses_; }
     const std::vector<std::vector<RawTag>>& dxfClasses() const { return dxfClasses_; }
     // Room for `count` objects, so a reader that knows how many come does not rehash.
-    void reserveObjects(std::size_t count) { slots_.reserve(count); }
+    void reserveObjects(std::size_t count) {
+        slots_.reserve(count);
+        byHandle_.reserve(count);
+    }
     // Raises the next free handle to `seed` ($HANDSEED of a file); never lowers it.
     void setHandseed(Handle seed) {
         if (handseed_ < seed) handseed_ = seed;
@@ -166,7 +169,15 @@ private:
     // database first, so a failed read leaves this one as it was.
     void replaceContent(Database& other);
 
+    // Records a new slot in byHandle_; only a handle below the largest seen so far costs a
+    // sort, and that sort is paid once, by the next objectIds().
+    void noteNewSlot(ObjectSlot* slot);
+
     std::unordered_map<Handle, std::unique_ptr<ObjectSlot>> slots_;
+    // Every slot, kept in handle order for objectIds() (the reader and writer walk all objects
+    // several times; sorting the map on each walk cost a sixth of reading plus writing).
+    mutable std::vector<ObjectSlot*> byHandle_;
+    mutable bool byHandleSorted_ = true;
     Handle handseed_{1};
     int openCount_ = 0;
     WellKnownIds ids_;

@@ -61,6 +61,8 @@ ErrorStatus Database::readDxfBytes(std::string bytes, const std::string& name) {
 
 void Database::replaceContent(Database& other) {
     std::swap(slots_, other.slots_);
+    std::swap(byHandle_, other.byHandle_);
+    std::swap(byHandleSorted_, other.byHandleSorted_);
     for (auto& [handle, slot] : slots_) slot->database = this;
     for (auto& [handle, slot] : other.slots_) slot->database = &other;
     std::swap(handseed_, other.handseed_);
