@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "cad/db/dxf/TextCodec.h"
 
@@ -34,14 +35,26 @@ void TagWriter::writeRaw(int code, std::string_view value) {
 
 void TagWriter::writeDouble(int code, double value) {
     writeCode(code);
-    char buffer[32];
-    char* end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
-    text_.append(buffer, end);
-    // Readers that look at the text to tell reals from integers expect a decimal point.
-    if (std::none_of(buffer, end, [](char c) { return c == '.' || c == 'e'; })) {
-        text_ += ".0";
+    char buffer[40];
+    char* end;
+    // Whole numbers of at most five digits (zeros, unit vectors, counts kept as reals: most
+    // of the values in a drawing) are what the shortest form prints too, since its exponent
+    // form is never shorter below 1e5; integer formatting is several times cheaper.
+    if (value > -1e5 && value < 1e5 && value == static_cast<double>(static_cast<int>(value)) &&
+        !(value == 0 && std::signbit(value))) {
+        end = std::to_chars(buffer, buffer + sizeof buffer, static_cast<int>(value)).ptr;
+        *end++ = '.';
+        *end++ = '0';
+    } else {
+        end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+        // Readers that look at the text to tell reals from integers expect a decimal point.
+        if (std::none_of(buffer, end, [](char c) { return c == '.' || c == 'e'; })) {
+            *end++ = '.';
+            *end++ = '0';
+        }
     }
-    text_ += '\n';
+    *end++ = '\n';
+    text_.append(buffer, end);
 }
 
 void TagWriter::writeInt(int code, std::int64_t value) {

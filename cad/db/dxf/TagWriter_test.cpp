@@ -47,15 +47,18 @@ TEST_P(WriteDouble, WritesTheShortestExactForm) {
     EXPECT_EQ(writer.text(), std::string(" 40\n") + GetParam().text + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, WriteDouble,
-                         testing::Values(DoubleRow{"zero", 0.0, "0.0"},
-                                         DoubleRow{"negative_zero", -0.0, "-0.0"},
-                                         DoubleRow{"whole", 100.0, "100.0"},
-                                         DoubleRow{"third", 1.0 / 3, "0.3333333333333333"},
-                                         DoubleRow{"large", 1e20, "1e+20"}),
-                         [](const testing::TestParamInfo<DoubleRow>& row) {
-                             return row.param.name;
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Values, WriteDouble,
+    testing::Values(DoubleRow{"zero", 0.0, "0.0"}, DoubleRow{"negative_zero", -0.0, "-0.0"},
+                    DoubleRow{"whole", 100.0, "100.0"}, DoubleRow{"negative_whole", -7.0, "-7.0"},
+                    DoubleRow{"five_digits", 99999.0, "99999.0"},
+                    DoubleRow{"five_digits_negative", -99999.0, "-99999.0"},
+                    DoubleRow{"six_digits_exponent", 100000.0, "1e+05"},
+                    DoubleRow{"six_digits_plain", 123456.0, "123456.0"},
+                    DoubleRow{"near_whole", 99999.00000000001, "99999.00000000001"},
+                    DoubleRow{"third", 1.0 / 3, "0.3333333333333333"},
+                    DoubleRow{"large", 1e20, "1e+20"}),
+    [](const testing::TestParamInfo<DoubleRow>& row) { return row.param.name; });
 
 TEST(TagWriter, DoublesReadBackBitIdentical) {
     std::vector<double> values = {0.1,
