@@ -8,14 +8,19 @@
 
 namespace cad::db {
 
+const DbObject::Extras DbObject::kNoExtras;
+
 DbObject::~DbObject() = default;
 
 DbObject::DbObject(const DbObject& other)
     : owner_(other.owner_),
       extensionDictionary_(other.extensionDictionary_),
-      reactors_(other.reactors_),
-      xdata_(other.xdata_),
-      keptTags_(other.keptTags_) {}
+      extras_(other.extras_ ? std::make_unique<Extras>(*other.extras_) : nullptr) {}
+
+DbObject::Extras& DbObject::extras() {
+    if (!extras_) extras_ = std::make_unique<Extras>();
+    return *extras_;
+}
 
 Handle DbObject::handle() const { return slot_ ? slot_->handle : Handle{}; }
 
@@ -55,11 +60,13 @@ bool DbObject::isReadEnabled() const {
 bool DbObject::isWriteEnabled() const { return slot_ == nullptr || slot_->writer; }
 
 void DbObject::addPersistentReactor(ObjectId id) {
-    if (std::find(reactors_.begin(), reactors_.end(), id) == reactors_.end())
-        reactors_.push_back(id);
+    std::vector<ObjectId>& reactors = extras().reactors;
+    if (std::find(reactors.begin(), reactors.end(), id) == reactors.end()) reactors.push_back(id);
 }
 
-void DbObject::removePersistentReactor(ObjectId id) { std::erase(reactors_, id); }
+void DbObject::removePersistentReactor(ObjectId id) {
+    if (extras_) std::erase(extras_->reactors, id);
+}
 
 void DbObject::ownedObjects(std::vector<ObjectId>&) const {}
 

@@ -53,8 +53,12 @@ void ReferenceWalker::walk(DbObject& object) {
     }
 
     object.dxfFields(*this);
-    for (DbObject::KeptTags& kept : object.keptTags()) rawTags(kept.tags);
-    rawTags(object.xdata());
+    // Only an object that holds kept tags or extended data is asked for them writable: asking
+    // makes the room for them.
+    if (!std::as_const(object).keptTags().empty()) {
+        for (DbObject::KeptTags& kept : object.keptTags()) rawTags(kept.tags);
+    }
+    if (!std::as_const(object).xdata().empty()) rawTags(object.xdata());
 }
 
 void ReferenceWalker::reference(int code, ObjectId& id) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "cad/db/dxf/GroupCode.h"
@@ -53,8 +54,10 @@ WritingFiler::WritingFiler(TagWriter& out, DxfVersion version, SymbolNames& name
 
 void WritingFiler::write(DbObject& object, Handle handle) {
     object_ = &object;
+    // Read through const: the writable accessors would give every object room for extras.
+    const DbObject& readOnly = object;
     handle_ = handle.isNull() ? object.handle() : handle;
-    keptWritten_.assign(object.keptTags().size(), 0);
+    keptWritten_.assign(readOnly.keptTags().size(), 0);
     out_.writeString(0, object.dxfName());
     commonPartDue_ = true;
     subclass_.clear();
@@ -64,9 +67,9 @@ void WritingFiler::write(DbObject& object, Handle handle) {
     // Whatever was kept for a subclass that was not declared this time goes here.
     for (std::size_t i = 0; i < keptWritten_.size(); ++i) {
         if (keptWritten_[i]) continue;
-        for (const RawTag& tag : object.keptTags()[i].tags) writeRawTag(tag);
+        for (const RawTag& tag : readOnly.keptTags()[i].tags) writeRawTag(tag);
     }
-    for (const RawTag& tag : object.xdata()) writeRawTag(tag);
+    for (const RawTag& tag : readOnly.xdata()) writeRawTag(tag);
     object_ = nullptr;
 }
 
@@ -119,7 +122,7 @@ void WritingFiler::writeCommonPart() {
 }
 
 void WritingFiler::writeKept(std::string_view subclass) {
-    const auto& kept = object_->keptTags();
+    const auto& kept = std::as_const(*object_).keptTags();
     for (std::size_t i = 0; i < kept.size(); ++i) {
         if (keptWritten_[i] || kept[i].subclass != subclass) continue;
         keptWritten_[i] = 1;
