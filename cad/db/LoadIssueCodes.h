@@ -35,8 +35,8 @@ inline constexpr int kIssueMissingStandardObject = 108;
 // A table holds a second record of a name, a record of another table's kind, or a record
 // without a name (text styles of shape files excepted): it is dropped.
 inline constexpr int kIssueBadTableRecord = 109;
-// An ATTRIB, VERTEX or SEQEND that follows no INSERT or POLYLINE, or an object among the
-// entities: it is dropped.
+// An ATTRIB, VERTEX or SEQEND that follows no INSERT or POLYLINE, an object among the
+// entities, or an entity or table record among the objects: it is dropped.
 inline constexpr int kIssueStraySubentity = 110;
 // A link holds something that is not a handle (a name where a handle belongs): the link is
 // left empty.

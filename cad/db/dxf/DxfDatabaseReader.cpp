@@ -941,7 +941,20 @@ private:
             ObjectId owner;
             if (!ownerHandle.isNull()) db_.getObjectId(owner, true, ownerHandle);
             const bool isDictionary = dynamic_cast<const Dictionary*>(object.get()) != nullptr;
+            // Entities and table records have their own sections; written from here they
+            // would be lost, and whatever links to them would dangle.
+            const bool misplaced = dynamic_cast<const Entity*>(object.get()) != nullptr ||
+                                   dynamic_cast<const SymbolTable*>(object.get()) != nullptr ||
+                                   dynamic_cast<const SymbolTableRecord*>(object.get()) != nullptr;
             const ObjectId id = store(std::move(object), item, owner);
+            if (misplaced) {
+                drop(id);
+                issue(kIssueStraySubentity,
+                      placeText(place_, item.front().line) + ": " + std::string(typeOf(item)) +
+                          " is not an object; it was dropped",
+                      id.handle());
+                continue;
+            }
             objects_.push_back(id);
             // The first object of the section is the named-objects dictionary.
             if (ids_.namedObjects.isNull() && isDictionary && owner.isNull())
@@ -958,6 +971,7 @@ private:
         std::unordered_map<const ObjectSlot*, ObjectId> listedBy;
         std::vector<ObjectId> owned;
         for (const ObjectId id : db_.objectIds()) {
+            if (id.isErased()) continue;
             const DbObject* object = id.slot()->object.get();
             if (const ObjectId xdict = object->extensionDictionary(); xdict.isValid())
                 listedBy.emplace(xdict.slot(), id);
@@ -969,15 +983,14 @@ private:
         return listedBy;
     }
 
-    // An object of OBJECTS whose owner names nothing goes to the container that lists it, or
-    // is dropped when none does; one with no owner at all (R13 writers gave some only as a
-    // reactor) goes to the container that lists it, or stays as it is.
+    // An object of OBJECTS whose owner names nothing (or was dropped) goes to the container
+    // that lists it, or is dropped when none does; one with no owner at all (R13 writers gave
+    // some only as a reactor) goes to the container that lists it, or stays as it is.
     void repairOwners() {
         std::vector<ObjectId> strays;
         for (const ObjectId id : objects_) {
             const ObjectId owner = id.slot()->object->ownerId();
-            if (id != ids_.namedObjects && (owner.isNull() || !owner.isValid()))
-                strays.push_back(id);
+            if (id != ids_.namedObjects && !id.isErased() && !isLive(owner)) strays.push_back(id);
         }
         if (!strays.empty()) {
             const auto listedBy = containers();
@@ -987,9 +1000,10 @@ private:
                 const bool unowned = object->ownerId().isNull();
                 const std::string what =
                     std::string(object->dxfName()) + " " + id.handle().toHex() +
-                    (unowned ? ": it has no owner"
-                             : ": its owner " + object->ownerId().handle().toHex() +
-                                   " names no object");
+                    (unowned
+                         ? ": it has no owner"
+                         : ": its owner " + object->ownerId().handle().toHex() +
+                               (object->ownerId().isValid() ? " was dropped" : " names no object"));
                 const auto it = listedBy.find(id.slot());
                 if (it != listedBy.end()) {
                     object->setOwnerId(it->second);

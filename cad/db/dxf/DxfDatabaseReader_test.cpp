@@ -268,6 +268,12 @@ INSTANTIATE_TEST_SUITE_P(
                damaged(drawing(""), "6\nContinuous\n0\nENDTAB\n",
                        "6\nContinuous\n0\nLAYERX\n5\n20\n360\n2\n0\nENDTAB\n"),
                kIssueBadTableRecord},
+        // Found by fuzzing: an entity among the objects was not written, and what listed it
+        // dangled.
+        Repair{"entity_among_objects",
+               drawing("", "0\nLINE\n5\n45\n330\n10\n100\nAcDbEntity\n8\n0\n100\nAcDbLine\n",
+                       "3\nODD\n350\n45\n"),
+               kIssueStraySubentity},
         // Found by fuzzing: a record that lost its name was written as a BLOCK without one.
         Repair{"nameless_block_record",
                damaged(drawing(""), "AcDbBlockTableRecord\n2\n*Paper_Space\n",

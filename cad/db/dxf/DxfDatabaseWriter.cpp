@@ -463,26 +463,37 @@ private:
                dynamic_cast<const SymbolTableRecord*>(object) == nullptr;
     }
 
-    void writeRootDictionary(ObjectId root) {
-        auto dictionary = read<Dictionary>(root);
+    // R14 leaves out what came later; a dictionary that lists any of it (the named objects
+    // list the layouts, the layout dictionary its layouts) is written as a copy without those
+    // entries, under its own handle.
+    void writeDictionary(ObjectId id) {
+        auto dictionary = read<Dictionary>(id);
         if (!dictionary) return;
-        if (!r14()) {
+        std::vector<std::string> leftOut;
+        for (const Dictionary::Entry& entry : dictionary->entries()) {
+            if (isSkipped(entry.id)) leftOut.push_back(entry.key);
+        }
+        if (leftOut.empty()) {
             filer_.write(*dictionary);
             return;
         }
-        // A copy without the entries R14 lacks, written under the root's handle.
         std::unique_ptr<DbObject> copy = dictionary->clone();
         auto* filtered = static_cast<Dictionary*>(copy.get());
-        for (const std::string_view key : kAfterR14RootEntries) filtered->remove(key);
-        filer_.write(*filtered, root.handle());
+        for (const std::string& key : leftOut) filtered->remove(key);
+        filer_.write(*filtered, id.handle());
     }
 
     void writeObjects() {
         beginSection("OBJECTS");
         const ObjectId root = db_.namedObjectsDictionaryId();
-        if (root.isValid() && !root.isErased()) writeRootDictionary(root);
+        if (root.isValid() && !root.isErased()) writeDictionary(root);
         for (const ObjectId id : db_.objectIds()) {
-            if (id != root && isWrittenObject(id)) writeObject(id);
+            if (id == root || !isWrittenObject(id)) continue;
+            if (dynamic_cast<const Dictionary*>(id.slot()->object.get()) != nullptr) {
+                writeDictionary(id);
+            } else {
+                writeObject(id);
+            }
         }
         endSection();
     }
