@@ -100,7 +100,7 @@ std::string_view BlockReference::className() const {
 }
 
 void BlockReference::dxfFields(DxfFiler& filer) {
-    Entity::dxfFields(filer);
+    ComplexEntity::dxfFields(filer);
     ge::Point3d position = ge::Matrix3d::worldToPlane(normal_) * position_;
     double rotation = degreesFromRadians(rotation_);
     if (filer.isReading()) {

@@ -2,6 +2,7 @@
 #include "cad/db/ComplexEntity.h"
 
 #include "cad/db/Database.h"
+#include "cad/db/DxfFiler.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SequenceEnd.h"
 
@@ -25,6 +26,13 @@ ErrorStatus ComplexEntity::attachSequenceEnd(ObjectId id) {
     if (id.isNull()) return ErrorStatus::eNullObjectId;
     sequenceEnd_ = id;
     return ErrorStatus::eOk;
+}
+
+void ComplexEntity::dxfFields(DxfFiler& filer) {
+    Entity::dxfFields(filer);
+    if (filer.mode() != DxfFiler::Mode::Walking) return;
+    for (ObjectId& id : subentities_) filer.reference(360, id);
+    filer.reference(360, sequenceEnd_);
 }
 
 void ComplexEntity::ownedObjects(std::vector<ObjectId>& owned) const {

@@ -21,6 +21,10 @@ public:
     // Null until the first sub-entity is appended (or one is read).
     ObjectId sequenceEndId() const { return sequenceEnd_; }
 
+    // The common entity fields; derived classes call it first in their dxfFields. The file
+    // places the sub-entities after this entity rather than naming them, but cloning and the
+    // audit must see what the entity owns.
+    void dxfFields(DxfFiler& filer) override;
     void ownedObjects(std::vector<ObjectId>& owned) const override;
     // The copy takes copies of the sub-entities along, transformed with it; they join the
     // database when the copy does.

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cad/db/Attribute.h"
 #include "cad/db/BlockReference.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
@@ -316,6 +317,48 @@ TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
         EXPECT_EQ(open<RawObject>(raw, OpenMode::ForRead)->tags()[0].value,
                   record.handle().toHex());
         expectReferencesResolved(acrossDatabases ? target : library.db);
+    }
+}
+
+TEST(CloneObjects, ReferenceCopyOwnsCopiesOfItsAttributes) {
+    for (const bool acrossDatabases : {false, true}) {
+        SCOPED_TRACE(acrossDatabases ? "wblock clone" : "deep clone");
+        Library library;
+        const ObjectId reference =
+            append(library.db.modelSpaceId(),
+                   std::make_unique<BlockReference>(ge::Point3d(0, 0, 0), library.part));
+        ObjectId attribute;
+        ASSERT_EQ(
+            open<BlockReference>(reference, OpenMode::ForWrite)
+                ->appendAttribute(std::make_unique<Attribute>(ge::Point3d(1, 0, 0), "M10", "SIZE"),
+                                  attribute),
+            ErrorStatus::eOk);
+        Database target;
+        Database& dest = acrossDatabases ? target : library.db;
+        IdMapping map;
+        const ErrorStatus es =
+            acrossDatabases ? target.wblockCloneObjects({reference}, target.modelSpaceId(), map,
+                                                        DuplicateRecordCloning::Ignore)
+                            : library.db.deepCloneObjects({reference}, dest.modelSpaceId(), map);
+        ASSERT_EQ(es, ErrorStatus::eOk);
+
+        const ObjectId copy = cloneOf(map, reference);
+        const std::vector<ObjectId> attributes =
+            open<BlockReference>(copy, OpenMode::ForRead)->attributeIds();
+        ASSERT_EQ(attributes, std::vector<ObjectId>{cloneOf(map, attribute)});
+        EXPECT_NE(attributes[0], attribute);
+        EXPECT_EQ(open<Attribute>(attributes[0], OpenMode::ForRead)->ownerId(), copy);
+        EXPECT_EQ(open<BlockReference>(reference, OpenMode::ForRead)->attributeIds(),
+                  std::vector<ObjectId>{attribute});
+        expectReferencesResolved(dest);
+
+        sys::TestTempFolder folder;
+        ASSERT_EQ(dest.saveAs(folder.file("target.dxf")), ErrorStatus::eOk)
+            << dest.lastErrorMessage();
+        Database back(false);
+        ASSERT_EQ(back.readDwgFile(folder.file("target.dxf")), ErrorStatus::eOk)
+            << back.lastErrorMessage();
+        for (const AuditIssue& issue : back.loadIssues()) ADD_FAILURE() << issue.message;
     }
 }
 

@@ -68,7 +68,7 @@ ErrorStatus Polyline2d::setDefaultEndWidth(double width) {
 }
 
 void Polyline2d::dxfFields(DxfFiler& filer) {
-    Entity::dxfFields(filer);
+    ComplexEntity::dxfFields(filer);
     filer.subclass("AcDb2dPolyline");
     // "Vertices follow": obsolete, but readers of R12 habits still look for it.
     std::int16_t verticesFollow = 1;

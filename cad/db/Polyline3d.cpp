@@ -42,7 +42,7 @@ std::string_view Polyline3d::className() const {
 }
 
 void Polyline3d::dxfFields(DxfFiler& filer) {
-    Entity::dxfFields(filer);
+    ComplexEntity::dxfFields(filer);
     filer.subclass(className());
     std::int16_t verticesFollow = 1;
     filer.int16(66, verticesFollow);
