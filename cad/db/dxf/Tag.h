@@ -10,14 +10,20 @@
 namespace cad::db::dxf {
 
 struct Tag {
+    Tag() = default;
+    constexpr Tag(int code_, std::string_view value_, std::uint32_t line_)
+        : code(code_), line(line_), value(value_) {}
+
+    // Code and line stand side by side so a tag takes 24 bytes, not 32: a large drawing holds
+    // millions of them while its objects are built.
     int code = 0;
+    // Line of the group code in a text file (1-based); byte offset of the tag in a binary one.
+    std::uint32_t line = 0;
     // The value as it stands in the file, without its line end, in the file's code page. Text
     // values (strings, comments) keep their blanks, which can be part of the text; numbers and
     // handles lose trailing blanks. For binary files this is equivalent text held by the
     // DxfFile: numbers in shortest form, chunks in upper-case hexadecimal.
     std::string_view value;
-    // Line of the group code in a text file (1-based); byte offset of the tag in a binary one.
-    std::uint32_t line = 0;
 };
 
 // The value without the blanks (spaces, tabs, CR) around it.
