@@ -93,15 +93,26 @@ ErrorStatus AtomicFile::open(const std::string& targetPath) {
 ErrorStatus AtomicFile::write(std::string_view bytes) {
     if (!isOpen()) return ErrorStatus::eInvalidOpenState;
     if (writeStatus_ != ErrorStatus::eOk) return writeStatus_;
-    buffer_.append(bytes);
-    if (buffer_.size() >= kFlushThreshold) return flushBuffer();
-    return ErrorStatus::eOk;
+    if (buffer_.size() + bytes.size() < kFlushThreshold) {
+        buffer_.append(bytes);
+        return ErrorStatus::eOk;
+    }
+    // A large piece (a whole drawing) goes straight to the file: copying it into the buffer
+    // first only doubled the memory a save takes.
+    if (flushBuffer() != ErrorStatus::eOk) return writeStatus_;
+    return writeDirect(bytes);
 }
 
 ErrorStatus AtomicFile::flushBuffer() {
+    writeDirect(buffer_);
+    buffer_.clear();
+    return writeStatus_;
+}
+
+ErrorStatus AtomicFile::writeDirect(std::string_view bytes) {
     std::size_t done = 0;
-    while (done < buffer_.size() && writeStatus_ == ErrorStatus::eOk) {
-        ssize_t written = ::write(fd_, buffer_.data() + done, buffer_.size() - done);
+    while (done < bytes.size() && writeStatus_ == ErrorStatus::eOk) {
+        ssize_t written = ::write(fd_, bytes.data() + done, bytes.size() - done);
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) {
             writeStatus_ = ErrorStatus::eFileWriteError;
@@ -109,7 +120,6 @@ ErrorStatus AtomicFile::flushBuffer() {
         }
         done += static_cast<std::size_t>(written);
     }
-    buffer_.clear();
     return writeStatus_;
 }
 

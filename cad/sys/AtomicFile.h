@@ -36,6 +36,7 @@ public:
 
 private:
     ErrorStatus flushBuffer();
+    ErrorStatus writeDirect(std::string_view bytes);
 
     int fd_ = -1;
     std::string target_;
