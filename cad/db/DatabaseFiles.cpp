@@ -76,20 +76,23 @@ void Database::replaceContent(Database& other) {
 
 ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
     saveMessages_.clear();
-    std::string text;
-    if (ErrorStatus es = dxf::DxfDatabaseWriter::write(*this, version, text, saveMessages_);
-        es != ErrorStatus::eOk) {
-        lastErrorMessage_ = path + (es == ErrorStatus::eVersionNotSupported
-                                        ? ": only R2000 and R14 files are written"
-                                        : ": an object is open for write");
-        return es;
-    }
     sys::AtomicFile file;
     if (file.open(path) != ErrorStatus::eOk) {
         lastErrorMessage_ = path + ": the file cannot be created there";
         return ErrorStatus::eFileAccessErr;
     }
-    if (file.write(text) != ErrorStatus::eOk || file.commit() != ErrorStatus::eOk) {
+    // The text goes to the temporary piece by piece as it is made, so a large drawing is never
+    // held whole; a write that fails is remembered and reported by commit().
+    const auto toFile = [&file](std::string_view piece) { file.write(piece); };
+    if (ErrorStatus es = dxf::DxfDatabaseWriter::write(*this, version, toFile, saveMessages_);
+        es != ErrorStatus::eOk) {
+        file.discard();
+        lastErrorMessage_ = path + (es == ErrorStatus::eVersionNotSupported
+                                        ? ": only R2000 and R14 files are written"
+                                        : ": an object is open for write");
+        return es;
+    }
+    if (file.commit() != ErrorStatus::eOk) {
         file.discard();
         lastErrorMessage_ = path + ": the file could not be written";
         return ErrorStatus::eFileWriteError;

@@ -158,6 +158,11 @@ public:
     // changing it: the file would lack it.
     ErrorStatus status() const { return status_; }
 
+    // Whole tags go to `sink` as they pile up past `chunk` bytes.
+    void setSink(const std::function<void(std::string_view)>& sink, std::size_t chunk) {
+        out_.setSink(sink, chunk);
+    }
+
     std::string run() {
         if (r14()) collectAfterR14Objects();
         collectGroupMembers();
@@ -169,6 +174,7 @@ public:
         writeEntities();
         writeObjects();
         out_.writeRaw(0, "EOF");
+        out_.finish();
         return out_.takeText();
     }
 
@@ -520,6 +526,19 @@ ErrorStatus DxfDatabaseWriter::write(Database& database, DxfVersion version, std
         return ErrorStatus::eVersionNotSupported;
     Writer writer(database, version, messages);
     text = writer.run();
+    return writer.status();
+}
+
+ErrorStatus DxfDatabaseWriter::write(Database& database, DxfVersion version,
+                                     const std::function<void(std::string_view)>& sink,
+                                     std::vector<std::string>& messages) {
+    if (version != DxfVersion::R2000 && version != DxfVersion::R14)
+        return ErrorStatus::eVersionNotSupported;
+    // A megabyte keeps the writes large and the memory small.
+    constexpr std::size_t kChunk = 1 << 20;
+    Writer writer(database, version, messages);
+    writer.setSink(sink, kChunk);
+    writer.run();
     return writer.status();
 }
 

@@ -2,7 +2,9 @@
 // in the section layout the commercial host writes and expects.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cad/db/Database.h"
@@ -18,6 +20,11 @@ public:
     // than 31 bytes or with characters it refuses, block previews) is listed in `messages`
     // and written unchanged or left out, never silently altered.
     static ErrorStatus write(Database& database, DxfVersion version, std::string& text,
+                             std::vector<std::string>& messages);
+    // The same, handing the text to `sink` in pieces of about a megabyte as it is made, so a
+    // large drawing is never held whole; the pieces are only complete on eOk.
+    static ErrorStatus write(Database& database, DxfVersion version,
+                             const std::function<void(std::string_view)>& sink,
                              std::vector<std::string>& messages);
 };
 

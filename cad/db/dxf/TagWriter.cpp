@@ -11,6 +11,11 @@
 namespace cad::db::dxf {
 
 void TagWriter::writeCode(int code) {
+    // Every tag starts here, so what the sink gets always ends with a whole tag.
+    if (sink_ && text_.size() >= chunk_) {
+        sink_(text_);
+        text_.clear();
+    }
     // Codes stand right-aligned in a field of three, as every DXF writer does it.
     if (code >= 0 && code < 10) {
         text_ += "  ";

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,18 @@ public:
     void writePoint(int code, double x, double y, double z);
     void writePoint2d(int code, double x, double y);
 
+    // With a sink, whole tags are handed to it in pieces of about `chunk` bytes instead of
+    // piling up in text(); finish() hands over the rest.
+    void setSink(std::function<void(std::string_view)> sink, std::size_t chunk) {
+        sink_ = std::move(sink);
+        chunk_ = chunk;
+    }
+    void finish() {
+        if (!sink_) return;
+        if (!text_.empty()) sink_(text_);
+        text_.clear();
+    }
+
     const std::string& text() const { return text_; }
     std::string takeText() { return std::move(text_); }
     void reserve(std::size_t bytes) { text_.reserve(bytes); }
@@ -50,6 +63,8 @@ private:
 
     sys::CodePage codePage_;
     std::string text_;
+    std::function<void(std::string_view)> sink_;
+    std::size_t chunk_ = 0;
 };
 
 }  // namespace cad::db::dxf

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -100,6 +101,35 @@ TEST(TagWriter, WritesIntegersHandlesAndPoints) {
     EXPECT_EQ(writer.text(),
               "160\n-9223372036854775808\n290\n1\n  5\nA54B\n330\n0\n"
               " 10\n1.0\n 20\n-2.5\n 30\n0.0\n 11\n4.0\n 21\n5.0\n");
+}
+
+TEST(TagWriter, SinkGetsWholeTagsThatAddUpToTheText) {
+    const auto writeSome = [](TagWriter& writer) {
+        for (int i = 0; i < 50; ++i) {
+            writer.writeString(1, "part " + std::to_string(i));
+            writer.writePoint(10, i * 0.5, -i, 0.0);
+            writer.writeBinary(310, std::string(static_cast<std::size_t>(i), '\x5A'));
+        }
+        writer.writeRaw(0, "EOF");
+    };
+    TagWriter whole;
+    writeSome(whole);
+    for (const std::size_t chunk : {std::size_t{1}, std::size_t{64}, std::size_t{1} << 20}) {
+        TagWriter pieces;
+        std::vector<std::string> received;
+        pieces.setSink([&received](std::string_view piece) { received.emplace_back(piece); },
+                       chunk);
+        writeSome(pieces);
+        pieces.finish();
+        EXPECT_TRUE(pieces.text().empty());
+        std::string joined;
+        for (const std::string& piece : received) {
+            // A code line and a value line per tag: a piece never ends inside a tag.
+            EXPECT_EQ(std::count(piece.begin(), piece.end(), '\n') % 2, 0) << chunk;
+            joined += piece;
+        }
+        EXPECT_EQ(joined, whole.text()) << chunk;
+    }
 }
 
 TEST(TagWriter, EncodesStringsForTheFilesCodePage) {
