@@ -15,6 +15,7 @@
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
+#include "cad/db/Ellipse.h"
 #include "cad/db/LayerTableRecord.h"
 #include "cad/db/Layout.h"
 #include "cad/db/LoadIssueCodes.h"
@@ -312,6 +313,24 @@ TEST(Repairs, MadeRecordsAreWhatTheReferencesName) {
     EXPECT_EQ(open<Attribute>(insert->attributeIds()[0], OpenMode::ForRead)->tag(), "TAG");
     EXPECT_EQ(insert->sequenceEndId().handle(), Handle{0x33});
     EXPECT_EQ(open<Entity>(insert->sequenceEndId(), OpenMode::ForRead)->ownerId(), insertId);
+}
+
+TEST(InlineDrawings, FieldsOfALeftOutMarkerAreFoundInTheSubclassBefore) {
+    // As some writers do: the ellipse's fields follow the entity's, under "AcDbEntity" alone.
+    Database db(false);
+    ASSERT_EQ(db.readDxfBytes(drawing("0\nELLIPSE\n5\n30\n330\n5\n100\nAcDbEntity\n8\n0\n"
+                                      "10\n2\n20\n3\n30\n0\n11\n4\n21\n0\n31\n0\n40\n0.5\n"),
+                              "ellipse.dxf"),
+              ErrorStatus::eOk)
+        << db.lastErrorMessage();
+    ObjectId id;
+    db.getObjectId(id, false, Handle{0x30});
+    auto ellipse = open<Ellipse>(id, OpenMode::ForRead);
+    ASSERT_TRUE(ellipse);
+    EXPECT_EQ(ellipse->center(), (ge::Point3d{2, 3, 0}));
+    EXPECT_EQ(ellipse->majorAxis(), (ge::Vector3d{4, 0, 0}));
+    EXPECT_EQ(ellipse->radiusRatio(), 0.5);
+    EXPECT_TRUE(ellipse->keptTags().empty());
 }
 
 TEST(Repairs, AnR12DrawingGetsWhatLaterVersionsHave) {

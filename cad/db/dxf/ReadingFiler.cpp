@@ -145,6 +145,7 @@ void ReadingFiler::prepare(TagSpan tags) {
     recordStarts_.clear();
     recordLists_.clear();
     lastSubclass_.clear();
+    lastEntered_ = 0;
     owner_ = Handle{};
 
     bodyEnd_ = size;
@@ -332,14 +333,16 @@ void ReadingFiler::subclass(std::string_view marker) {
             if (segment.entered || trimBlanks(tags_[segment.marker].value) != marker) continue;
             segment.entered = true;
             flags_[segment.marker] |= kRead;
+            lastEntered_ = s;
             scope_ = {segment.begin, segment.end, false, false};
             return;
         }
     }
     // No marker of that name. R12 has none, and the fields may be anywhere; a writer that left
-    // one marker out put its fields before the first marker there is.
+    // one marker out put its fields with the subclass before (an ELLIPSE's after "AcDbEntity"),
+    // or before the first marker there is. Only what no field took is looked at.
     scope_ = markerless_ ? Scope{1, bodyEnd_, false, true}
-                         : Scope{1, segments_.front().end, false, false};
+                         : Scope{1, segments_[lastEntered_].end, false, false};
 }
 
 void ReadingFiler::string(int code, std::string& value) {

@@ -20,7 +20,8 @@ namespace cad::db::dxf {
 // - Tags before the first subclass marker (100) hold the common part; tags from the first 1001
 //   on are extended data. Each marker starts a segment, and subclass(name) scopes the look-ups
 //   to the segment of that name. A structure without markers (R12) is one segment that every
-//   subclass sees; a subclass whose marker is missing looks before the first marker.
+//   subclass sees; a subclass whose marker is missing looks at what is left from the start
+//   through the segment of the last subclass found.
 // - A field takes the first unread tag of its code in scope, so fields may stand in any order.
 //   Tags inside 102 groups ("{BLKREFS" ... "}") are never taken by fields; they are kept.
 // - Records: the unread tags of the start code in scope start one record each; a record runs to
@@ -146,6 +147,7 @@ private:
     Scope scope_;
     std::uint32_t bodyEnd_ = 0;
     bool markerless_ = false;
+    std::size_t lastEntered_ = 0;  // the segment of the last subclass found; 0 before any
     std::string lastSubclass_;
     Handle owner_;
     std::optional<DxfError> error_;
