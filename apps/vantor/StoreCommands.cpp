@@ -96,6 +96,7 @@ void writeNodeText(const TreeNode& node, int depth) {
 bool loadTree(CVNTreeBase& tree, const std::string& path) {
     switch (tree.loadDrawing(path)) {
         case CVNTreeBase::LoadResult::Loaded:
+        case CVNTreeBase::LoadResult::NoLibraryData:
             return true;
         case CVNTreeBase::LoadResult::Skipped:
             failure("no drawing " + path);

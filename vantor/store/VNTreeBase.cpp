@@ -80,6 +80,15 @@ void appendEntries(ObjectId dictionaryId, const TreeCacheNode& parent,
     }
 }
 
+// A library the drawing does not hold is a root with id 0 (the user library) or no root at
+// all (the supplier library).
+CVNTreeBase::LoadResult loadedFrom(const std::vector<TreeCacheNode>& nodes) {
+    const bool holdsLibrary = std::any_of(nodes.begin(), nodes.end(), [](const auto& node) {
+        return node.name == node.libraryKey && node.id != 0;
+    });
+    return holdsLibrary ? CVNTreeBase::LoadResult::Loaded : CVNTreeBase::LoadResult::NoLibraryData;
+}
+
 }  // namespace
 
 struct CVNTreeBase::OpenDrawing {
@@ -120,18 +129,18 @@ CVNTreeBase::LoadResult CVNTreeBase::loadDrawing(const std::string& path) {
     }
     std::vector<TreeCacheNode> cached;
     if (TreeCache::readFile(cachePath, cached) && insertCachedNodes(path, cached))
-        return LoadResult::Loaded;
+        return loadedFrom(cached);
     if (!rebuilt) {
         if (!rebuildCache(path, built)) return LoadResult::Unreadable;
         cached.clear();
         if (TreeCache::readFile(cachePath, cached) && insertCachedNodes(path, cached))
-            return LoadResult::Loaded;
+            return loadedFrom(cached);
     }
     // The cache just written does not read back whole: it could not be written (a read-only
     // folder), or its node count has the low byte 0x1A, which ends a text-mode read at once.
     // The nodes it was written from stand in for it, so the drawing still shows.
     insertCachedNodes(path, built);
-    return LoadResult::Loaded;
+    return loadedFrom(built);
 }
 
 bool CVNTreeBase::rebuildCache(const std::string& path, std::vector<TreeCacheNode>& built) {

@@ -27,13 +27,16 @@ public:
     enum class LoadResult {
         Skipped = -1,  // the drawing is not there: nothing shown
         Loaded = 1,
+        // Read, but it holds neither library: its empty user library is shown, yet it is no
+        // library drawing, so it does not count as active.
+        NoLibraryData = 2,
         Unreadable = 3,  // the cache had to be rebuilt and the drawing could not be read
     };
 
     explicit CVNTreeBase(cad::app::UserDialogs& dialogs);
 
     // Loads every drawing of the list in order with the loading progress and sets each one's
-    // active flag to whether its libraries could be shown.
+    // active flag to whether it was loaded with library data.
     void rebuildFromList(DrawingList& list) override;
 
     // Shows one drawing's libraries (replacing what was shown of it): from its .vnf cache when
