@@ -204,17 +204,17 @@ std::string getPrivateProfileString(std::string_view section, std::optional<std:
     return cp949ToUtf8(cutToFit(removeQuotes(lines[keyLine].value), bufferSize - 1));
 }
 
-bool writePrivateProfileString(std::string_view section, std::string_view key,
-                               std::string_view value, const std::string& path) {
+namespace {
+
+// Sets one key in the lines; false, with nothing changed, when the text is not allowed.
+bool setValue(ProfileLines& lines, std::string_view section, std::string_view key,
+              std::string_view value) {
     section = trim(section);
     key = trim(key);
     if (section.empty() || key.empty()) return false;
     if (breaksLines(section) || breaksLines(key) || breaksLines(value)) return false;
     if (key.find('=') != key.npos || section.find(']') != section.npos) return false;
 
-    std::string bytes;
-    if (readWholeFile(path, bytes) == FileRead::Failed) return false;
-    ProfileLines lines(bytes);
     const std::string diskSection = utf8ToCp949(section);
     const std::string diskKey = utf8ToCp949(key);
     const std::string diskValue = utf8ToCp949(value);
@@ -234,10 +234,39 @@ bool writePrivateProfileString(std::string_view section, std::string_view key,
         }
         lines.insert(after, diskKey + "=" + diskValue);
     }
+    return true;
+}
 
+}  // namespace
+
+bool writePrivateProfileString(std::string_view section, std::string_view key,
+                               std::string_view value, const std::string& path) {
+    PrivateProfileBatch batch(path);
+    return batch.set(section, key, value) && batch.commit();
+}
+
+class PrivateProfileBatch::Lines : public ProfileLines {
+public:
+    using ProfileLines::ProfileLines;
+};
+
+PrivateProfileBatch::PrivateProfileBatch(std::string path) : path_(std::move(path)) {
+    std::string bytes;
+    if (readWholeFile(path_, bytes) != FileRead::Failed) lines_ = std::make_unique<Lines>(bytes);
+}
+
+PrivateProfileBatch::~PrivateProfileBatch() = default;
+
+bool PrivateProfileBatch::set(std::string_view section, std::string_view key,
+                              std::string_view value) {
+    return lines_ && setValue(*lines_, section, key, value);
+}
+
+bool PrivateProfileBatch::commit() {
+    if (!lines_) return false;
     AtomicFile file;
-    return file.open(path) == ErrorStatus::eOk && file.write(lines.bytes()) == ErrorStatus::eOk &&
-           file.commit() == ErrorStatus::eOk;
+    return file.open(path_) == ErrorStatus::eOk &&
+           file.write(lines_->bytes()) == ErrorStatus::eOk && file.commit() == ErrorStatus::eOk;
 }
 
 }  // namespace cad::sys

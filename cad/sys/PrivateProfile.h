@@ -17,6 +17,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,5 +42,26 @@ std::string getPrivateProfileString(std::string_view section, std::optional<std:
 // anywhere, '=' in the key, ']' in the section name).
 bool writePrivateProfileString(std::string_view section, std::string_view key,
                                std::string_view value, const std::string& path);
+
+// Many keys of one file written in one rewrite: the file is read once, each set() follows the
+// rules of writePrivateProfileString, and commit() replaces the file atomically once. Writing
+// a settings file key by key rewrote it once per key.
+class PrivateProfileBatch {
+public:
+    explicit PrivateProfileBatch(std::string path);
+    ~PrivateProfileBatch();
+    PrivateProfileBatch(const PrivateProfileBatch&) = delete;
+    PrivateProfileBatch& operator=(const PrivateProfileBatch&) = delete;
+
+    // False, with nothing changed, where writePrivateProfileString would refuse.
+    bool set(std::string_view section, std::string_view key, std::string_view value);
+    // False when the file could not be read at the start or cannot be written.
+    bool commit();
+
+private:
+    class Lines;
+    std::string path_;
+    std::unique_ptr<Lines> lines_;
+};
 
 }  // namespace cad::sys

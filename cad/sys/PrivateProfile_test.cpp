@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "cad/sys/CodePage.h"
 #include "cad/sys/TestTempFolder.h"
 
@@ -186,6 +188,24 @@ TEST_F(ProfileFileTest, WritingKeepsEverythingElseInPlace) {
               "Width_KName=130\r\n"
               "[SETTING]\r\n"
               "UblView=1\r\n");
+}
+
+TEST_F(ProfileFileTest, BatchWritesWhatKeyByKeyWritesWouldInOneRewrite) {
+    temp_.writeBytes("Vantor.ini", kSettings);
+    temp_.writeBytes("keyByKey.ini", kSettings);
+    const std::string keyByKey = temp_.file("keyByKey.ini");
+    PrivateProfileBatch batch(ini());
+    for (const auto& [section, key, value] :
+         {std::tuple{"option", "OPTION", "3073"}, std::tuple{"SETTING", "너비", "640"},
+          std::tuple{"NEW", "UblView", "1"}, std::tuple{"OPTION", "savePath", "C:\\a.csv"}}) {
+        EXPECT_TRUE(batch.set(section, key, value));
+        EXPECT_TRUE(writePrivateProfileString(section, key, value, keyByKey));
+    }
+    EXPECT_FALSE(batch.set("OPTION", "a=b", "1"));  // refused alone; the others still go
+    EXPECT_EQ(temp_.readBytes("Vantor.ini"), kSettings) << "nothing is written before commit";
+    EXPECT_TRUE(batch.commit());
+    EXPECT_EQ(temp_.readBytes("Vantor.ini"), temp_.readBytes("keyByKey.ini"));
+    EXPECT_FALSE(PrivateProfileBatch(temp_.file("no/Vantor.ini")).commit());
 }
 
 TEST_F(ProfileFileTest, KoreanValuesAreCp949OnDisk) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "cad/sys/ModuleFolder.h"
+#include "cad/sys/PrivateProfile.h"
 #include "vantor/ui/TextRules.h"
 
 namespace vantor {
@@ -104,30 +105,33 @@ void ModuleSettings::load() {
 }
 
 void ModuleSettings::save() {
-    profile_.write(kOption, "Option", std::to_string(option));
-    profile_.write(kOption, "DrawAngle", drawAngle);
-    profile_.write(kOption, "Delimiter", std::to_string(delimiter));
-    profile_.write(kOption, "savePath", savePath);
-    profile_.write(kOption, "curListName", curListName);
+    // One rewrite of the file for all keys, not one per key.
+    cad::sys::PrivateProfileBatch batch(profile_.file());
+    batch.set(kOption, "Option", std::to_string(option));
+    batch.set(kOption, "DrawAngle", drawAngle);
+    batch.set(kOption, "Delimiter", std::to_string(delimiter));
+    batch.set(kOption, "savePath", savePath);
+    batch.set(kOption, "curListName", curListName);
 
     for (std::size_t i = 0; i < kGeometryCount; ++i) {
-        profile_.write(kSetting, kGeometryKeys[i], geometry[i]);
+        batch.set(kSetting, kGeometryKeys[i], geometry[i]);
     }
     for (std::size_t i = 0; i < FieldLabels::kCount; ++i) {
-        profile_.write(kSetting, FieldLabels::key(i), labels[i]);
+        batch.set(kSetting, FieldLabels::key(i), labels[i]);
     }
-    profile_.write(kSetting, "UblView", std::to_string(ublView));
-    profile_.write(kSetting, "PreView", std::to_string(preView));
-    profile_.write(kSetting, "DataView", std::to_string(dataView));
-    profile_.write(kSetting, "ViewType", std::to_string(viewType));
-    profile_.write(kSetting, "TodayMode", std::to_string(todayMode));
+    batch.set(kSetting, "UblView", std::to_string(ublView));
+    batch.set(kSetting, "PreView", std::to_string(preView));
+    batch.set(kSetting, "DataView", std::to_string(dataView));
+    batch.set(kSetting, "ViewType", std::to_string(viewType));
+    batch.set(kSetting, "TodayMode", std::to_string(todayMode));
 
     for (std::size_t i = 0; i < kBlockColumnCount; ++i) {
-        profile_.write(kColumns, kBlockWidthKeys[i], std::to_string(blockWidths[i]));
+        batch.set(kColumns, kBlockWidthKeys[i], std::to_string(blockWidths[i]));
     }
     for (std::size_t i = 0; i < kRecordColumnCount; ++i) {
-        profile_.write(kColumns, kRecordWidthKeys[i], std::to_string(recordWidths[i]));
+        batch.set(kColumns, kRecordWidthKeys[i], std::to_string(recordWidths[i]));
     }
+    batch.commit();
 }
 
 }  // namespace vantor
