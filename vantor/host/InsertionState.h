@@ -17,7 +17,8 @@ struct InsertionState {
 
     std::string libraryPath;  // the library drawing the block comes from
     std::string blockName;
-    PartRecord record;  // the chosen catalogue record; record.loaded is false for none
+    PartRecord record;   // the chosen catalogue record; record.loaded is false for none
+    double scale = 1.0;  // as the insertion dialog accepted it
     int outcome = kOutcomeNone;
     int insertMode = -1;    // 0 or 1 when the window asked for an insertion; else nothing runs
     bool dragDrop = false;  // the part was dropped from the library window

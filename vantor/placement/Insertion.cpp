@@ -28,7 +28,7 @@ PlacementRequest Insertion::request(const InsertionState& state) const {
     request.libraryPath = state.libraryPath;
     request.blockName = state.blockName;
     request.record = state.record;
-    request.scale = scale;
+    request.scale = state.scale;
     request.rotation = std::atof(settings_.drawAngle.c_str()) * std::numbers::pi / 180.0;
     request.options = DrawingOptions::fromBits(settings_.option);
     return request;

@@ -33,15 +33,13 @@ public:
     // OK and the state holds the part to place now. Without it the outcome is left for the
     // library window.
     std::function<bool(InsertionState& state)> reopenDialog;
-    // The scale the part is placed with.
-    double scale = 1.0;
 
     // Places the state's part into `db` and drags it. Nothing happens without a library
     // drawing and a block name.
     void run(cad::db::Database& db, InsertionState& state);
 
     // What a placement of the state's part asks for: the settings' angle (degrees as typed)
-    // and drawing options, the scale, at the origin of the user coordinate system (the drag
+    // and drawing options, the state's scale, at the origin of the user coordinate system (the drag
     // moves it from there).
     PlacementRequest request(const InsertionState& state) const;
 

@@ -62,6 +62,7 @@ bool InsertionInput::accept(const Choice& choice, const cad::db::Database& libra
     state.libraryPath = choice.libraryPath;
     state.blockName = block;
     state.record = choice.record;
+    state.scale = choice.scale;
     return true;
 }
 

@@ -83,12 +83,14 @@ TEST(InsertionInput, OkStoresTheAngleAndHandsOverTheViewBlock) {
     choice.record.viewBlocks[2] = "BOLT-F";
     choice.view = 2;
     choice.angle = "30.000";
+    choice.scale = 2.5;
 
     ASSERT_TRUE(InsertionInput::accept(choice, library, settings, state, dialogs));
     EXPECT_EQ(settings.drawAngle, "30.000");
     EXPECT_EQ(state.libraryPath, "/lib/parts.dxf");
     EXPECT_EQ(state.blockName, "BOLT-F");
     EXPECT_EQ(state.record.kname, "육각볼트");
+    EXPECT_EQ(state.scale, 2.5);
 
     choice.view = 0;  // a slot without a block
     state = {};

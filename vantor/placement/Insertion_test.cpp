@@ -245,10 +245,10 @@ class DrawingOption : public InsertionTest, public ::testing::WithParamInterface
 
 TEST_P(DrawingOption, ShapesWhatThePlacementMakes) {
     const OptionCase& row = GetParam();
+    state.scale = 2.0;
     PlacementRequest request = Insertion(editor, dialogs, settings).request(state);
     request.options = DrawingOptions::fromBits(row.options);
     request.insertionPoint = {10, 20, 0};
-    request.scale = 2.0;
     if (!row.withRecord) request.record = {};
     PartPlacement placement(target, editor, settings.moduleFolder + "acadiso.lin");
     PlacedPart placed;
