@@ -314,7 +314,7 @@ INSTANTIATE_TEST_SUITE_P(Damage, AuditBrokenLink, ::testing::ValuesIn(kBrokenCas
 // ---- Drawings written by other programs ----
 
 std::filesystem::path corpusFolder() {
-    return std::filesystem::path(VANTOR_SOURCE_DIR) / "tests" / "data" / "corpus";
+    return std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata" / "corpus";
 }
 
 TEST(AuditCorpus, DuplicateHandlesAreRepairedOnLoadAndLeaveNothingToFind) {

@@ -16,7 +16,7 @@ using vantor::test::runEzdxf;
 using vantor::test::shellQuoted;
 
 std::string corpus(const std::string& name) {
-    return (std::filesystem::path(VANTOR_SOURCE_DIR) / "tests" / "data" / "corpus" / name).string();
+    return (std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata" / "corpus" / name).string();
 }
 
 // The object under `key` in one line of JSON whose values under it hold no nested objects.

@@ -29,8 +29,7 @@
 namespace cad::db::dxf {
 namespace {
 
-const std::filesystem::path kCorpus =
-    std::filesystem::path(VANTOR_SOURCE_DIR) / "tests/data/corpus";
+const std::filesystem::path kCorpus = std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata/corpus";
 
 std::map<std::string, int> countByType(const Database& db) {
     std::map<std::string, int> counts;

@@ -33,8 +33,7 @@
 namespace cad::db::dxf {
 namespace {
 
-const std::filesystem::path kCorpus =
-    std::filesystem::path(VANTOR_SOURCE_DIR) / "tests/data/corpus";
+const std::filesystem::path kCorpus = std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata/corpus";
 
 // What a round trip must keep, object by object (keyed by handle): the type, xrecord chains,
 // block previews, and the tags of everything kept raw.

@@ -16,7 +16,7 @@ namespace cad::db::dxf {
 namespace {
 
 std::filesystem::path corpus(std::string_view name) {
-    return std::filesystem::path(VANTOR_SOURCE_DIR) / "tests/data/corpus" / name;
+    return std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata/corpus" / name;
 }
 
 // "NAME=items ..." per section.
