@@ -45,6 +45,8 @@ public:
     // links do not hold (a parent nowhere, later in the file or a record, a repeated id,
     // another drawing's path) is only a cache: the drawing is read and the cache rewritten.
     LoadResult loadDrawing(const std::string& path);
+    // Stops showing one drawing (one taken off the list).
+    void removeDrawing(std::string_view path);
     void clear() { roots_.clear(); }
 
     // Roots of all drawings: per drawing the supplier library before the user library.
@@ -90,7 +92,6 @@ private:
     struct OpenDrawing;
 
     bool rebuildCache(const std::string& path, std::vector<TreeCacheNode>& built);
-    void removeDrawing(std::string_view path);
     // Opens the node's drawing and object; nothing is shown when either cannot be had.
     std::unique_ptr<OpenDrawing> openForEditing(const TreeNode& node);
     bool save(cad::db::Database& db);

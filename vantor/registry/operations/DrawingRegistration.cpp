@@ -94,7 +94,13 @@ int DrawingRegistration::removeInactive() {
     int removed = 0;
     for (auto entry = list_.begin(); entry != list_.end();) {
         const RegisteredDrawing& current = *entry++;
-        if (current.active != 1 && list_.remove(&current)) ++removed;
+        if (current.active == 1) continue;
+        // A drawing without library data still shows its empty user library; once off the
+        // list it must not show.
+        const std::string path = current.path;
+        if (!list_.remove(&current)) continue;
+        tree_.removeDrawing(path);
+        ++removed;
     }
     return removed;
 }

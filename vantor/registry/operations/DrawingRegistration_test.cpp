@@ -93,6 +93,9 @@ TEST_F(Registration, FolderScanKeepsTheReadableDrawingsSubfoldersFirst) {
     EXPECT_EQ(list.paths(), expected);
     EXPECT_EQ(saved(), expected);
     EXPECT_EQ(activeFlags(), std::vector<int>(4, 1));
+    Strings shown;
+    for (const auto& root : tree.roots()) shown.push_back(root->drawingPath);
+    EXPECT_EQ(shown, expected);
     EXPECT_EQ(boxes(), Strings(2, "폴더 SCAN: 기존의 리스트가 사라집니다.\n그래도 하시겠습니까?"));
     const std::string building = "상태 : 리스트 형성 중...";
     Strings progress;
