@@ -11,13 +11,15 @@ inline constexpr int kIssueDuplicateHandle = 101;
 // An object of a file that has handles (R13 and later) carried none, or one that does not
 // parse: it gets a new handle.
 inline constexpr int kIssueMissingHandle = 102;
-// An object's owner names no object, or an object listed by a container names no owner. The
+// An object's owner names no object (or one that was dropped), an object listed by a
+// container names no owner, or its owner does not list it while another container does. The
 // owner becomes the container the object was found in (the table, the block, the dictionary
 // that lists it); an object in OBJECTS whose owner names nothing and that nothing lists is
 // dropped (erased), as nothing could reach it.
 inline constexpr int kIssueDanglingOwner = 103;
-// Following owners from an object comes back to it. The chain is cut at that object, which
-// goes to the named-objects dictionary's care (its owner becomes that dictionary).
+// Following owners from an object comes back to it. The chain is cut at that object: it
+// leaves the dictionary of the cycle that lists it and becomes an entry of the named-objects
+// dictionary, under the key it had.
 inline constexpr int kIssueOwnerCycle = 104;
 // A dictionary entry names no object: the entry is removed.
 inline constexpr int kIssueDanglingDictionaryEntry = 105;

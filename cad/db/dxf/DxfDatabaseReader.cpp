@@ -3,6 +3,7 @@
 // Symbol names are resolved once the tables are known, and the links are checked at the end.
 #include "cad/db/dxf/DxfDatabaseReader.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <unordered_map>
@@ -965,56 +966,65 @@ private:
 
     // ---- The second pass ----
 
-    // Which object lists each object as owned (dictionary entries, extension dictionaries,
-    // raw owner references), for giving a stray object back to its container.
+    // Which object lists each object of OBJECTS as owned (dictionary entries, extension
+    // dictionaries, raw owner references), for giving a stray object back to its container.
     std::unordered_map<const ObjectSlot*, ObjectId> containers() const {
         std::unordered_map<const ObjectSlot*, ObjectId> listedBy;
+        for (const ObjectId id : withXdictionary_) {
+            const ObjectId xdict = id.slot()->object->extensionDictionary();
+            if (!id.isErased() && xdict.isValid()) listedBy.emplace(xdict.slot(), id);
+        }
         std::vector<ObjectId> owned;
-        for (const ObjectId id : db_.objectIds()) {
+        for (const ObjectId id : objects_) {
             if (id.isErased()) continue;
-            const DbObject* object = id.slot()->object.get();
-            if (const ObjectId xdict = object->extensionDictionary(); xdict.isValid())
-                listedBy.emplace(xdict.slot(), id);
-            if (dynamic_cast<const Entity*>(object) != nullptr) continue;
             owned.clear();
-            object->ownedObjects(owned);
+            id.slot()->object->ownedObjects(owned);
             for (const ObjectId child : owned) listedBy.emplace(child.slot(), id);
         }
         return listedBy;
     }
 
+    static bool lists(ObjectId container, ObjectId child) {
+        const DbObject* object = container.slot()->object.get();
+        if (object->extensionDictionary() == child) return true;
+        std::vector<ObjectId> owned;
+        object->ownedObjects(owned);
+        return std::find(owned.begin(), owned.end(), child) != owned.end();
+    }
+
     // An object of OBJECTS whose owner names nothing (or was dropped) goes to the container
     // that lists it, or is dropped when none does; one with no owner at all (R13 writers gave
-    // some only as a reactor) goes to the container that lists it, or stays as it is.
+    // some only as a reactor) goes to the container that lists it, or stays as it is. One whose
+    // owner does not list it, while another container does, goes to that container: owners
+    // decide what is written with what (and what R14 leaves out).
     void repairOwners() {
-        std::vector<ObjectId> strays;
+        const auto listedBy = containers();
         for (const ObjectId id : objects_) {
+            if (id == ids_.namedObjects || id.isErased()) continue;
             const ObjectId owner = id.slot()->object->ownerId();
-            if (id != ids_.namedObjects && !id.isErased() && !isLive(owner)) strays.push_back(id);
-        }
-        if (!strays.empty()) {
-            const auto listedBy = containers();
-            for (const ObjectId id : strays) {
-                auto object = open<DbObject>(id, OpenMode::ForWrite);
-                if (!object) continue;
-                const bool unowned = object->ownerId().isNull();
-                const std::string what =
-                    std::string(object->dxfName()) + " " + id.handle().toHex() +
-                    (unowned
-                         ? ": it has no owner"
-                         : ": its owner " + object->ownerId().handle().toHex() +
-                               (object->ownerId().isValid() ? " was dropped" : " names no object"));
-                const auto it = listedBy.find(id.slot());
-                if (it != listedBy.end()) {
-                    object->setOwnerId(it->second);
-                    issue(kIssueDanglingOwner,
-                          what + "; the owner is now " + it->second.handle().toHex(), id.handle());
-                } else if (!unowned) {
-                    object.close();
-                    drop(id);
-                    issue(kIssueDanglingOwner, what + " and nothing lists it; it was dropped",
-                          id.handle());
-                }
+            const auto lister = listedBy.find(id.slot());
+            const bool listed = lister != listedBy.end();
+            if (isLive(owner) && (!listed || lister->second == owner || lists(owner, id))) continue;
+            if (isLive(owner) || owner.isNull()) {
+                if (!listed) continue;
+            }
+            auto object = open<DbObject>(id, OpenMode::ForWrite);
+            if (!object) continue;
+            const std::string what =
+                std::string(object->dxfName()) + " " + id.handle().toHex() +
+                (owner.isNull()    ? ": it has no owner"
+                 : isLive(owner)   ? ": its owner " + owner.handle().toHex() + " does not list it"
+                 : owner.isValid() ? ": its owner " + owner.handle().toHex() + " was dropped"
+                                   : ": its owner " + owner.handle().toHex() + " names no object");
+            if (listed) {
+                object->setOwnerId(lister->second);
+                issue(kIssueDanglingOwner,
+                      what + "; the owner is now " + lister->second.handle().toHex(), id.handle());
+            } else {
+                object.close();
+                drop(id);
+                issue(kIssueDanglingOwner, what + " and nothing lists it; it was dropped",
+                      id.handle());
             }
         }
         cutOwnerCycles();
@@ -1032,20 +1042,33 @@ private:
                 path.push_back(current);
                 current = current.slot()->object->ownerId();
             }
-            if (current.isValid() && state[current.slot()] == 1) {
-                auto object = open<DbObject>(current, OpenMode::ForWrite);
-                const ObjectId root =
-                    current == ids_.namedObjects ? ObjectId::kNull : ids_.namedObjects;
-                if (object) object->setOwnerId(root);
-                issue(kIssueOwnerCycle,
-                      std::string(current.slot()->object->dxfName()) + " " +
-                          current.handle().toHex() +
-                          ": its owners lead back to it; its owner is now the named-objects "
-                          "dictionary",
-                      current.handle());
-            }
+            if (current.isValid() && state[current.slot()] == 1) cutCycleAt(current);
             for (const ObjectId id : path) state[id.slot()] = 2;
         }
+    }
+
+    // The cycle is cut where it closes: the object leaves the dictionary of the cycle that
+    // lists it and becomes an entry of the named-objects dictionary, under the key it had, so
+    // it is listed by its owner and reachable from the root.
+    void cutCycleAt(ObjectId id) {
+        const ObjectId previous = id.slot()->object->ownerId();
+        std::string key = id.handle().toHex();
+        if (auto container = open<Dictionary>(previous, OpenMode::ForWrite)) {
+            container->nameAt(id, key);
+            container->remove(id);
+        }
+        if (id != ids_.namedObjects && isLive(ids_.namedObjects)) {
+            auto root = open<Dictionary>(ids_.namedObjects, OpenMode::ForWrite);
+            while (root && root->has(key)) key += "+";
+            if (root) root->setAt(key, id);
+        } else if (auto object = open<DbObject>(id, OpenMode::ForWrite)) {
+            object->setOwnerId(ObjectId::kNull);
+        }
+        issue(kIssueOwnerCycle,
+              std::string(id.slot()->object->dxfName()) + " " + id.handle().toHex() +
+                  ": its owners lead back to it; it is now the named-objects dictionary's " +
+                  quoted(key),
+              id.handle());
     }
 
     void repairDictionaries() {

@@ -410,13 +410,23 @@ private:
 
     // ---- OBJECTS ----
 
+    // An object and what it owns: what names it as owner among what it lists, and its
+    // extension dictionary. A list alone does not make an object part of another's tree.
     void collectSubtree(ObjectId id) {
         std::vector<ObjectId> todo{id};
+        std::vector<ObjectId> owned;
         while (!todo.empty()) {
             const ObjectId next = todo.back();
             todo.pop_back();
             if (!next.isValid() || !skipped_.insert(next.slot()).second) continue;
-            next.slot()->object->ownedObjects(todo);
+            const DbObject* object = next.slot()->object.get();
+            owned.clear();
+            object->ownedObjects(owned);
+            owned.push_back(object->extensionDictionary());
+            for (const ObjectId child : owned) {
+                if (child.isValid() && child.slot()->object->ownerId() == next)
+                    todo.push_back(child);
+            }
         }
     }
 
