@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "vantor/registry/ManagementWindows.h"
+
 namespace vantor::cli {
 
 inline constexpr int kExitOk = 0;
@@ -56,6 +58,19 @@ inline std::vector<std::string> splitGroupPath(const std::string& text) {
 }
 
 // A position as typed: decimal digits only.
+// Selects an existing management window, loading its list as the drop-down does; a clear
+// failure when there is none at that position.
+inline bool selectWindow(ManagementWindows& windows, int position) {
+    const int count = static_cast<int>(windows.names().size());
+    if (position >= count) {
+        failure("no management window " + std::to_string(position) + " (there are " +
+                std::to_string(count) + ")");
+        return false;
+    }
+    windows.selectionChanged(position);
+    return true;
+}
+
 inline std::optional<int> parsePosition(std::string_view text) {
     int value = 0;
     auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);

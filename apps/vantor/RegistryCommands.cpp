@@ -42,16 +42,7 @@ public:
         windows_.loadTabList();
     }
 
-    bool select(int position) {
-        const int count = static_cast<int>(windows_.names().size());
-        if (position >= count) {
-            failure("no management window " + std::to_string(position) + " (there are " +
-                    std::to_string(count) + ")");
-            return false;
-        }
-        windows_.selectionChanged(position);
-        return true;
-    }
+    bool select(int position) { return selectWindow(windows_, position); }
 
     ModuleSettings& settings() { return settings_; }
     DrawingList& list() { return list_; }

@@ -40,17 +40,7 @@ public:
     DrawingList& list() { return list_; }
     cad::app::ScriptedDialogs& dialogs() { return dialogs_; }
 
-    // Selects an existing window, loading its list; a clear failure otherwise.
-    bool select(int position) {
-        const int count = static_cast<int>(windows_.names().size());
-        if (position >= count) {
-            failure("no management window " + std::to_string(position) + " (there are " +
-                    std::to_string(count) + ")");
-            return false;
-        }
-        windows_.selectionChanged(position);
-        return true;
-    }
+    bool select(int position) { return selectWindow(windows_, position); }
 
     // Every message the operation showed, as "[title] text"; errors go to stderr.
     void printMessages() const {
