@@ -1,5 +1,5 @@
 // Filling the specification lists.
-#include "vantor/placement/SpecCascade.h"
+#include "vantor/placement/ChoiceCascade.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -25,7 +25,7 @@ double numberAt(std::string_view text, std::size_t& at) {
 
 }  // namespace
 
-const std::string& SpecCascade::field(const PartRecord& record, std::size_t list,
+const std::string& ChoiceCascade::field(const PartRecord& record, std::size_t list,
                                       bool englishName) {
     switch (list) {
         case 0:
@@ -45,7 +45,7 @@ const std::string& SpecCascade::field(const PartRecord& record, std::size_t list
     }
 }
 
-bool SpecCascade::itemBefore(std::string_view a, std::string_view b) {
+bool ChoiceCascade::itemBefore(std::string_view a, std::string_view b) {
     std::size_t i = 0;
     std::size_t j = 0;
     while (i < a.size() && j < b.size()) {
@@ -64,36 +64,36 @@ bool SpecCascade::itemBefore(std::string_view a, std::string_view b) {
     return a < b;  // "M06" and "M6": still one order
 }
 
-SpecCascade::SpecCascade(std::vector<PartRecord> records, std::optional<std::size_t> lastChosen)
+ChoiceCascade::ChoiceCascade(std::vector<PartRecord> records, std::optional<std::size_t> lastChosen)
     : records_(std::move(records)), lastChosen_(lastChosen) {
     if (lastChosen_ && *lastChosen_ >= records_.size()) lastChosen_.reset();
     fillFrom(0);
 }
 
-void SpecCascade::setEnglishNames(bool english) {
+void ChoiceCascade::setEnglishNames(bool english) {
     english_ = english;
     fillFrom(0);
 }
 
-const std::string& SpecCascade::choice(std::size_t list) const {
+const std::string& ChoiceCascade::choice(std::size_t list) const {
     static const std::string none;
     return selected_[list] < 0 ? none : items_[list][static_cast<std::size_t>(selected_[list])];
 }
 
-void SpecCascade::select(std::size_t list, int item) {
+void ChoiceCascade::select(std::size_t list, int item) {
     if (list >= kListCount || item < 0 || static_cast<std::size_t>(item) >= items_[list].size())
         return;
     selected_[list] = item;
     fillFrom(list + 1);
 }
 
-bool SpecCascade::matchesChoices(const PartRecord& record, std::size_t lists) const {
+bool ChoiceCascade::matchesChoices(const PartRecord& record, std::size_t lists) const {
     for (std::size_t j = 0; j < lists; ++j)
         if (field(record, j, english_) != choice(j)) return false;
     return true;
 }
 
-const PartRecord* SpecCascade::chosen() const {
+const PartRecord* ChoiceCascade::chosen() const {
     for (const PartRecord& record : records_)
         if (matchesChoices(record, kListCount)) return &record;
     return nullptr;
@@ -102,7 +102,7 @@ const PartRecord* SpecCascade::chosen() const {
 // A value shared by several records is listed once: the user picks a size, not a record, and
 // the later lists tell the records apart. When the record chosen before no longer fits, the
 // first item is selected, so the cascade always ends on a record.
-void SpecCascade::fillFrom(std::size_t first) {
+void ChoiceCascade::fillFrom(std::size_t first) {
     for (std::size_t k = first; k < kListCount; ++k) {
         std::vector<std::string>& items = items_[k];
         items.clear();

@@ -14,7 +14,7 @@
 
 namespace vantor {
 
-class SpecCascade {
+class ChoiceCascade {
 public:
     // Name, Spec, Material, Weight, Price, Remark, User1 .. User6.
     static constexpr std::size_t kListCount = 12;
@@ -28,7 +28,7 @@ public:
 
     // The group's records in stored order; `lastChosen` indexes the record chosen before (the
     // one selected in the library window), whose values the lists select where they can.
-    explicit SpecCascade(std::vector<PartRecord> records,
+    explicit ChoiceCascade(std::vector<PartRecord> records,
                          std::optional<std::size_t> lastChosen = std::nullopt);
 
     // The "show English names" check box: the lists are filled again from the first.

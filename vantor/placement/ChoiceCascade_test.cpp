@@ -1,6 +1,6 @@
 // The specification lists narrowing a group down to one record as a user picks name, size and
 // material, and the order of their items.
-#include "vantor/placement/SpecCascade.h"
+#include "vantor/placement/ChoiceCascade.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ PartRecord part(const char* kname, const char* ename, const char* spec, const ch
     return record;
 }
 
-class SpecCascadeTest : public ::testing::Test {
+class ChoiceCascadeTest : public ::testing::Test {
 protected:
     // Names repeat with different sizes and materials, in the order they were entered.
     std::vector<PartRecord> group = {
@@ -26,13 +26,13 @@ protected:
         part("렌치볼트", "Socket bolt", "M8x25", "SCM435"),  // 3
         part("육각볼트", "Hex bolt", "M10x40", "SUS304"),    // 4
     };
-    std::size_t chosenIndex(const SpecCascade& cascade) {
+    std::size_t chosenIndex(const ChoiceCascade& cascade) {
         return static_cast<std::size_t>(cascade.chosen() - cascade.records().data());
     }
 };
 
-TEST_F(SpecCascadeTest, NarrowsByEachChoiceAndKeepsChoicesThatStillFit) {
-    SpecCascade cascade(group, 0);
+TEST_F(ChoiceCascadeTest, NarrowsByEachChoiceAndKeepsChoicesThatStillFit) {
+    ChoiceCascade cascade(group, 0);
     EXPECT_EQ(cascade.items(0), (std::vector<std::string>{"렌치볼트", "육각볼트"}));
     EXPECT_EQ(cascade.choice(0), "육각볼트");
     EXPECT_EQ(cascade.items(1), (std::vector<std::string>{"M8x30", "M10x40"}));
@@ -60,12 +60,12 @@ TEST_F(SpecCascadeTest, NarrowsByEachChoiceAndKeepsChoicesThatStillFit) {
     EXPECT_EQ(chosenIndex(cascade), 3u);
 }
 
-TEST_F(SpecCascadeTest, WithoutEarlierChoiceTheFirstItemsLeadToARecord) {
-    SpecCascade cascade(group);
+TEST_F(ChoiceCascadeTest, WithoutEarlierChoiceTheFirstItemsLeadToARecord) {
+    ChoiceCascade cascade(group);
     EXPECT_EQ(cascade.choice(0), "렌치볼트");
     EXPECT_EQ(chosenIndex(cascade), 3u);
-    EXPECT_EQ(SpecCascade({}).chosen(), nullptr);
-    EXPECT_EQ(SpecCascade({}).selection(0), -1);
+    EXPECT_EQ(ChoiceCascade({}).chosen(), nullptr);
+    EXPECT_EQ(ChoiceCascade({}).selection(0), -1);
 }
 
 struct OrderCase {
@@ -77,11 +77,11 @@ struct OrderCase {
 class ItemOrder : public ::testing::TestWithParam<OrderCase> {};
 
 TEST_P(ItemOrder, SortsAsASizeTableReads) {
-    EXPECT_TRUE(SpecCascade::itemBefore(GetParam().before, GetParam().after));
-    EXPECT_FALSE(SpecCascade::itemBefore(GetParam().after, GetParam().before));
+    EXPECT_TRUE(ChoiceCascade::itemBefore(GetParam().before, GetParam().after));
+    EXPECT_FALSE(ChoiceCascade::itemBefore(GetParam().after, GetParam().before));
 }
 
-INSTANTIATE_TEST_SUITE_P(SpecCascade, ItemOrder,
+INSTANTIATE_TEST_SUITE_P(ChoiceCascade, ItemOrder,
                          ::testing::Values(OrderCase{"sizes_by_value", "M8x30", "M10x25"},
                                            OrderCase{"decimals_by_value", "0.0078", "0.017"},
                                            OrderCase{"nominal_sizes", "JIS 10K 25A",
