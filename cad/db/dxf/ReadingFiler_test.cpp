@@ -178,6 +178,23 @@ TEST_F(Filers, AnUnknownFirstSubclassStaysAfterTheOwner) {
     EXPECT_EQ(filer_.ownerHandle(), Handle{0x3D});
 }
 
+TEST_F(Filers, AGroupLeftOpenIsClosedBeforeTheOwner) {
+    // Found by fuzzing: written as read, the open group took in the owner written after it.
+    exist(Handle{0x3D});
+    Probe probe;
+    ASSERT_TRUE(read(dxf({{0, "PROBE"}, {5, "2A"}, {102, "{APP"}, {1071, "5"}, {100, "AcDbProbe"}}),
+                     probe));
+    ObjectId owner;
+    db_.getObjectId(owner, false, Handle{0x3D});
+    probe.setOwnerId(owner);
+    Probe again;
+    ASSERT_TRUE(read(write(probe), again));
+    EXPECT_EQ(filer_.ownerHandle(), Handle{0x3D});
+    ASSERT_EQ(again.keptTags().size(), 1u);
+    EXPECT_EQ(again.keptTags()[0].tags,
+              (std::vector<RawTag>{{102, "{APP"}, {1071, "5"}, {102, "}"}}));
+}
+
 TEST_F(Filers, StructuresWithoutMarkersAreOneSubclass) {
     // R12 writes no subclass markers; written back, the markers are there and what no field
     // took follows the last subclass.

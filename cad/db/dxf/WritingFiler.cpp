@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kPaperSpaceCode = 67;
 constexpr int kMarkerCode = 100;
+constexpr int kGroupCode = 102;
 
 // Codes introduced after R14 for data every entity or object may carry.
 bool isAfterR14(int code) {
@@ -106,17 +107,21 @@ void WritingFiler::writeCommonPart() {
     // the class does not know, which came before any it knows, stand after it.
     const auto& kept = object.keptTags();
     std::vector<const RawTag*> subclasses;
+    bool groupOpen = false;
     for (std::size_t i = 0; i < kept.size(); ++i) {
         if (keptWritten_[i] || !kept[i].subclass.empty()) continue;
         keptWritten_[i] = 1;
         for (const RawTag& tag : kept[i].tags) {
             if (tag.code == kMarkerCode || !subclasses.empty()) {
                 subclasses.push_back(&tag);
-            } else {
-                writeRawTag(tag);
+                continue;
             }
+            if (tag.code == kGroupCode) groupOpen = tag.value.starts_with('{');
+            writeRawTag(tag);
         }
     }
+    // A group a damaged file left open is closed, or it would take in the owner.
+    if (groupOpen) out_.writeRaw(kGroupCode, "}");
     writeReference(330, object.ownerId());
     for (const RawTag* tag : subclasses) writeRawTag(*tag);
 }
