@@ -182,7 +182,12 @@ TEST_F(Filers, AGroupLeftOpenIsClosedBeforeTheOwner) {
     // Found by fuzzing: written as read, the open group took in the owner written after it.
     exist(Handle{0x3D});
     Probe probe;
-    ASSERT_TRUE(read(dxf({{0, "PROBE"}, {5, "2A"}, {102, "{APP"}, {1071, "5"}, {100, "AcDbProbe"}}),
+    ASSERT_TRUE(read(dxf({{0, "PROBE"},
+                          {5, "2A"},
+                          {102, "{APP"},
+                          {1071, "5"},
+                          {100, "AcDbProbe"},
+                          {100, "AcDbProbeData"}}),
                      probe));
     ObjectId owner;
     db_.getObjectId(owner, false, Handle{0x3D});
