@@ -200,6 +200,26 @@ TEST_F(Filers, AGroupLeftOpenIsClosedBeforeTheOwner) {
               (std::vector<RawTag>{{102, "{APP"}, {1071, "5"}, {102, "}"}}));
 }
 
+TEST_F(Filers, ASecondOwnerInTheHeadStaysSecond) {
+    // Found by fuzzing: kept before the owner, the stray 330 was the owner at the next read.
+    exist(Handle{0x3D});
+    exist(Handle{0x3E});
+    Probe probe;
+    ASSERT_TRUE(read(dxf({{0, "PROBE"},
+                          {5, "2A"},
+                          {330, "3D"},
+                          {330, "3E"},
+                          {100, "AcDbProbe"},
+                          {100, "AcDbProbeData"}}),
+                     probe));
+    ObjectId owner;
+    db_.getObjectId(owner, false, Handle{0x3D});
+    probe.setOwnerId(owner);
+    Probe again;
+    ASSERT_TRUE(read(write(probe), again));
+    EXPECT_EQ(filer_.ownerHandle(), Handle{0x3D});
+}
+
 TEST_F(Filers, StructuresWithoutMarkersAreOneSubclass) {
     // R12 writes no subclass markers; written back, the markers are there and what no field
     // took follows the last subclass.

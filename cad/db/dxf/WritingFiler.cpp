@@ -103,27 +103,29 @@ void WritingFiler::writeCommonPart() {
         }
     }
     if (reactorsOpen) out_.writeRaw(102, "}");
-    // Kept tags of the head: other applications' 102 groups stand before the owner; subclasses
-    // the class does not know, which came before any it knows, stand after it.
+    // Kept tags of the head: other applications' 102 groups stand before the owner; anything
+    // else a damaged file put there (a second 330, subclasses the class does not know) stands
+    // after it, where the next reader cannot take it for the owner.
     const auto& kept = object.keptTags();
-    std::vector<const RawTag*> subclasses;
+    std::vector<const RawTag*> after;
     bool groupOpen = false;
     for (std::size_t i = 0; i < kept.size(); ++i) {
         if (keptWritten_[i] || !kept[i].subclass.empty()) continue;
         keptWritten_[i] = 1;
         for (const RawTag& tag : kept[i].tags) {
-            if (tag.code == kMarkerCode || !subclasses.empty()) {
-                subclasses.push_back(&tag);
+            const bool opens = tag.code == kGroupCode && tag.value.starts_with('{');
+            if (!after.empty() || (!groupOpen && !opens) || tag.code == kMarkerCode) {
+                after.push_back(&tag);
                 continue;
             }
-            if (tag.code == kGroupCode) groupOpen = tag.value.starts_with('{');
+            if (tag.code == kGroupCode) groupOpen = opens;
             writeRawTag(tag);
         }
     }
     // A group a damaged file left open is closed, or it would take in the owner.
     if (groupOpen) out_.writeRaw(kGroupCode, "}");
     writeReference(330, object.ownerId());
-    for (const RawTag* tag : subclasses) writeRawTag(*tag);
+    for (const RawTag* tag : after) writeRawTag(*tag);
 }
 
 void WritingFiler::writeKept(std::string_view subclass) {
