@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -347,6 +348,9 @@ TEST_F(Filers, DefaultsAreLeftOutAndR14KeepsNoNewerCodes) {
     const std::string r14 = write(probe, DxfVersion::R14);
     EXPECT_EQ(r14.find("370\n"), std::string::npos) << "lineweights came with R2000";
     EXPECT_NE(r14.find(" 62\n1\n"), std::string::npos);
+    // Found by fuzzing: a computed value that overflowed must not make the file unreadable.
+    probe.size = std::numeric_limits<double>::infinity();
+    EXPECT_NE(write(probe).find(" 40\n0.0\n"), std::string::npos);
 }
 
 }  // namespace

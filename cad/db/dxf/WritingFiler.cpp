@@ -2,6 +2,7 @@
 #include "cad/db/dxf/WritingFiler.h"
 
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -19,6 +20,12 @@ constexpr int kGroupCode = 102;
 bool isAfterR14(int code) {
     return code == 160 || code == 347 || code == 348 || (code >= 370 && code <= 399) ||
            (code >= 420 && code <= 481);
+}
+
+// A number that overflowed in some computation has no DXF form, and readers refuse "inf":
+// it is written as 0 so the file stays readable.
+double finite(double value) {
+    return std::isfinite(value) ? value : 0.0;
 }
 
 std::string toHex(std::string_view bytes) {
@@ -193,11 +200,11 @@ void WritingFiler::int64(int code, std::int64_t& value) {
 }
 
 void WritingFiler::real(int code, double& value) {
-    out_.writeDouble(code, value);
+    out_.writeDouble(code, finite(value));
 }
 
 void WritingFiler::real(int code, double& value, double defaultValue) {
-    if (value != defaultValue) out_.writeDouble(code, value);
+    if (value != defaultValue) out_.writeDouble(code, finite(value));
 }
 
 void WritingFiler::boolean(int code, bool& value) {
@@ -205,15 +212,15 @@ void WritingFiler::boolean(int code, bool& value) {
 }
 
 void WritingFiler::point(int code, ge::Point3d& value) {
-    out_.writePoint(code, value.x, value.y, value.z);
+    out_.writePoint(code, finite(value.x), finite(value.y), finite(value.z));
 }
 
 void WritingFiler::point2d(int code, ge::Point3d& value) {
-    out_.writePoint2d(code, value.x, value.y);
+    out_.writePoint2d(code, finite(value.x), finite(value.y));
 }
 
 void WritingFiler::vector(int code, ge::Vector3d& value) {
-    out_.writePoint(code, value.x, value.y, value.z);
+    out_.writePoint(code, finite(value.x), finite(value.y), finite(value.z));
 }
 
 void WritingFiler::vector(int code, ge::Vector3d& value, const ge::Vector3d& defaultValue) {
@@ -260,9 +267,9 @@ void WritingFiler::resbufs(ResBufChain& chain) {
                         out_.writeString(item.code, value);
                     }
                 } else if constexpr (std::is_same_v<T, double>) {
-                    out_.writeDouble(item.code, value);
+                    out_.writeDouble(item.code, finite(value));
                 } else if constexpr (std::is_same_v<T, ge::Point3d>) {
-                    out_.writePoint(item.code, value.x, value.y, value.z);
+                    out_.writePoint(item.code, finite(value.x), finite(value.y), finite(value.z));
                 } else if constexpr (std::is_same_v<T, BinaryChunk>) {
                     // One value is one tag, whatever its length: splitting it would change the
                     // chain an application reads back.
