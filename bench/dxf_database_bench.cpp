@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -106,6 +107,13 @@ const Drawing& drawing() {
     return cached;
 }
 
+long currentRssKb() {
+    std::ifstream statm("/proc/self/statm");
+    long pages = 0, resident = 0;
+    statm >> pages >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
 long maxRssKb() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -121,16 +129,23 @@ public:
         std::ofstream("/proc/self/clear_refs") << "5";
         base_ = maxRssKb();
     }
-    void stop() { peak_ = std::max(peak_, maxRssKb() - base_); }
+    void stop() {
+        peak_ = std::max(peak_, maxRssKb() - base_);
+        malloc_trim(0);
+        kept_ = std::max(kept_, currentRssKb() - base_);
+    }
     void report(benchmark::State& state, std::size_t fileSize) const {
         state.counters["peak_x_file"] =
             static_cast<double>(peak_) * 1024.0 / static_cast<double>(fileSize);
+        state.counters["kept_x_file"] =
+            static_cast<double>(kept_) * 1024.0 / static_cast<double>(fileSize);
         state.counters["file_MB"] = static_cast<double>(fileSize) / 1e6;
     }
 
 private:
     long base_ = 0;
     long peak_ = 0;
+    long kept_ = 0;
 };
 
 void BM_ReadDwgFile(benchmark::State& state) {
