@@ -33,6 +33,8 @@ public:
     void close();
 
     bool isOpen() const { return fd_ >= 0; }
+    // The system's descriptor while open (-1 otherwise), for mapping the file into memory.
+    int descriptor() const { return fd_; }
 
 private:
     int fd_ = -1;
