@@ -21,6 +21,9 @@
 #include "cad/sys/SharedFile.h"
 
 namespace cad::db {
+namespace dxf {
+class DxfFile;
+}
 
 class DbObject;
 class IdMapping;
@@ -158,6 +161,9 @@ public:
 
 private:
     class Cloner;  // DatabaseClone.cpp
+    // Reads a file's bytes through every stage into a fresh database that replaces this
+    // one's content only when all of them succeed.
+    ErrorStatus readDxf(dxf::DxfFile file, const std::string& name);
     // addObject without DbObject::addedToDatabase: a clone's references still name the
     // source's objects until translation, and must not be acted on (a group copy would make
     // itself a reactor of the original members).

@@ -10,6 +10,7 @@
 #include "cad/db/dxf/DxfFile.h"
 #include "cad/db/dxf/StructureLoader.h"
 #include "cad/sys/AtomicFile.h"
+#include "cad/sys/MappedFile.h"
 
 namespace cad::db {
 namespace {
@@ -24,10 +25,11 @@ DxfVersion savedVersionOf(DxfVersion read) {
 
 ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareMode, bool) {
     if (openCount_ > 0) return ErrorStatus::eInvalidOpenState;
+    // The file stays open, and shared as asked, until it has been read.
     sys::SharedFile file;
-    std::string bytes;
+    sys::MappedFile mapping;
     ErrorStatus es = file.open(path, shareMode);
-    if (es == ErrorStatus::eOk) es = file.readAll(bytes);
+    if (es == ErrorStatus::eOk) es = mapping.map(file);
     if (es != ErrorStatus::eOk) {
         lastErrorMessage_ = path + ": " +
                             (es == ErrorStatus::eFileNotFound    ? "the file does not exist"
@@ -35,20 +37,22 @@ ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareM
                                                                  : "the file cannot be read");
         return es;
     }
-    file.close();
-    es = readDxfBytes(std::move(bytes), path);
+    es = readDxf(dxf::DxfFile::fromMapping(std::move(mapping)), path);
     if (es == ErrorStatus::eOk) fileName_ = path;
     return es;
 }
 
 ErrorStatus Database::readDxfBytes(std::string bytes, const std::string& name) {
     if (openCount_ > 0) return ErrorStatus::eInvalidOpenState;
-    const dxf::DxfFile file = dxf::DxfFile::fromBytes(std::move(bytes));
+    return readDxf(dxf::DxfFile::fromBytes(std::move(bytes)), name);
+}
+
+ErrorStatus Database::readDxf(dxf::DxfFile file, const std::string& name) {
     std::optional<dxf::DxfError> error = file.error();
     dxf::DxfStructure structure;
-    if (!error) error = dxf::StructureLoader::load(file.tags(), structure, file.place());
+    if (!error) error = dxf::StructureLoader::load(file, structure);
     Database fresh(false, noDocument_);
-    if (!error) error = dxf::DxfDatabaseReader::read(structure, file.place(), fresh);
+    if (!error) error = dxf::DxfDatabaseReader::read(structure, file, fresh);
     if (error) {
         lastErrorMessage_ = name + ": " + error->message;
         return ErrorStatus::eBadDwgFile;

@@ -70,7 +70,7 @@ std::string_view kindWord(SymbolKind kind) {
     return "record";
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string out;
     out.reserve(text.size() + 2);
     out += '"';
@@ -140,14 +140,15 @@ SymbolTableKind tableKindOf(SymbolKind kind) {
 
 class Loader final : private ReadingFiler::SymbolResolver {
 public:
-    Loader(const DxfStructure& structure, TagPlace place, Database& db)
+    Loader(const DxfStructure& structure, DxfFile& file, Database& db)
         : structure_(structure),
-          place_(place),
+          file_(file),
+          place_(file.place()),
           db_(db),
           ids_(db.wellKnownIds()),
-          version_(fileVersion(structure)),
+          version_(fileVersion()),
           codePage_(fileCodePage(structure.acadVersion, structure.codePageName)),
-          filer_(db, version_, codePage_, place, *this) {}
+          filer_(db, version_, codePage_, place_, *this) {}
 
     std::optional<DxfError> load() {
         db_.setOriginalFileVersion(version_);
@@ -208,19 +209,34 @@ private:
         }
     };
 
-    static DxfVersion fileVersion(const DxfStructure& structure) {
-        if (structure.variable("$ACADVER") != nullptr) {
-            return dxfVersionFromAcadVer(structure.acadVersion).value_or(DxfVersion::R12);
+    // Called while constructing, so it reads only what is set before version_.
+    DxfVersion fileVersion() {
+        if (structure_.variable("$ACADVER") != nullptr) {
+            return dxfVersionFromAcadVer(structure_.acadVersion).value_or(DxfVersion::R12);
         }
         // A file without a header (a fragment) says its age by its subclass markers.
-        for (const Section& section : structure.sections) {
-            for (const TagSpan item : section.items) {
-                for (const Tag& tag : item) {
-                    if (tag.code == 100) return DxfVersion::R2000;
-                }
+        for (const Section& section : structure_.sections) {
+            for (const TagRun& run : section.items) {
+                const std::optional<TagSpan> item = file_.tagsOf(run);
+                if (item && std::any_of(item->begin(), item->end(),
+                                        [](const Tag& tag) { return tag.code == 100; }))
+                    return DxfVersion::R2000;
             }
         }
         return DxfVersion::R12;
+    }
+
+    // Calls `visit` with the tags of each of the section's items in turn, read again from the
+    // file, until it answers false. False when it did, or when the file no longer reads as it
+    // did when its structure was taken (another program wrote over it meanwhile).
+    template <class Visit>
+    bool eachItem(const Section& section, Visit visit) {
+        for (const TagRun& run : section.items) {
+            const std::optional<TagSpan> item = file_.tagsOf(run);
+            if (!item) return fail(run.line, "the file changed on disk while it was being read");
+            if (!visit(*item)) return false;
+        }
+        return true;
     }
 
     bool hasHandles() const { return version_ >= DxfVersion::R13; }
@@ -255,8 +271,8 @@ private:
     bool readClasses() {
         const Section* section = structure_.section("CLASSES");
         if (section == nullptr) return true;
-        for (const TagSpan item : section->items) {
-            if (typeOf(item) != "CLASS") continue;
+        return eachItem(*section, [this](TagSpan item) {
+            if (typeOf(item) != "CLASS") return true;
             std::vector<RawTag> tags;
             std::string dxfName;
             std::string className;
@@ -269,8 +285,8 @@ private:
             }
             if (!dxfName.empty()) classNames_.emplace(dxfName, className);
             db_.dxfClasses().push_back(std::move(tags));
-        }
-        return true;
+            return true;
+        });
     }
 
     // Handles the file does not give (R12, damaged objects) must not collide with any it
@@ -280,9 +296,8 @@ private:
         std::size_t count = 0;
         for (const Section& section : structure_.sections) {
             count += section.items.size();
-            for (const TagSpan item : section.items) {
-                const Handle handle = ReadingFiler::handleOf(item);
-                if (largest < handle) largest = handle;
+            for (const TagRun& item : section.items) {
+                if (largest < item.handle) largest = item.handle;
             }
         }
         db_.setHandseed(largest.next());
@@ -407,7 +422,7 @@ private:
     bool readTables(const Section& section) {
         ObjectId table;
         bool skipping = false;  // the records of a table we cannot place
-        for (const TagSpan item : section.items) {
+        return eachItem(section, [&](TagSpan item) {
             const std::string_view type = typeOf(item);
             if (type == "TABLE") {
                 skipping = false;
@@ -425,12 +440,12 @@ private:
                           placeText(place_, item.front().line) +
                               ": a table of unknown kind was dropped with its records",
                           ReadingFiler::handleOf(item));
-                    continue;
+                    return true;
                 }
                 ObjectId& known = tableId(*kind);
                 if (!known.isNull()) {
                     table = known;  // a table given twice: its records join the first
-                    continue;
+                    return true;
                 }
                 auto object = readItem(item, Placement::Object);
                 if (!object) return false;
@@ -447,8 +462,8 @@ private:
                 if (id.isNull()) return false;
                 listRecord(table, id, item);
             }
-        }
-        return true;
+            return true;
+        });
     }
 
     void listRecord(ObjectId table, ObjectId id, TagSpan item) {
@@ -468,7 +483,7 @@ private:
         drop(id);
         issue(kIssueBadTableRecord,
               placeText(place_, item.front().line) + ": " + std::string(typeOf(item)) + " " +
-                  quoted(name) +
+                  inQuotes(name) +
                   (nameless                           ? " has no name"
                    : es == ErrorStatus::eDuplicateKey ? " repeats a name of its table"
                                                       : " does not belong in its table") +
@@ -520,7 +535,7 @@ private:
         const ObjectId id = makeRecord(kind, tags);
         if (reportMissing_ && (hasHandles() || !implicitInR12) && madeTables_.count(kind) == 0) {
             issue(kIssueMissingStandardObject,
-                  "the standard " + std::string(tableName(kind)) + " record " + quoted(name) +
+                  "the standard " + std::string(tableName(kind)) + " record " + inQuotes(name) +
                       " is missing; it was made",
                   id.handle());
         }
@@ -650,13 +665,13 @@ private:
             case SymbolKind::Block:
                 id = makeBlock(name);
                 issue(kIssueMissingBlock,
-                      "block " + quoted(name) +
+                      "block " + inQuotes(name) +
                           " is referenced but not defined; an empty definition was made",
                       id.handle());
                 return id;
         }
         issue(kIssueMissingSymbol,
-              std::string(kindWord(kind)) + " " + quoted(name) + " is not defined; it was made",
+              std::string(kindWord(kind)) + " " + inQuotes(name) + " is not defined; it was made",
               id.handle());
         return id;
     }
@@ -724,21 +739,21 @@ private:
     bool defineBlocks(const Section& section) {
         buildSymbolMap(SymbolKind::Block);
         auto& blocks = names_[static_cast<std::size_t>(SymbolKind::Block)];
-        for (const TagSpan item : section.items) {
-            if (typeOf(item) != "BLOCK") continue;
+        return eachItem(section, [&](TagSpan item) {
+            if (typeOf(item) != "BLOCK") return true;
             const std::string name = blockName(item);
             if (trimBlanks(name).empty())
                 return fail(item.front().line, "expected the block's name (group code 2)");
-            if (blocks.count(folded(name)) != 0) continue;
+            if (blocks.count(folded(name)) != 0) return true;
             const ObjectId id = makeBlockRecord(name);
             if (hasHandles() && madeTables_.count(SymbolTableKind::BlockRecord) == 0) {
                 issue(kIssueMissingStandardObject,
-                      placeText(place_, item.front().line) + ": block " + quoted(name) +
+                      placeText(place_, item.front().line) + ": block " + inQuotes(name) +
                           " has no BLOCK_RECORD; it was made",
                       id.handle());
             }
-        }
-        return true;
+            return true;
+        });
     }
 
     void ensureLayoutBlocks() {
@@ -752,7 +767,7 @@ private:
                 id = makeBlockRecord(std::string(name));
                 if (hasHandles() && madeTables_.count(SymbolTableKind::BlockRecord) == 0) {
                     issue(kIssueMissingStandardObject,
-                          "block " + quoted(name) + " is missing; it was made", id.handle());
+                          "block " + inQuotes(name) + " is missing; it was made", id.handle());
                 }
             }
             (name == BlockTableRecord::kModelSpace ? ids_.modelSpace : ids_.paperSpace) = id;
@@ -762,18 +777,18 @@ private:
     bool readBlocks(const Section& section) {
         OpenRecord current;
         ObjectId recordId;
-        const Tag* blockStart = nullptr;
+        std::optional<std::uint32_t> blockStart;  // where the open block starts
         bool dropping = false;  // the entities of a block defined twice
         Sequence sequence;
-        for (const TagSpan item : section.items) {
+        const bool read = eachItem(section, [&](TagSpan item) {
             const std::string_view type = typeOf(item);
             if (type == "BLOCK") {
-                if (blockStart != nullptr) {
+                if (blockStart) {
                     return fail(item.front().line,
                                 "expected 0 ENDBLK before 0 BLOCK: the block at " +
-                                    placeText(place_, blockStart->line) + " has no end");
+                                    placeText(place_, *blockStart) + " has no end");
                 }
-                blockStart = &item.front();
+                blockStart = item.front().line;
                 recordId = lookUp(SymbolKind::Block, blockName(item));
                 BlockTableRecord* record = current.get(recordId);
                 if (record == nullptr) return fail(item.front().line, "cannot open the block");
@@ -785,17 +800,16 @@ private:
                     drop(id);
                     issue(kIssueBadTableRecord,
                           placeText(place_, item.front().line) + ": block " +
-                              quoted(record->name()) +
+                              inQuotes(record->name()) +
                               " is defined twice; the second definition was dropped",
                           id.handle());
                 } else {
                     record->setBlockBegin(id);
                 }
             } else if (type == "ENDBLK") {
-                if (blockStart == nullptr)
-                    return fail(item.front().line, "expected 0 BLOCK before 0 ENDBLK");
+                if (!blockStart) return fail(item.front().line, "expected 0 BLOCK before 0 ENDBLK");
                 endSequence(sequence);
-                blockStart = nullptr;
+                blockStart.reset();
                 auto end = readItem(item, Placement::Entity);
                 if (!end) return false;
                 const ObjectId id = store(std::move(end), item, recordId);
@@ -806,18 +820,18 @@ private:
                     record->setBlockEnd(id);
                 }
             } else {
-                if (blockStart == nullptr) {
+                if (!blockStart) {
                     return fail(item.front().line,
                                 "expected 0 BLOCK before 0 " + std::string(type));
                 }
-                if (!readEntity(item, recordId, current, sequence, dropping)) return false;
+                return readEntity(item, recordId, current, sequence, dropping);
             }
+            return true;
+        });
+        if (read && blockStart) {
+            return fail(*blockStart, "the block has no end: expected 0 ENDBLK before 0 ENDSEC");
         }
-        if (blockStart != nullptr) {
-            return fail(blockStart->line,
-                        "the block has no end: expected 0 ENDBLK before 0 ENDSEC");
-        }
-        return true;
+        return read;
     }
 
     // Closes a run of sub-entities; a run the file did not close gets its SEQEND.
@@ -901,9 +915,10 @@ private:
     bool readEntities(const Section& section) {
         OpenRecord current;
         Sequence sequence;
-        for (const TagSpan item : section.items) {
-            if (!readEntity(item, ObjectId::kNull, current, sequence, false)) return false;
-        }
+        const bool read = eachItem(section, [&](TagSpan item) {
+            return readEntity(item, ObjectId::kNull, current, sequence, false);
+        });
+        if (!read) return false;
         current.record.close();
         endSequence(sequence);
         return true;
@@ -935,7 +950,7 @@ private:
     // ---- Objects ----
 
     bool readObjects(const Section& section) {
-        for (const TagSpan item : section.items) {
+        return eachItem(section, [this](TagSpan item) {
             auto object = readItem(item, Placement::Object);
             if (!object) return false;
             const Handle ownerHandle = filer_.ownerHandle();
@@ -954,14 +969,14 @@ private:
                       placeText(place_, item.front().line) + ": " + std::string(typeOf(item)) +
                           " is not an object; it was dropped",
                       id.handle());
-                continue;
+                return true;
             }
             objects_.push_back(id);
             // The first object of the section is the named-objects dictionary.
             if (ids_.namedObjects.isNull() && isDictionary && owner.isNull())
                 ids_.namedObjects = id;
-        }
-        return true;
+            return true;
+        });
     }
 
     // ---- The second pass ----
@@ -1067,7 +1082,7 @@ private:
         issue(kIssueOwnerCycle,
               std::string(id.slot()->object->dxfName()) + " " + id.handle().toHex() +
                   ": its owners lead back to it; it is now the named-objects dictionary's " +
-                  quoted(key),
+                  inQuotes(key),
               id.handle());
     }
 
@@ -1084,7 +1099,7 @@ private:
             for (const std::string& key : dangling) {
                 dictionary->remove(key);
                 issue(kIssueDanglingDictionaryEntry,
-                      "dictionary " + id.handle().toHex() + ": entry " + quoted(key) +
+                      "dictionary " + id.handle().toHex() + ": entry " + inQuotes(key) +
                           " names no object; it was removed",
                       id.handle());
             }
@@ -1211,7 +1226,7 @@ private:
             record->setLayoutId(id);
         if (version_ >= DxfVersion::R2000) {
             issue(kIssueMissingStandardObject,
-                  "layout block " + recordId.handle().toHex() + " has no layout; " + quoted(name) +
+                  "layout block " + recordId.handle().toHex() + " has no layout; " + inQuotes(name) +
                       " was made",
                   id.handle());
         }
@@ -1227,6 +1242,7 @@ private:
     }
 
     const DxfStructure& structure_;
+    DxfFile& file_;
     TagPlace place_;
     Database& db_;
     Database::WellKnownIds& ids_;
@@ -1254,9 +1270,9 @@ private:
 
 }  // namespace
 
-std::optional<DxfError> DxfDatabaseReader::read(const DxfStructure& structure, TagPlace place,
+std::optional<DxfError> DxfDatabaseReader::read(const DxfStructure& structure, DxfFile& file,
                                                 Database& database) {
-    return Loader(structure, place, database).load();
+    return Loader(structure, file, database).load();
 }
 
 }  // namespace cad::db::dxf

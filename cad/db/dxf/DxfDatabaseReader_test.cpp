@@ -47,15 +47,16 @@ std::string fileBytes(const std::filesystem::path& path) {
 // The structures of each type a file's object sections hold, counted by the lower stages
 // alone. (Sections R2000 has no place for, such as ACDSDATA, are not kept.)
 std::map<std::string, int> countInFile(const std::filesystem::path& path) {
-    const DxfFile file = DxfFile::fromBytes(fileBytes(path));
+    DxfFile file = DxfFile::fromBytes(fileBytes(path));
     DxfStructure structure;
-    EXPECT_FALSE(StructureLoader::load(file.tags(), structure, file.place()).has_value());
+    EXPECT_FALSE(StructureLoader::load(file, structure).has_value());
     std::map<std::string, int> counts;
     for (const Section& section : structure.sections) {
         if (section.name != "TABLES" && section.name != "BLOCKS" && section.name != "ENTITIES" &&
             section.name != "OBJECTS")
             continue;
-        for (const TagSpan item : section.items) ++counts[std::string(trimBlanks(item[0].value))];
+        for (const TagRun& run : section.items)
+            ++counts[std::string(trimBlanks(file.tagsOf(run)->front().value))];
     }
     counts.erase("ENDTAB");
     return counts;

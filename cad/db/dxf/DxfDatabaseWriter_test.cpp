@@ -24,8 +24,8 @@
 #include "cad/db/SymbolTable.h"
 #include "cad/db/Text.h"
 #include "cad/db/Xrecord.h"
-#include "cad/db/dxf/DxfFile.h"
 #include "cad/db/dxf/StructureLoader.h"
+#include "cad/db/dxf/TagReader.h"
 #include "cad/sys/CodePage.h"
 #include "cad/sys/TestTempFolder.h"
 #include "tests/support/ExternalReaders.h"
@@ -248,15 +248,18 @@ protected:
     // The written file through the lower reading stages only: independent of the database.
     struct Written {
         std::string bytes;
-        DxfFile file;
+        TextArena arena;
+        std::vector<Tag> tags;
         DxfStructure structure;
+        TagSpan operator[](const TagRun& run) const {
+            return TagSpan(tags).subspan(run.start, run.count);
+        }
     };
     std::unique_ptr<Written> parse(const std::string& path) {
-        auto written = std::unique_ptr<Written>(new Written{
-            folder_.readBytes(std::filesystem::path(path).filename().string()),
-            DxfFile::fromBytes(folder_.readBytes(std::filesystem::path(path).filename().string())),
-            {}});
-        EXPECT_FALSE(StructureLoader::load(written->file.tags(), written->structure).has_value());
+        auto written = std::make_unique<Written>();
+        written->bytes = folder_.readBytes(std::filesystem::path(path).filename().string());
+        EXPECT_FALSE(TagReader::read(written->bytes, written->tags, written->arena));
+        EXPECT_FALSE(StructureLoader::load(written->tags, written->structure).has_value());
         return written;
     }
 
@@ -282,7 +285,8 @@ TEST_F(MadeDrawing, SectionsAreLaidOutAsTheHostExpects) {
     Handle largest;
     std::map<std::string, TagSpan> byHandle;
     for (const Section& section : s.sections) {
-        for (const TagSpan item : section.items) {
+        for (const TagRun& run : section.items) {
+            const TagSpan item = (*written)[run];
             const std::string handle = valueOf(item, item[0].value == "DIMSTYLE" ? 105 : 5);
             if (!handle.empty()) byHandle[handle] = item;
             if (const auto h = Handle::fromHex(handle); h && largest < *h) largest = *h;
@@ -301,7 +305,7 @@ TEST_F(MadeDrawing, SectionsAreLaidOutAsTheHostExpects) {
     // The named-objects dictionary opens OBJECTS and lists what every drawing has.
     const Section* objects = s.section("OBJECTS");
     ASSERT_NE(objects, nullptr);
-    const TagSpan root = objects->items.front();
+    const TagSpan root = (*written)[objects->items.front()];
     EXPECT_EQ(root[0].value, "DICTIONARY");
     EXPECT_EQ(valueOf(root, 330), "0");
     std::string keys;
@@ -326,7 +330,8 @@ TEST_F(MadeDrawing, SectionsAreLaidOutAsTheHostExpects) {
     const Section* entities = s.section("ENTITIES");
     std::vector<std::string> after;
     bool seen = false;
-    for (const TagSpan item : entities->items) {
+    for (const TagRun& run : entities->items) {
+        const TagSpan item = (*written)[run];
         if (seen && after.size() < 2)
             after.push_back(std::string(item[0].value) + " " + valueOf(item, 330));
         seen = seen || item.data() == insert.data();
@@ -353,8 +358,8 @@ TEST_F(MadeDrawing, PaperSpaceEntitiesSaySo) {
         ->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{0, 1, 0}), sheetLine);
     const auto written = parse(save());
     std::map<std::string, std::string> flags;
-    for (const TagSpan item : written->structure.section("ENTITIES")->items)
-        flags[valueOf(item, 5)] = valueOf(item, 67);
+    for (const TagRun& run : written->structure.section("ENTITIES")->items)
+        flags[valueOf((*written)[run], 5)] = valueOf((*written)[run], 67);
     EXPECT_EQ(flags.at(sheetLine.handle().toHex()), "1");
     EXPECT_EQ(flags.at(line_.handle().toHex()), "");
 }
@@ -399,7 +404,8 @@ TEST_F(MadeDrawing, R14HasNoLayoutsAndNamesWhatItCannotHold) {
     const auto written = parse(save(DxfVersion::R14));
     EXPECT_EQ(written->structure.acadVersion, "AC1014");
     for (const Section& section : written->structure.sections) {
-        for (const TagSpan item : section.items) {
+        for (const TagRun& run : section.items) {
+            const TagSpan item = (*written)[run];
             EXPECT_NE(item[0].value, "LAYOUT");
             if (item[0].value == "BLOCK_RECORD") {
                 EXPECT_EQ(valueOf(item, 340), "") << "no layout links";

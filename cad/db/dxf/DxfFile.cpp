@@ -1,38 +1,92 @@
-// Loading a DXF file into memory and through the tag reader.
+// Holding a DXF file's bytes and reading runs of its tags again.
 #include "cad/db/dxf/DxfFile.h"
 
-#include <fstream>
+#include <algorithm>
 
 #include "cad/db/dxf/TagReader.h"
+#include "cad/sys/SharedFile.h"
 
 namespace cad::db::dxf {
+namespace {
+
+// Pages are let go in steps of this size, so a pass over a large file keeps only a few
+// megabytes of it mapped in, at the cost of one system call per step.
+constexpr std::uint32_t kReleaseStep = 4u << 20;
+
+}  // namespace
+
+DxfFile::DxfFile() : arena_(std::make_unique<TextArena>()) {}
+DxfFile::DxfFile(DxfFile&&) noexcept = default;
+DxfFile& DxfFile::operator=(DxfFile&&) noexcept = default;
+DxfFile::~DxfFile() = default;
 
 DxfFile DxfFile::fromBytes(std::string bytes) {
     DxfFile file;
-    file.bytes_ = std::make_unique<std::string>(std::move(bytes));
-    file.arena_ = std::make_unique<TextArena>();
-    file.binary_ = TagReader::isBinaryDxf(*file.bytes_);
-    file.error_ = TagReader::read(*file.bytes_, file.tags_, *file.arena_);
+    file.owned_ = std::make_unique<std::string>(std::move(bytes));
+    file.bytes_ = *file.owned_;
+    file.check();
+    return file;
+}
+
+DxfFile DxfFile::fromMapping(sys::MappedFile mapping) {
+    DxfFile file;
+    file.mapping_ = std::move(mapping);
+    file.bytes_ = file.mapping_.bytes();
+    file.check();
     return file;
 }
 
 DxfFile DxfFile::fromPath(const std::filesystem::path& path) {
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(path, ec);
-    std::ifstream stream(path, std::ios::binary);
-    std::string bytes;
-    if (!ec && stream) {
-        bytes.resize(static_cast<std::size_t>(size));
-        stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    }
-    if (ec || !stream) {
+    sys::SharedFile shared;
+    sys::MappedFile mapping;
+    if (shared.open(path.string(), sys::ShareMode::DenyNone) != ErrorStatus::eOk ||
+        mapping.map(shared) != ErrorStatus::eOk) {
         DxfFile file;
-        file.bytes_ = std::make_unique<std::string>();
-        file.arena_ = std::make_unique<TextArena>();
         file.error_ = DxfError{0, "cannot read " + path.string()};
         return file;
     }
-    return fromBytes(std::move(bytes));
+    return fromMapping(std::move(mapping));
+}
+
+void DxfFile::check() {
+    error_ = TagReader::refusal(bytes_);
+    binary_ = !error_ && TagReader::isBinaryDxf(bytes_);
+    if (binary_) error_ = TagReader::read(bytes_, tags_, *arena_);
+}
+
+std::optional<TagSpan> DxfFile::heldTags() const {
+    if (!binary_) return std::nullopt;
+    return TagSpan(tags_);
+}
+
+std::optional<TagSpan> DxfFile::tagsOf(const TagRun& run) {
+    if (binary_) {
+        if (run.start > tags_.size() || tags_.size() - run.start < run.count) return std::nullopt;
+        return TagSpan(tags_).subspan(run.start, run.count);
+    }
+    reached(run.start);
+    scratch_.clear();
+    TextTagCursor cursor(bytes_, run.start, run.line);
+    Tag tag;
+    std::optional<DxfError> error;
+    while (scratch_.size() < run.count && cursor.next(tag, error)) scratch_.push_back(tag);
+    if (scratch_.size() != run.count || scratch_.empty() || scratch_.front().code != 0)
+        return std::nullopt;
+    return TagSpan(scratch_);
+}
+
+void DxfFile::reached(std::uint32_t offset) {
+    if (offset < keptFrom_) {
+        // A new pass from further back: the last one is done with what it left mapped.
+        mapping_.release(keptFrom_, furthest_);
+        keptFrom_ = furthest_ = offset;
+        return;
+    }
+    furthest_ = std::max(furthest_, offset);
+    if (offset - keptFrom_ >= kReleaseStep) {
+        mapping_.release(keptFrom_, offset);
+        keptFrom_ = offset;
+    }
 }
 
 }  // namespace cad::db::dxf

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cad/db/dxf/DxfFile.h"
+#include "cad/db/dxf/TagReader.h"
 
 namespace cad::db::dxf {
 namespace {
@@ -21,17 +22,20 @@ struct Loaded {
 Loaded load(std::string text) {
     Loaded loaded{DxfFile::fromBytes(std::move(text)), {}, {}};
     EXPECT_TRUE(loaded.file.ok()) << loaded.file.error()->message;
-    loaded.error = StructureLoader::load(loaded.file.tags(), loaded.structure);
+    loaded.error = StructureLoader::load(loaded.file, loaded.structure);
     return loaded;
 }
 
-// "NAME:item,item|" per section, each item named by its code-0 value and tag count.
-std::string outline(const DxfStructure& structure) {
+// "NAME:item,item|" per section, each item named by its code-0 value and tag count, as read
+// again from the file.
+std::string outline(Loaded& loaded) {
     std::string text;
-    for (const Section& section : structure.sections) {
+    for (const Section& section : loaded.structure.sections) {
         text += section.name + ":";
-        for (const TagSpan& item : section.items) {
-            text += std::string(item.front().value) + "/" + std::to_string(item.size()) + ",";
+        for (const TagRun& run : section.items) {
+            const auto item = loaded.file.tagsOf(run);
+            if (!item) return "unreadable";
+            text += std::string(item->front().value) + "/" + std::to_string(item->size()) + ",";
         }
         text += "|";
     }
@@ -97,24 +101,51 @@ EOF
 )";
 
 TEST(StructureLoader, GroupsSectionsIntoItemsStartingAtCodeZero) {
-    const Loaded loaded = load(kDrawing);
+    Loaded loaded = load(kDrawing);
     ASSERT_FALSE(loaded.error) << loaded.error->message;
-    EXPECT_EQ(outline(loaded.structure),
+    EXPECT_EQ(outline(loaded),
               "HEADER:|ENTITIES:LINE/3,POLYLINE/2,VERTEX/2,SEQEND/1,|THUMBNAILIMAGE:|");
     const Section* entities = loaded.structure.section("ENTITIES");
     ASSERT_NE(entities, nullptr);
     EXPECT_EQ(entities->line, 23u);
-    EXPECT_EQ(entities->items[0].front().line, 27u);
-    // Raw sections keep their tags between the name and ENDSEC.
-    const Section* thumbnail = loaded.structure.section("THUMBNAILIMAGE");
-    ASSERT_NE(thumbnail, nullptr);
-    ASSERT_EQ(thumbnail->tags.size(), 2u);
-    EXPECT_EQ(thumbnail->tags[1].value, "ABCD");
+    EXPECT_EQ(entities->items[0].line, 27u);
     EXPECT_EQ(loaded.structure.section("OBJECTS"), nullptr);
 }
 
+// Runs read again give exactly the tags a whole-file reading gives, wherever comments, CR LF
+// line ends and a byte order mark stand, and carry the handle each structure gives itself.
+TEST(StructureLoader, RunsReadAgainAsTheWholeFileReads) {
+    const std::string text =
+        "\xEF\xBB\xBF  0\r\nSECTION\r\n  2\r\nTABLES\r\n999\r\nnote\r\n  0\r\nDIMSTYLE\r\n"
+        "105\r\n1A\r\n  5\r\nFF\r\n  0\r\nLAYER\r\n  5\r\n2b\r\n999\r\nnote\r\n  2\r\n0\r\n"
+        "  0\r\nLINE\r\n100\r\nAcDbEntity\r\n  5\r\n3C\r\n  0\r\nENDSEC\r\n  0\r\nEOF\r\n";
+    Loaded loaded = load(text);
+    ASSERT_FALSE(loaded.error) << loaded.error->message;
+    std::vector<Tag> whole;
+    TextArena arena;
+    ASSERT_FALSE(TagReader::read(text, whole, arena));
+    const std::vector<TagRun>& runs = loaded.structure.sections.at(0).items;
+    ASSERT_EQ(runs.size(), 3u);
+    std::size_t next = 2;  // after SECTION and its name
+    for (const TagRun& run : runs) {
+        const auto item = loaded.file.tagsOf(run);
+        ASSERT_TRUE(item);
+        for (const Tag& tag : *item) {
+            EXPECT_EQ(tag.code, whole.at(next).code);
+            EXPECT_EQ(tag.value, whole.at(next).value);
+            EXPECT_EQ(tag.line, whole.at(next++).line);
+        }
+    }
+    EXPECT_EQ(runs[0].handle, Handle{0x1A}) << "DIMSTYLE gives its handle with 105";
+    EXPECT_EQ(runs[1].handle, Handle{0x2B});
+    EXPECT_TRUE(runs[2].handle.isNull()) << "a handle after the first subclass is not its own";
+    // A run that no longer reads as it did (the file changed on disk) is refused.
+    EXPECT_FALSE(loaded.file.tagsOf(TagRun{runs[1].start + 3, runs[1].line, runs[1].count, {}}));
+    EXPECT_FALSE(loaded.file.tagsOf(TagRun{runs[2].start, runs[2].line, runs[2].count + 9, {}}));
+}
+
 TEST(StructureLoader, ReadsHeaderVariablesUpToTheNextNine) {
-    const Loaded loaded = load(kDrawing);
+    Loaded loaded = load(kDrawing);
     ASSERT_FALSE(loaded.error) << loaded.error->message;
     ASSERT_EQ(loaded.structure.header.size(), 3u);
     const HeaderVariable* extmin = loaded.structure.variable("$EXTMIN");
@@ -138,9 +169,9 @@ struct FragmentRow {
 class LoadFragment : public testing::TestWithParam<FragmentRow> {};
 
 TEST_P(LoadFragment, LoadsWithDefaultsForWhatIsMissing) {
-    const Loaded loaded = load(GetParam().file);
+    Loaded loaded = load(GetParam().file);
     ASSERT_FALSE(loaded.error) << loaded.error->message;
-    EXPECT_EQ(outline(loaded.structure), GetParam().outline);
+    EXPECT_EQ(outline(loaded), GetParam().outline);
     EXPECT_EQ(loaded.structure.acadVersion, GetParam().acadVersion);
     EXPECT_EQ(loaded.structure.codePageName, GetParam().codePage);
 }
@@ -177,7 +208,7 @@ struct BrokenRow {
 class LoadBroken : public testing::TestWithParam<BrokenRow> {};
 
 TEST_P(LoadBroken, NamesTheLineAndWhatWasExpected) {
-    const Loaded loaded = load(GetParam().file);
+    Loaded loaded = load(GetParam().file);
     ASSERT_TRUE(loaded.error);
     EXPECT_EQ(loaded.error->line, GetParam().line);
     EXPECT_EQ(loaded.error->message, GetParam().message);
@@ -217,7 +248,7 @@ TEST(StructureLoader, BinaryFilesArePlacedByOffset) {
                                       std::string("\0\0SECTION\0\2\0BLOCKS\0", 19));
     ASSERT_TRUE(file.ok()) << file.error()->message;
     DxfStructure structure;
-    const auto error = StructureLoader::load(file.tags(), structure, file.place());
+    const auto error = StructureLoader::load(file, structure);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->message,
               "offset 22: section BLOCKS has no end: expected 0 ENDSEC before the end of the file");

@@ -3,6 +3,7 @@
 // nothing per tag.
 #include "cad/db/dxf/TagReader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -95,40 +96,15 @@ std::size_t countLineFeeds(std::string_view text) {
 }
 
 std::optional<DxfError> readText(std::string_view bytes, std::vector<Tag>& tags) {
-    if (bytes.starts_with(kUtf8Bom)) bytes.remove_prefix(kUtf8Bom.size());
-    const char* p = bytes.data();
-    const char* const end = p + bytes.size();
     tags.reserve(tags.size() + countLineFeeds(bytes) / 2 + 1);
-
-    std::uint32_t line = 1;
-    while (p < end) {
-        int code = 0;
-        const char* codeEnd = parseCode(p, end, code);
-        if (!codeEnd) {
-            std::string_view found(p, static_cast<std::size_t>(lineEnd(p, end) - p));
-            if (found.ends_with('\r')) found.remove_suffix(1);
-            return dxfError(TagPlace::Line, line,
-                            "expected a group code, found '" + excerpt(found) + "'");
-        }
-        if (codeEnd == end || codeEnd + 1 == end) return endAfterCode(TagPlace::Line, line, code);
-        const char* value = codeEnd + 1;
-        const char* valueEnd = lineEnd(value, end);
-        p = valueEnd == end ? end : valueEnd + 1;
-
-        if (valueEnd > value && valueEnd[-1] == '\r') --valueEnd;
-        if (valueEnd > value && isBlank(valueEnd[-1])) {
-            const ValueType type = valueTypeOf(code);
-            if (type != ValueType::String && type != ValueType::Comment) {
-                while (valueEnd > value && isBlank(valueEnd[-1])) --valueEnd;
-            }
-        }
-        const Tag tag{code, {value, static_cast<std::size_t>(valueEnd - value)}, line};
-        line += 2;
-        if (code == kComment) continue;
+    TextTagCursor cursor(bytes);
+    Tag tag;
+    std::optional<DxfError> error;
+    while (cursor.next(tag, error)) {
         tags.push_back(tag);
-        if (code == 0 && isEof(tag)) break;
+        if (isEof(tag)) break;
     }
-    return {};
+    return error;
 }
 
 // Binary DXF: little-endian numbers, zero-terminated strings, binary chunks behind a length
@@ -251,6 +227,49 @@ private:
 
 }  // namespace
 
+TextTagCursor::TextTagCursor(std::string_view bytes) : TextTagCursor(bytes, 0, 1) {
+    if (bytes.starts_with(kUtf8Bom)) p_ += kUtf8Bom.size();
+}
+
+TextTagCursor::TextTagCursor(std::string_view bytes, std::uint32_t offset, std::uint32_t line)
+    : p_(bytes.data() + std::min<std::size_t>(offset, bytes.size())),
+      begin_(bytes.data()),
+      end_(bytes.data() + bytes.size()),
+      line_(line) {}
+
+bool TextTagCursor::next(Tag& tag, std::optional<DxfError>& error) {
+    while (p_ < end_) {
+        int code = 0;
+        const char* codeEnd = parseCode(p_, end_, code);
+        if (!codeEnd) {
+            std::string_view found(p_, static_cast<std::size_t>(lineEnd(p_, end_) - p_));
+            if (found.ends_with('\r')) found.remove_suffix(1);
+            error = dxfError(TagPlace::Line, line_,
+                             "expected a group code, found '" + excerpt(found) + "'");
+            return false;
+        }
+        if (codeEnd == end_ || codeEnd + 1 == end_) {
+            error = endAfterCode(TagPlace::Line, line_, code);
+            return false;
+        }
+        const char* value = codeEnd + 1;
+        const char* valueEnd = lineEnd(value, end_);
+        p_ = valueEnd == end_ ? end_ : valueEnd + 1;
+
+        if (valueEnd > value && valueEnd[-1] == '\r') --valueEnd;
+        if (valueEnd > value && isBlank(valueEnd[-1])) {
+            const ValueType type = valueTypeOf(code);
+            if (type != ValueType::String && type != ValueType::Comment) {
+                while (valueEnd > value && isBlank(valueEnd[-1])) --valueEnd;
+            }
+        }
+        tag = Tag{code, {value, static_cast<std::size_t>(valueEnd - value)}, line_};
+        line_ += 2;
+        if (code != kComment) return true;
+    }
+    return false;
+}
+
 bool TagReader::isBinaryDxf(std::string_view bytes) {
     return bytes.starts_with(kBinarySentinel);
 }
@@ -259,8 +278,7 @@ bool TagReader::isDwg(std::string_view bytes) {
     return bytes.starts_with("AC10");
 }
 
-std::optional<DxfError> TagReader::read(std::string_view bytes, std::vector<Tag>& tags,
-                                        TextArena& arena) {
+std::optional<DxfError> TagReader::refusal(std::string_view bytes) {
     // Line numbers and offsets are 32 bits; no drawing comes near that size.
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
         return DxfError{0, "the file is larger than 4 GiB and cannot be read"};
@@ -270,6 +288,12 @@ std::optional<DxfError> TagReader::read(std::string_view bytes, std::vector<Tag>
     if (isDwg(bytes)) {
         return DxfError{0, "DWG files cannot be read; save the drawing as DXF"};
     }
+    return {};
+}
+
+std::optional<DxfError> TagReader::read(std::string_view bytes, std::vector<Tag>& tags,
+                                        TextArena& arena) {
+    if (auto error = refusal(bytes)) return error;
     if (isBinaryDxf(bytes)) return BinaryReader(bytes, tags, arena).read();
     return readText(bytes, tags);
 }
