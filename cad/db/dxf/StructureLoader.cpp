@@ -13,6 +13,8 @@ namespace cad::db::dxf {
 namespace {
 
 constexpr int kVariableCode = 9;
+constexpr int kMarkerCode = 100;
+constexpr int kFirstXdataCode = 1001;
 
 std::string describe(const Tag& tag) {
     std::string_view value = trimBlanks(tag.value);
@@ -145,6 +147,7 @@ private:
         const std::size_t headerBegin = into_.headerTags.size();
         TagRun run;
         bool inItem = false;
+        bool seekingHandle = false;
         std::uint32_t start = cursor_.offset();
         std::uint32_t line = cursor_.line();
         Tag tag;
@@ -165,11 +168,17 @@ private:
                     return true;
                 }
                 inItem = true;
+                seekingHandle = true;
                 run = TagRun{start, line, 0, {}};
             }
             if (inItem) {
                 ++run.count;
-                itemTags_.push_back(tag);
+                // The handle stands in the common part, which ends at the first subclass
+                // marker or extended data: the tags after that cannot change it.
+                if (seekingHandle) {
+                    itemTags_.push_back(tag);
+                    seekingHandle = tag.code != kMarkerCode && tag.code != kFirstXdataCode;
+                }
             }
             if (header) into_.headerTags.push_back(tag);
             start = cursor_.offset();
