@@ -73,22 +73,6 @@ bool standsAlone(const DbObject& object) {
            dynamic_cast<const Vertex*>(&object) == nullptr;
 }
 
-std::string_view symbolWord(SymbolKind kind) {
-    switch (kind) {
-        case SymbolKind::Layer:
-            return "layer";
-        case SymbolKind::Linetype:
-            return "linetype";
-        case SymbolKind::TextStyle:
-            return "text style";
-        case SymbolKind::Block:
-            return "block";
-        case SymbolKind::DimStyle:
-            return "dimension style";
-    }
-    return "record";
-}
-
 class Auditor {
 public:
     // The ids are taken once: repairs add no objects, and sorting them by handle again for
@@ -332,8 +316,10 @@ private:
             const std::string what = named ? " names the erased " + describe(ref)
                                            : " names no object (" + describe(ref) + ")";
             if (field.kind == Kind::Symbol) {
-                report(kIssueMissingSymbol,
-                       describe(id) + ": its " + std::string(symbolWord(field.table)) + what, id);
+                report(
+                    kIssueMissingSymbol,
+                    describe(id) + ": its " + std::string(DxfFiler::recordWord(field.table)) + what,
+                    id);
                 if (const ObjectId standard = standardRecord(field.table); !standard.isNull())
                     replacements.push_back({ref.slot(), true, standard, issues_.size() - 1});
                 return;

@@ -71,6 +71,22 @@ public:
     // tables are read (a missing layer is made and reported); writing writes the record's
     // name; walking filers see it as a reference, which is how cloning brings layers along.
     enum class SymbolTable { Layer, Linetype, TextStyle, Block, DimStyle };
+    // What messages call a record of that table: "layer", "text style", ...
+    static std::string_view recordWord(SymbolTable table) {
+        switch (table) {
+            case SymbolTable::Layer:
+                return "layer";
+            case SymbolTable::Linetype:
+                return "linetype";
+            case SymbolTable::TextStyle:
+                return "text style";
+            case SymbolTable::Block:
+                return "block";
+            case SymbolTable::DimStyle:
+                return "dimension style";
+        }
+        return "record";
+    }
     virtual void symbol(int code, ObjectId& record, SymbolTable table) = 0;
     // As above, but written only when it is not `defaultRecord` (ByLayer linetypes).
     virtual void symbol(int code, ObjectId& record, SymbolTable table, ObjectId defaultRecord) = 0;

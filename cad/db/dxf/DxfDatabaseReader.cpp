@@ -54,22 +54,6 @@ std::string folded(std::string_view name) {
     return key;
 }
 
-std::string_view kindWord(SymbolKind kind) {
-    switch (kind) {
-        case SymbolKind::Layer:
-            return "layer";
-        case SymbolKind::Linetype:
-            return "linetype";
-        case SymbolKind::TextStyle:
-            return "text style";
-        case SymbolKind::Block:
-            return "block";
-        case SymbolKind::DimStyle:
-            return "dimension style";
-    }
-    return "record";
-}
-
 std::string inQuotes(std::string_view text) {
     std::string out;
     out.reserve(text.size() + 2);
@@ -671,7 +655,8 @@ private:
                 return id;
         }
         issue(kIssueMissingSymbol,
-              std::string(kindWord(kind)) + " " + inQuotes(name) + " is not defined; it was made",
+              std::string(DxfFiler::recordWord(kind)) + " " + inQuotes(name) +
+                  " is not defined; it was made",
               id.handle());
         return id;
     }
@@ -778,7 +763,7 @@ private:
         OpenRecord current;
         ObjectId recordId;
         std::optional<std::uint32_t> blockStart;  // where the open block starts
-        bool dropping = false;  // the entities of a block defined twice
+        bool dropping = false;                    // the entities of a block defined twice
         Sequence sequence;
         const bool read = eachItem(section, [&](TagSpan item) {
             const std::string_view type = typeOf(item);
@@ -1226,8 +1211,8 @@ private:
             record->setLayoutId(id);
         if (version_ >= DxfVersion::R2000) {
             issue(kIssueMissingStandardObject,
-                  "layout block " + recordId.handle().toHex() + " has no layout; " + inQuotes(name) +
-                      " was made",
+                  "layout block " + recordId.handle().toHex() + " has no layout; " +
+                      inQuotes(name) + " was made",
                   id.handle());
         }
     }

@@ -158,8 +158,7 @@ TEST(CorpusText, DecodesWithTheCodePageTheHeaderNames) {
         ASSERT_FALSE(StructureLoader::load(file, structure)) << row.file;
         const auto codePage = fileCodePage(structure.acadVersion, structure.codePageName);
         TextArena arena;
-        EXPECT_EQ(decodeText(valueAt(allTags(file, arena), row.code, row.line), codePage),
-                  row.utf8)
+        EXPECT_EQ(decodeText(valueAt(allTags(file, arena), row.code, row.line), codePage), row.utf8)
             << row.file;
     }
 }
@@ -183,7 +182,8 @@ TEST(CorpusFile, TagsSurviveMovingTheFile) {
     DxfFile moved = DxfFile::fromBytes("0\nSECTION\n2\nX\n0\nA\n0\nENDSEC\n0\nEOF\n");
     DxfStructure structure;
     ASSERT_FALSE(StructureLoader::load(moved, structure));
-    const std::string_view before = moved.tagsOf(structure.sections.at(0).items.at(0))->front().value;
+    const std::string_view before =
+        moved.tagsOf(structure.sections.at(0).items.at(0))->front().value;
     DxfFile file = std::move(moved);
     const auto item = file.tagsOf(structure.sections.at(0).items.at(0));
     ASSERT_TRUE(item);

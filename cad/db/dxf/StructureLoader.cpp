@@ -157,8 +157,8 @@ private:
                 if (type == "SECTION" || type == "EOF") {
                     error_ = dxfError(place_, section.line,
                                       "section " + section.name +
-                                          " has no end: expected 0 ENDSEC before " +
-                                          describe(tag) + " at " + placeText(place_, tag.line));
+                                          " has no end: expected 0 ENDSEC before " + describe(tag) +
+                                          " at " + placeText(place_, tag.line));
                     return false;
                 }
                 if (inItem) endItem(section, run);
