@@ -40,12 +40,11 @@ std::string int32Bytes(std::int32_t value) {
 }
 
 TEST(CountedTextTest, TwentySixBytesAreWrittenAsFlagOneLength25) {
-    struct Row {
+    const struct {
         const char* name;
         std::size_t size;
         std::string header;  // flag and length as they land on disk
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"empty", 0, "\0\0\0\0\0\0\0\0"s},
         {"length byte 0x0A gets a CR", 10, "\0\0\0\0\r\n\0\0\0"s},
         {"25 bytes", 25, "\0\0\0\0\x19\0\0\0"s},
@@ -132,14 +131,13 @@ TEST(CountedTextTest, Byte0x1AEndsTheData) {
 }
 
 TEST(CountedTextTest, DamagedLengthsAreRefusedWithoutAllocating) {
-    struct Row {
+    constexpr auto kMaxInt = std::numeric_limits<std::int32_t>::max();
+    const struct {
         const char* name;
         std::int32_t flag;
         std::int32_t length;
         std::size_t maxLength;
-    };
-    constexpr auto kMaxInt = std::numeric_limits<std::int32_t>::max();
-    const Row rows[] = {
+    } rows[] = {
         {"negative", 0, -5, kPathMax},
         {"2^31", 0, std::numeric_limits<std::int32_t>::min(), kPathMax},
         {"2^31-1 above the limit", 0, kMaxInt, kPathMax},
@@ -166,62 +164,36 @@ TEST(CountedTextTest, DamagedLengthsAreRefusedWithoutAllocating) {
     EXPECT_EQ(readCountedText(in, kPathMax), std::nullopt);
 }
 
-TEST(CountedTextTest, DecimalTexts) {
-    struct Row {
-        std::int64_t value;
-        std::string onDisk;
-    };
-    const Row rows[] = {
-        {0,
-         "\x01\0\0\0"s
-         "0"},
-        {-1,
-         "\x02\0\0\0"s
-         "-1"},
-        {26,
-         "\x02\0\0\0"s
-         "26"},
-        {1234567890,
-         "\r\n\0\0\0"s
-         "1234567890"},  // length 10 gets a CR
-        {-123456789,
-         "\r\n\0\0\0"s
-         "-123456789"},
-        {std::numeric_limits<std::int64_t>::max(),
-         "\x13\0\0\0"s
-         "9223372036854775807"},
-        {std::numeric_limits<std::int64_t>::min(),
-         "\x14\0\0\0"s
-         "-9223372036854775808"},
+TEST(CountedTextTest, DecimalTextsAndTheirRefusals) {
+    const std::pair<std::int64_t, std::string> rows[] = {
+        // clang-format off
+        {0, "\x01\0\0\0"s "0"},
+        {-1, "\x02\0\0\0"s "-1"},
+        {26, "\x02\0\0\0"s "26"},
+        {1234567890, "\r\n\0\0\0"s "1234567890"},  // length 10 gets a CR
+        {-123456789, "\r\n\0\0\0"s "-123456789"},
+        {std::numeric_limits<std::int64_t>::max(), "\x13\0\0\0"s "9223372036854775807"},
+        {std::numeric_limits<std::int64_t>::min(), "\x14\0\0\0"s "-9223372036854775808"},
+        // clang-format on
     };
     TestTempFolder folder;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.value);
+    for (const auto& [value, onDisk] : rows) {
+        SCOPED_TRACE(value);
         CrtFile out;
         ASSERT_EQ(out.open(folder.file("d.dat"), "w"), ErrorStatus::eOk);
-        EXPECT_TRUE(writeDecimalText(out, row.value));
+        EXPECT_TRUE(writeDecimalText(out, value));
         EXPECT_EQ(out.close(), ErrorStatus::eOk);
-        EXPECT_EQ(folder.readBytes("d.dat"), row.onDisk);
+        EXPECT_EQ(folder.readBytes("d.dat"), onDisk);
         CrtFile in;
         ASSERT_EQ(in.open(folder.file("d.dat"), "r"), ErrorStatus::eOk);
-        EXPECT_EQ(readDecimalText(in), row.value);
+        EXPECT_EQ(readDecimalText(in), value);
     }
-}
-
-TEST(CountedTextTest, MalformedDecimalTextsAreRefused) {
-    const std::string rows[] = {
-        int32Bytes(0),
-        int32Bytes(-1),
-        int32Bytes(21) + std::string(21, '1'),
-        int32Bytes(2) + "1a",
-        int32Bytes(1) + "-",
-        int32Bytes(2) + "+5",
-        int32Bytes(2) + " 5",
-        int32Bytes(20) + "99999999999999999999",  // beyond 64 bits
-        int32Bytes(5) + "12",                     // ends early
-    };
-    TestTempFolder folder;
-    for (const auto& onDisk : rows) {
+    for (const std::string& onDisk : {
+             int32Bytes(0), int32Bytes(-1), int32Bytes(21) + std::string(21, '1'),
+             int32Bytes(2) + "1a", int32Bytes(1) + "-", int32Bytes(2) + "+5", int32Bytes(2) + " 5",
+             int32Bytes(20) + "99999999999999999999",  // beyond 64 bits
+             int32Bytes(5) + "12",                     // ends early
+         }) {
         folder.writeBytes("d.dat", onDisk);
         CrtFile in;
         ASSERT_EQ(in.open(folder.file("d.dat"), "rb"), ErrorStatus::eOk);

@@ -36,24 +36,19 @@ std::string readThrough(const TestTempFolder& folder, std::string_view mode, std
     return all;
 }
 
-struct WriteRow {
-    const char* name;
-    std::string written;
-    std::string onDisk;
-};
-
 TEST(CrtFileTest, TextModeWriteStoresLineFeedAsCrLf) {
-    const WriteRow rows[] = {
+    std::string crLfs;
+    for (int i = 0; i < 5000; ++i) crLfs += "\r\n";
+    const struct {
+        const char* name;
+        std::string written;
+        std::string onDisk;
+    } rows[] = {
         {"line feed", "a\nb\n", "a\r\nb\r\n"},
         {"CR LF gets a second CR", "a\r\n", "a\r\r\n"},
         {"lone CR and 0x1A unchanged", "\r\x1A"s, "\r\x1A"s},
         {"zero bytes unchanged", "\0\n\0"s, "\0\r\n\0"s},
-        {"line feeds only", std::string(5000, '\n'),
-         [] {
-             std::string s;
-             for (int i = 0; i < 5000; ++i) s += "\r\n";
-             return s;
-         }()},
+        {"line feeds only", std::string(5000, '\n'), crLfs},
     };
     TestTempFolder folder;
     for (const auto& row : rows) {
@@ -64,35 +59,29 @@ TEST(CrtFileTest, TextModeWriteStoresLineFeedAsCrLf) {
     }
 }
 
-struct ReadRow {
-    const char* name;
-    std::string onDisk;
-    std::string textRead;
-};
-
 TEST(CrtFileTest, TextModeReadTranslatesAndStopsAt0x1A) {
     const std::string full(CrtFile::kBufferSize - 1, 'x');  // the next byte ends the buffer
-    const ReadRow rows[] = {
+    const struct {
+        const char* name;
+        std::string onDisk;
+        std::string textRead;
+    } rows[] = {
+        // clang-format off
         {"CR LF becomes LF", "a\r\nb\r\n", "a\nb\n"},
         {"lone LF stays", "a\nb", "a\nb"},
         {"lone CR stays", "a\rb", "a\rb"},
         {"CR CR LF", "\r\r\n", "\r\n"},
         {"CR at end of file", "ab\r", "ab\r"},
         {"CR before 0x1A", "a\r\x1A\n", "a\r"},
-        {"0x1A ends the data",
-         "ab\x1A"
-         "cd\r\n",
-         "ab"},
-        {"0x1A first",
-         "\x1A"
-         "abc",
-         ""},
+        {"0x1A ends the data", "ab\x1A" "cd\r\n", "ab"},
+        {"0x1A first", "\x1A" "abc", ""},
         {"empty file", "", ""},
         {"CR LF across the buffer boundary", full + "\r\nz", full + "\nz"},
         {"CR then other byte across the boundary", full + "\rz", full + "\rz"},
         {"CR then 0x1A across the boundary", full + "\r\x1Az", full + "\r"},
         {"CR last byte of a full buffer", full + "\r", full + "\r"},
         {"0x1A first byte of the second buffer", full + "y\x1Az", full + "y"},
+        // clang-format on
     };
     TestTempFolder folder;
     for (const auto& row : rows) {
@@ -107,12 +96,11 @@ TEST(CrtFileTest, TextModeReadTranslatesAndStopsAt0x1A) {
 }
 
 TEST(CrtFileTest, Int32ThroughTextMode) {
-    struct Row {
+    const struct {
         const char* name;
         std::int32_t value;
         std::string onDisk;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"plain", 0x01020304, "\x04\x03\x02\x01"},
         {"0x0A gets a CR", 10, "\r\n\0\0\0"s},
         {"all bytes 0x0A", 0x0A0A0A0A, "\r\n\r\n\r\n\r\n"},
@@ -159,7 +147,7 @@ TEST(CrtFileTest, Int32CutBy0x1AOrTheEndFails) {
     EXPECT_EQ(value, 26);
 }
 
-TEST(CrtFileTest, OpenModesAndRefusals) {
+TEST(CrtFileTest, OpenModesRefusalsAndFailedWrites) {
     TestTempFolder folder;
     std::filesystem::create_directory(folder.path() / "sub");
     CrtFile file;
@@ -182,10 +170,8 @@ TEST(CrtFileTest, OpenModesAndRefusals) {
     ASSERT_EQ(file.open(folder.file("out.dat"), "r"), ErrorStatus::eOk);
     EXPECT_EQ(file.open(folder.file("out.dat"), "r"), ErrorStatus::eInvalidOpenState);
     EXPECT_EQ(file.write("x", 1), 0u) << "a stream opened to read takes no writes";
-}
+    file.close();
 
-TEST(CrtFileTest, CloseReportsAFailedWrite) {
-    CrtFile file;
     ASSERT_EQ(file.open("/dev/full", "w"), ErrorStatus::eOk);
     EXPECT_EQ(file.write("abc", 3), 3u) << "buffered until the flush";
     EXPECT_EQ(file.close(), ErrorStatus::eFileWriteError);

@@ -50,7 +50,7 @@ TEST(FileSystemTest, ExistenceOfFilesAndFolders) {
     EXPECT_FALSE(folderExists(folder.file("missing")));
 }
 
-TEST(FileSystemTest, RenameNeverReplaces) {
+TEST(FileSystemTest, RenameNeverReplacesAndDeleteTakesOnlyFiles) {
     TestTempFolder folder;
     folder.writeBytes("UBList3.dat", "three");
     folder.writeBytes("UBList4.dat", "four");
@@ -73,41 +73,26 @@ TEST(FileSystemTest, RenameNeverReplaces) {
     fs::create_directory(folder.path() / "old");
     EXPECT_EQ(renameFile(folder.file("old"), folder.file("new")), ErrorStatus::eOk);
     EXPECT_TRUE(folderExists(folder.file("new")));
-}
 
-TEST(FileSystemTest, DeleteFileAnswers) {
-    TestTempFolder folder;
-    folder.writeBytes("a.dat", "");
-    fs::create_directory(folder.path() / "sub");
-    EXPECT_EQ(deleteFile(folder.file("a.dat")), ErrorStatus::eOk);
-    EXPECT_EQ(deleteFile(folder.file("a.dat")), ErrorStatus::eFileNotFound);
-    EXPECT_EQ(deleteFile(folder.file("sub")), ErrorStatus::eFileAccessErr);
-    EXPECT_TRUE(folderExists(folder.file("sub")));
+    EXPECT_EQ(deleteFile(folder.file("UBList3.dat")), ErrorStatus::eOk);
+    EXPECT_EQ(deleteFile(folder.file("UBList3.dat")), ErrorStatus::eFileNotFound);
+    EXPECT_EQ(deleteFile(folder.file("new")), ErrorStatus::eFileAccessErr);
+    EXPECT_TRUE(folderExists(folder.file("new")));
 }
 
 TEST(FileSystemTest, MakeDirectoryAnswersLikeMkdir) {
-    struct Row {
-        const char* name;
-        const char* path;
-        int result;
-        int error;
-    };
-    const Row rows[] = {
-        {"new folder", "DATA", 0, 0},
-        {"same folder again", "DATA", -1, EEXIST},
-        {"a file is in the way", "file.dat", -1, EEXIST},
-        {"parent missing", "missing/DATA", -1, ENOENT},
-        {"nested under the new one", "DATA/sub", 0, 0},
-    };
+    // In order: a new folder, the same again, a file in the way, no parent, under the new one.
+    const std::tuple<const char*, int, int> rows[] = {{"DATA", 0, 0},
+                                                      {"DATA", -1, EEXIST},
+                                                      {"file.dat", -1, EEXIST},
+                                                      {"missing/DATA", -1, ENOENT},
+                                                      {"DATA/sub", 0, 0}};
     TestTempFolder folder;
     folder.writeBytes("file.dat", "");
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [path, result, error] : rows) {
         errno = 0;
-        int result = makeDirectory(folder.file(row.path));
-        int error = errno;
-        EXPECT_EQ(result, row.result);
-        EXPECT_EQ(error, row.error);
+        EXPECT_EQ(makeDirectory(folder.file(path)), result) << path;
+        EXPECT_EQ(errno, error) << path;
     }
     EXPECT_TRUE(folderExists(folder.file("DATA/sub")));
 }

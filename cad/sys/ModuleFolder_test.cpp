@@ -18,67 +18,45 @@ class ModuleDirEnvironment {
 public:
     explicit ModuleDirEnvironment(const char* value) {
         if (const char* old = std::getenv(kName)) saved_ = old;
-        if (value) {
-            setenv(kName, value, 1);
-        } else {
-            unsetenv(kName);
-        }
+        set(value);
     }
-    ~ModuleDirEnvironment() {
-        if (saved_) {
-            setenv(kName, saved_->c_str(), 1);
-        } else {
-            unsetenv(kName);
-        }
-    }
+    ~ModuleDirEnvironment() { set(saved_ ? saved_->c_str() : nullptr); }
 
 private:
+    static void set(const char* value) { value ? setenv(kName, value, 1) : unsetenv(kName); }
     static constexpr const char* kName = "VANTOR_MODULE_DIR";
     std::optional<std::string> saved_;
 };
 
 void functionInThisExecutable() {}
+const void* const kInThisExecutable = reinterpret_cast<const void*>(&functionInThisExecutable);
 
 std::string executableFolder() {
     return std::filesystem::canonical("/proc/self/exe").parent_path().string() + "/";
 }
 
-TEST(ModuleFolder, IsTheExecutablesFolderForCodeLinkedIntoIt) {
+TEST(ModuleFolder, IsTheFolderOfTheFileTheCodeIsIn) {
     ModuleDirEnvironment unset(nullptr);
-    EXPECT_EQ(moduleFolder(reinterpret_cast<const void*>(&functionInThisExecutable)),
-              executableFolder());
-}
+    EXPECT_EQ(moduleFolder(kInThisExecutable), executableFolder());
 
-TEST(ModuleFolder, IsTheLibrarysFolderForCodeInASharedLibrary) {
-    ModuleDirEnvironment unset(nullptr);
-    const std::string folder = moduleFolder(reinterpret_cast<const void*>(&::getpid));
-    ASSERT_FALSE(folder.empty());
-    EXPECT_EQ(folder.front(), '/');
-    EXPECT_EQ(folder.back(), '/');
-    EXPECT_TRUE(std::filesystem::exists(folder + "libc.so.6")) << folder;
+    const std::string library = moduleFolder(reinterpret_cast<const void*>(&::getpid));
+    ASSERT_FALSE(library.empty());
+    EXPECT_EQ(library.front(), '/');
+    EXPECT_EQ(library.back(), '/');
+    EXPECT_TRUE(std::filesystem::exists(library + "libc.so.6")) << library;
+
+    int onTheStack = 0;
+    EXPECT_EQ(moduleFolder(&onTheStack), "") << "an address in no file";
 }
 
 TEST(ModuleFolder, EnvironmentOverridesAndGetsItsSlash) {
-    {
-        ModuleDirEnvironment set("/opt/vantor");
-        EXPECT_EQ(moduleFolder(reinterpret_cast<const void*>(&functionInThisExecutable)),
-                  "/opt/vantor/");
-    }
-    {
-        ModuleDirEnvironment set("/opt/vantor/");
+    for (const char* value : {"/opt/vantor", "/opt/vantor/"}) {
+        ModuleDirEnvironment set(value);
+        EXPECT_EQ(moduleFolder(kInThisExecutable), "/opt/vantor/");
         EXPECT_EQ(moduleFolder(nullptr), "/opt/vantor/");
     }
-    {
-        ModuleDirEnvironment empty("");
-        EXPECT_EQ(moduleFolder(reinterpret_cast<const void*>(&functionInThisExecutable)),
-                  executableFolder());
-    }
-}
-
-TEST(ModuleFolder, EmptyForAnAddressInNoFile) {
-    ModuleDirEnvironment unset(nullptr);
-    int onTheStack = 0;
-    EXPECT_EQ(moduleFolder(&onTheStack), "");
+    ModuleDirEnvironment empty("");
+    EXPECT_EQ(moduleFolder(kInThisExecutable), executableFolder());
 }
 
 }  // namespace

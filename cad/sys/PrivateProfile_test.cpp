@@ -49,61 +49,38 @@ protected:
     TestTempFolder temp_;
 };
 
-struct LookupRow {
-    const char* name;
-    std::string section;
-    std::string key;
-    std::string defaultValue;
-    std::string expected;
-};
-
-class ProfileLookup : public ProfileFileTest, public testing::WithParamInterface<LookupRow> {};
-
-TEST_P(ProfileLookup, FindsValueOrDefault) {
+TEST_F(ProfileFileTest, LookupFindsValueOrDefault) {
     temp_.writeBytes("Vantor.ini", kSettings);
-    const LookupRow& row = GetParam();
-    EXPECT_EQ(read(row.key, row.section, 255, row.defaultValue), row.expected);
+    const struct {
+        const char* name;
+        std::string section, key, defaultValue, expected;
+    } rows[] = {
+        {"PlainValue", "OPTION", "Option", "", "3073"},
+        {"NamesIgnoreCase", "option", "OPTION", "", "3073"},
+        {"BlanksAndLfOnlyLine", "OPTION", "DrawAngle", "", "0.00"},
+        {"BlanksAroundRequestedNames", " OPTION ", " DrawAngle", "", "0.00"},
+        {"DoubleQuotesRemoved", "OPTION", "savePath", "", "C:\\out\\parts.csv"},
+        {"SingleQuotesRemoved", "OPTION", "single", "", "x"},
+        {"UnmatchedQuoteKept", "OPTION", "unmatched", "", "\"abc"},
+        {"KoreanValue", "OPTION", "curListName", "", "주 관리창"},
+        {"KoreanKey", "setting", "너비", "", "800"},
+        {"CommentIsNoKey", "OPTION", ";Delimiter", "0", "0"},
+        {"LineWithoutEqualsIsEmptyKey", "OPTION", "Flag", "x", ""},
+        {"FirstOfRepeatedKeys", "OPTION", "option", "", "3073"},
+        {"EmptyValueIsNoDefault", "SETTING", "Label_Spec", "Spec", ""},
+        {"BlankInsideKeyName", "COLUMNS", "block NAME", "", "180"},
+        {"KeyOfOtherSection", "OPTION", "Width_KName", "dflt", "dflt"},
+        {"MissingSection", "NONE", "Option", "dflt", "dflt"},
+        {"DefaultLosesTrailingBlanks", "OPTION", "none", " d \t", " d"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(read(row.key, row.section, 255, row.defaultValue), row.expected) << row.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Reading, ProfileLookup,
-    testing::Values(LookupRow{"PlainValue", "OPTION", "Option", "", "3073"},
-                    LookupRow{"NamesIgnoreCase", "option", "OPTION", "", "3073"},
-                    LookupRow{"BlanksAndLfOnlyLine", "OPTION", "DrawAngle", "", "0.00"},
-                    LookupRow{"BlanksAroundRequestedNames", " OPTION ", " DrawAngle", "", "0.00"},
-                    LookupRow{"DoubleQuotesRemoved", "OPTION", "savePath", "",
-                              "C:\\out\\parts.csv"},
-                    LookupRow{"SingleQuotesRemoved", "OPTION", "single", "", "x"},
-                    LookupRow{"UnmatchedQuoteKept", "OPTION", "unmatched", "", "\"abc"},
-                    LookupRow{"KoreanValue", "OPTION", "curListName", "", "주 관리창"},
-                    LookupRow{"KoreanKey", "setting", "너비", "", "800"},
-                    LookupRow{"CommentIsNoKey", "OPTION", ";Delimiter", "0", "0"},
-                    LookupRow{"LineWithoutEqualsIsEmptyKey", "OPTION", "Flag", "x", ""},
-                    LookupRow{"FirstOfRepeatedKeys", "OPTION", "option", "", "3073"},
-                    LookupRow{"EmptyValueIsNoDefault", "SETTING", "Label_Spec", "Spec", ""},
-                    LookupRow{"BlankInsideKeyName", "COLUMNS", "block NAME", "", "180"},
-                    LookupRow{"KeyOfOtherSection", "OPTION", "Width_KName", "dflt", "dflt"},
-                    LookupRow{"MissingSection", "NONE", "Option", "dflt", "dflt"},
-                    LookupRow{"DefaultLosesTrailingBlanks", "OPTION", "none", " d \t", " d"}),
-    [](const auto& row) { return row.param.name; });
 
 TEST_F(ProfileFileTest, MissingFileGivesDefault) {
     EXPECT_EQ(read("Option", "OPTION", 255, "3073"), "3073");
     EXPECT_EQ(read(std::nullopt, "OPTION", 90), "");
-}
-
-struct CutRow {
-    const char* name;
-    std::string value;  // UTF-8
-    std::size_t bufferSize;
-    std::string expected;
-};
-
-class ProfileCut : public ProfileFileTest, public testing::WithParamInterface<CutRow> {};
-
-TEST_P(ProfileCut, CountsBytesOnDiskAndKeepsCharactersWhole) {
-    temp_.writeBytes("Vantor.ini", "[SETTING]\r\nLabel=" + utf8ToCp949(GetParam().value) + "\r\n");
-    EXPECT_EQ(read("Label", "SETTING", GetParam().bufferSize), GetParam().expected);
 }
 
 std::string repeated(std::string_view piece, std::size_t times) {
@@ -112,48 +89,51 @@ std::string repeated(std::string_view piece, std::size_t times) {
     return text;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Buffer, ProfileCut,
-    testing::Values(CutRow{"Ascii300To254", repeated("a", 300), 255, repeated("a", 254)},
-                    CutRow{"Ascii254Fits", repeated("a", 254), 255, repeated("a", 254)},
-                    CutRow{"Hangul400BytesTo254", repeated("가", 200), 255, repeated("가", 127)},
-                    CutRow{"PartialLeadByteDropped", "a" + repeated("가", 200), 255,
-                           "a" + repeated("가", 126)},
-                    CutRow{"QuotesRemovedBeforeCut", "\"" + repeated("b", 300) + "\"", 5, "bbbb"},
-                    CutRow{"BufferOfOne", "abc", 1, ""}, CutRow{"BufferOfZero", "abc", 0, ""}),
-    [](const auto& row) { return row.param.name; });
-
-TEST_F(ProfileFileTest, DefaultIsCutLikeAValue) {
-    EXPECT_EQ(read("none", "OPTION", 5, "abcdefgh"), "abcd");
+TEST_F(ProfileFileTest, CutCountsBytesOnDiskAndKeepsCharactersWhole) {
+    const struct {
+        const char* name;
+        std::string value;  // UTF-8
+        std::size_t bufferSize;
+        std::string expected;
+    } rows[] = {
+        {"Ascii300To254", repeated("a", 300), 255, repeated("a", 254)},
+        {"Ascii254Fits", repeated("a", 254), 255, repeated("a", 254)},
+        {"Hangul400BytesTo254", repeated("가", 200), 255, repeated("가", 127)},
+        {"PartialLeadByteDropped", "a" + repeated("가", 200), 255, "a" + repeated("가", 126)},
+        {"QuotesRemovedBeforeCut", "\"" + repeated("b", 300) + "\"", 5, "bbbb"},
+        {"BufferOfOne", "abc", 1, ""},
+        {"BufferOfZero", "abc", 0, ""},
+    };
+    for (const auto& row : rows) {
+        temp_.writeBytes("Vantor.ini", "[SETTING]\r\nLabel=" + utf8ToCp949(row.value) + "\r\n");
+        EXPECT_EQ(read("Label", "SETTING", row.bufferSize), row.expected) << row.name;
+    }
+    EXPECT_EQ(read("none", "OPTION", 5, "abcdefgh"), "abcd") << "the default is cut like a value";
     EXPECT_EQ(read("none", "OPTION", 4, "가나다"), "가");
 }
 
-struct KeyListRow {
-    const char* name;
-    std::string section;
-    std::size_t bufferSize;
-    std::string expected;
-};
-
-class ProfileKeyList : public ProfileFileTest, public testing::WithParamInterface<KeyListRow> {};
-
-TEST_P(ProfileKeyList, ListsNamesEachEndedByNul) {
+TEST_F(ProfileFileTest, KeyListNamesEachEndedByNul) {
     temp_.writeBytes("Vantor.ini", kSettings +
                                        "[ONE]\r\nOption=1\r\n"
                                        "[THREE]\r\nAlpha=1\r\n;Skipped=2\r\nBeta\r\nGamma=3\r\n");
-    EXPECT_EQ(read(std::nullopt, GetParam().section, GetParam().bufferSize), GetParam().expected);
+    const struct {
+        const char* name;
+        std::string section;
+        std::size_t bufferSize;
+        std::string expected;
+    } rows[] = {
+        {"OneKeyExists", "ONE", 90, "Option\0"s},
+        {"EmptySectionAbsent", "EMPTY", 90, ""},
+        {"MissingSectionAbsent", "NONE", 90, ""},
+        {"AllFit", "THREE", 18, "Alpha\0Beta\0Gamma\0"s},
+        {"LastNameCut", "THREE", 17, "Alpha\0Beta\0Gamm"s},
+        {"KoreanKeyName", "SETTING", 90, "너비\0Label_Spec\0"s},
+        {"TinyBuffer", "THREE", 2, ""},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(read(std::nullopt, row.section, row.bufferSize), row.expected) << row.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    SectionTest, ProfileKeyList,
-    testing::Values(KeyListRow{"OneKeyExists", "ONE", 90, "Option\0"s},
-                    KeyListRow{"EmptySectionAbsent", "EMPTY", 90, ""},
-                    KeyListRow{"MissingSectionAbsent", "NONE", 90, ""},
-                    KeyListRow{"AllFit", "THREE", 18, "Alpha\0Beta\0Gamma\0"s},
-                    KeyListRow{"LastNameCut", "THREE", 17, "Alpha\0Beta\0Gamm"s},
-                    KeyListRow{"KoreanKeyName", "SETTING", 90, "너비\0Label_Spec\0"s},
-                    KeyListRow{"TinyBuffer", "THREE", 2, ""}),
-    [](const auto& row) { return row.param.name; });
 
 TEST_F(ProfileFileTest, WritingCreatesFileAndSectionsInOrder) {
     EXPECT_TRUE(writePrivateProfileString("OPTION", "Option", "3073", ini()));

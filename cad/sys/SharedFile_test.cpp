@@ -105,23 +105,21 @@ TEST(SharedFileTest, ReadAllGivesTheBytesAsTheyAre) {
     EXPECT_EQ(out, bytes);
     EXPECT_EQ(file.readAll(out), ErrorStatus::eOk);
     EXPECT_EQ(out, bytes) << "a second read starts from the beginning again";
-}
-
-TEST(SharedFileTest, OpenRefusals) {
-    TestTempFolder folder;
-    std::filesystem::create_directory(folder.path() / "sub");
-    folder.writeBytes("lib.dwg", "");
-    SharedFile file;
-    EXPECT_EQ(file.open(folder.file("missing.dwg"), ShareMode::DenyWrite),
-              ErrorStatus::eFileNotFound);
-    EXPECT_EQ(file.open(folder.file("missing.dwg"), ShareMode::DenyNone),
-              ErrorStatus::eFileNotFound);
-    EXPECT_EQ(file.open(folder.file("sub"), ShareMode::DenyNone), ErrorStatus::eFileAccessErr);
-    EXPECT_EQ(file.open(folder.file("lib.dwg"), static_cast<ShareMode>(16)),
-              ErrorStatus::eInvalidInput);
-    ASSERT_EQ(file.open(folder.file("lib.dwg"), ShareMode::DenyNone), ErrorStatus::eOk);
     EXPECT_EQ(file.open(folder.file("lib.dwg"), ShareMode::DenyNone),
               ErrorStatus::eInvalidOpenState);
+}
+
+TEST(SharedFileTest, OpenRefusalsAndAnEmptyFile) {
+    TestTempFolder folder;
+    std::filesystem::create_directory(folder.path() / "sub");
+    folder.writeBytes("empty.dwg", "");
+    SharedFile file;
+    for (ShareMode mode : {ShareMode::DenyWrite, ShareMode::DenyNone})
+        EXPECT_EQ(file.open(folder.file("missing.dwg"), mode), ErrorStatus::eFileNotFound);
+    EXPECT_EQ(file.open(folder.file("sub"), ShareMode::DenyNone), ErrorStatus::eFileAccessErr);
+    EXPECT_EQ(file.open(folder.file("empty.dwg"), static_cast<ShareMode>(16)),
+              ErrorStatus::eInvalidInput);
+    ASSERT_EQ(file.open(folder.file("empty.dwg"), ShareMode::DenyNone), ErrorStatus::eOk);
     EXPECT_EQ(file.size(), 0);
 }
 

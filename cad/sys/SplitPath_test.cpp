@@ -6,66 +6,45 @@
 namespace cad::sys {
 namespace {
 
-struct SplitRow {
-    const char* name;
-    std::string path;
-    PathParts parts;
-};
-
-class SplitPathRows : public testing::TestWithParam<SplitRow> {};
-
-TEST_P(SplitPathRows, GivesRuntimeParts) {
-    const SplitRow& row = GetParam();
-    const PathParts parts = splitPath(row.path);
-    EXPECT_EQ(parts.drive, row.parts.drive);
-    EXPECT_EQ(parts.dir, row.parts.dir);
-    EXPECT_EQ(parts.fname, row.parts.fname);
-    EXPECT_EQ(parts.ext, row.parts.ext);
-    EXPECT_EQ(parts.drive + parts.dir + parts.fname + parts.ext, row.path);
+TEST(SplitPath, GivesTheRuntimesPartsWhichJoinToThePath) {
+    const std::pair<std::string, PathParts> rows[] = {
+        // clang-format off
+        {R"(C:\a\b.dwg)", {"C:", R"(\a\)", "b", ".dwg"}},
+        {R"(\\server\share\x.dwg)", {"", R"(\\server\share\)", "x", ".dwg"}},
+        {"/home/u/x.tar.gz", {"", "/home/u/", "x.tar", ".gz"}},
+        {R"(C:/lib\부품/볼트.DWG)", {"C:", R"(/lib\부품/)", "볼트", ".DWG"}},
+        {R"(C:\a\\DATA\UBList0.dat)", {"C:", R"(\a\\DATA\)", "UBList0", ".dat"}},
+        {".hidden", {"", "", "", ".hidden"}},
+        {"dir.d/name", {"", "dir.d/", "name", ""}},
+        {R"(C:\a\)", {"C:", R"(\a\)", "", ""}},
+        {"C:", {"C:", "", "", ""}},
+        {"C:b.dwg", {"C:", "", "b", ".dwg"}},
+        {"name.", {"", "", "name", "."}},
+        {"", {"", "", "", ""}},
+        // clang-format on
+    };
+    for (const auto& [path, expected] : rows) {
+        SCOPED_TRACE(path);
+        const PathParts parts = splitPath(path);
+        EXPECT_EQ(parts.drive, expected.drive);
+        EXPECT_EQ(parts.dir, expected.dir);
+        EXPECT_EQ(parts.fname, expected.fname);
+        EXPECT_EQ(parts.ext, expected.ext);
+        EXPECT_EQ(parts.drive + parts.dir + parts.fname + parts.ext, path);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Forms, SplitPathRows,
-    testing::Values(
-        SplitRow{"DrivePath", R"(C:\a\b.dwg)", {"C:", R"(\a\)", "b", ".dwg"}},
-        SplitRow{"NetworkPath", R"(\\server\share\x.dwg)", {"", R"(\\server\share\)", "x", ".dwg"}},
-        SplitRow{"PosixTwoDots", "/home/u/x.tar.gz", {"", "/home/u/", "x.tar", ".gz"}},
-        SplitRow{
-            "MixedSeparators", R"(C:/lib\부품/볼트.DWG)", {"C:", R"(/lib\부품/)", "볼트", ".DWG"}},
-        SplitRow{"DoubledBackslash",
-                 R"(C:\a\\DATA\UBList0.dat)",
-                 {"C:", R"(\a\\DATA\)", "UBList0", ".dat"}},
-        SplitRow{"HiddenFile", ".hidden", {"", "", "", ".hidden"}},
-        SplitRow{"DotInFolderOnly", "dir.d/name", {"", "dir.d/", "name", ""}},
-        SplitRow{"TrailingSeparator", R"(C:\a\)", {"C:", R"(\a\)", "", ""}},
-        SplitRow{"DriveOnly", "C:", {"C:", "", "", ""}},
-        SplitRow{"DriveRelative", "C:b.dwg", {"C:", "", "b", ".dwg"}},
-        SplitRow{"TrailingDot", "name.", {"", "", "name", "."}},
-        SplitRow{"Empty", "", {"", "", "", ""}}),
-    [](const auto& row) { return row.param.name; });
-
-struct NativeRow {
-    const char* name;
-    std::string path;
-    std::string native;
-};
-
-class NativePathRows : public testing::TestWithParam<NativeRow> {};
-
-TEST_P(NativePathRows, NamesTheSameFile) {
-    EXPECT_EQ(nativePath(GetParam().path), GetParam().native);
+TEST(SplitPath, NativePathNamesTheSameFile) {
+    const std::pair<std::string, std::string> rows[] = {
+        {R"(/opt/v/\DATA\UBList0.dat)", "/opt/v/DATA/UBList0.dat"},
+        {"/home/u/x.dwg", "/home/u/x.dwg"},
+        {R"(a\\\b//c\/d)", "a/b/c/d"},  // runs collapse
+        {R"(/opt/v\)", "/opt/v/"},      // a trailing separator is kept
+        {R"(DATA\x.dat)", "DATA/x.dat"},
+        {"", ""},
+    };
+    for (const auto& [path, native] : rows) EXPECT_EQ(nativePath(path), native) << path;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Forms, NativePathRows,
-    testing::Values(NativeRow{"ModuleDataFolder", R"(/opt/v/\DATA\UBList0.dat)",
-                              "/opt/v/DATA/UBList0.dat"},
-                    NativeRow{"PosixUnchanged", "/home/u/x.dwg", "/home/u/x.dwg"},
-                    NativeRow{"RunsCollapse", R"(a\\\b//c\/d)", "a/b/c/d"},
-                    NativeRow{"TrailingSeparatorKept", R"(/opt/v\)", "/opt/v/"},
-                    NativeRow{"Relative", R"(DATA\x.dat)", "DATA/x.dat"},
-                    NativeRow{"Empty", "", ""}),
-    [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace cad::sys
