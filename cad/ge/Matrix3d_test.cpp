@@ -1,5 +1,5 @@
 // Affine transforms: rotations about off-origin axes, the order of composition, inversion,
-// mirrors, and the object coordinate systems of drawing files.
+// mirrors, points against vectors, and the object coordinate systems of drawing files.
 #include "cad/ge/Matrix3d.h"
 
 #include <gtest/gtest.h>
@@ -32,22 +32,26 @@ TEST_P(Rotation, TurnsAboutTheAxisThroughTheCenter) {
     EXPECT_TRUE((m * row.center).isEqualTo(row.center, kLoose));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Matrix3d, Rotation,
-    testing::Values(
-        RotationRow{
-            "quarter_about_z_through_1_0_0", kPi / 2, {0, 0, 1}, {1, 0, 0}, {2, 0, 0}, {1, 1, 0}},
-        RotationRow{"half_about_x_through_0_1_1", kPi, {1, 0, 0}, {0, 1, 1}, {3, 1, 2}, {3, 1, 0}},
-        RotationRow{"third_about_diagonal_cycles_axes",
-                    2 * kPi / 3,
-                    {1, 1, 1},
-                    {0, 0, 0},
-                    {1, 0, 0},
-                    {0, 1, 0}},
-        RotationRow{
-            "axis_length_does_not_matter", kPi / 2, {0, 0, 7}, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}},
-        RotationRow{"zero_axis_is_identity", 1.0, {0, 0, 0}, {0, 0, 0}, {1, 2, 3}, {1, 2, 3}}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Matrix3d, Rotation, testing::Values(
+    RotationRow{"quarter_about_z_through_1_0_0", kPi / 2, {0, 0, 1}, {1, 0, 0}, {2, 0, 0}, {1, 1, 0}},
+    RotationRow{"half_about_x_through_0_1_1", kPi, {1, 0, 0}, {0, 1, 1}, {3, 1, 2}, {3, 1, 0}},
+    RotationRow{"third_about_diagonal_cycles_axes", 2 * kPi / 3, {1, 1, 1}, {}, {1, 0, 0}, {0, 1, 0}},
+    RotationRow{"axis_length_does_not_matter", kPi / 2, {0, 0, 7}, {}, {1, 0, 0}, {0, 1, 0}},
+    RotationRow{"zero_axis_is_identity", 1.0, {0, 0, 0}, {}, {1, 2, 3}, {1, 2, 3}}),
     [](const auto& row) { return std::string(row.param.name); });
+// clang-format on
+
+TEST(Matrix3d, PointsFollowTheTranslationWhereVectorsDoNot) {
+    const Matrix3d m = Matrix3d::translation({5, 6, 7}) * Matrix3d::scaling(2.0);
+    EXPECT_TRUE(Point3d(1, 0, 0).transformBy(m).isEqualTo({7, 6, 7}));
+    // The displacement between two points transforms as a vector: the translation cancels.
+    const Point3d a = m * Point3d(1, 1, 1);
+    const Point3d b = m * Point3d(2, 1, 1);
+    EXPECT_TRUE((b - a).isEqualTo({2, 0, 0}));
+    EXPECT_DOUBLE_EQ(a.distanceTo(b), 2.0);
+    EXPECT_TRUE((m * Vector3d(1, 0, 0)).isEqualTo({2, 0, 0}));
+}
 
 TEST(Matrix3d, ProductAppliesTheRightOperandFirst) {
     const Matrix3d turn = Matrix3d::rotation(kPi / 2, Vector3d::kZAxis);

@@ -31,22 +31,18 @@ TEST_P(ExtractScale, ReadsFactorsAndMirrorSigns) {
     EXPECT_TRUE((rest * Matrix3d::scaling(scale)).isEqualTo(row.m));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Scale3d, ExtractScale,
-    testing::Values(ExtractRow{"uniform", Matrix3d::scaling(2.5, {1, 1, 1}), Scale3d(2.5)},
-                    ExtractRow{
-                        "per_axis_with_move",
-                        Matrix3d::translation({3, 4, 5}) * Matrix3d::scaling(Scale3d(2, 3, 4)),
-                        Scale3d(2, 3, 4)},
-                    ExtractRow{"mirror_y_axis_aligned", Matrix3d::scaling(Scale3d(1, -3, 1)),
-                               Scale3d(1, -3, 1)},
-                    ExtractRow{"mirror_under_rotation_goes_on_x",
-                               kTurn* Matrix3d::scaling(Scale3d(2, -2, 2)), Scale3d(-2, 2, 2)},
-                    ExtractRow{"two_mirrors_are_a_half_turn", Matrix3d::scaling(Scale3d(-1, -1, 1)),
-                               Scale3d(1, 1, 1)},
-                    ExtractRow{"rotated_stretch", kTurn* Matrix3d::scaling(Scale3d(1, 2, 3)),
-                               Scale3d(1, 2, 3)}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Scale3d, ExtractScale, testing::Values(
+    ExtractRow{"uniform", Matrix3d::scaling(2.5, {1, 1, 1}), Scale3d(2.5)},
+    ExtractRow{"per_axis_with_move",
+               Matrix3d::translation({3, 4, 5}) * Matrix3d::scaling(Scale3d(2, 3, 4)), Scale3d(2, 3, 4)},
+    ExtractRow{"mirror_y_axis_aligned", Matrix3d::scaling(Scale3d(1, -3, 1)), Scale3d(1, -3, 1)},
+    ExtractRow{"mirror_under_rotation_goes_on_x", kTurn * Matrix3d::scaling(Scale3d(2, -2, 2)),
+               Scale3d(-2, 2, 2)},
+    ExtractRow{"two_mirrors_are_a_half_turn", Matrix3d::scaling(Scale3d(-1, -1, 1)), Scale3d(1, 1, 1)},
+    ExtractRow{"rotated_stretch", kTurn * Matrix3d::scaling(Scale3d(1, 2, 3)), Scale3d(1, 2, 3)}),
     [](const auto& row) { return std::string(row.param.name); });
+// clang-format on
 
 TEST(Scale3d, ProportionIgnoresMirrorAndScalesItsTolerance) {
     EXPECT_TRUE(Scale3d(2).set(-2, 2, 2).isProportional());
