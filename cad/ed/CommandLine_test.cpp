@@ -7,36 +7,29 @@
 namespace cad::ed {
 namespace {
 
-struct LineCase {
-    const char* name;
-    std::vector<std::string> prints;
-    std::vector<std::string> lines;
-    std::string current;
-};
-
-class CommandLineLines : public testing::TestWithParam<LineCase> {};
-
-TEST_P(CommandLineLines, SplitsAtNewlines) {
-    CommandLine commandLine;
-    for (const std::string& text : GetParam().prints) commandLine.print(text);
-    EXPECT_EQ(std::vector<std::string>(commandLine.lines().begin(), commandLine.lines().end()),
-              GetParam().lines);
-    EXPECT_EQ(commandLine.currentLine(), GetParam().current);
+TEST(CommandLine, PrintsSplitAtNewlines) {
+    const struct {
+        std::vector<std::string> prints;
+        std::vector<std::string> lines;
+        std::string current;
+    } rows[] = {
+        // clang-format off
+        {{"Command: ", "VNK", "\nVantor V1.0.0.0"}, {"Command: VNK"}, "Vantor V1.0.0.0"},
+        {{"\nOpened:a.dxf.\n"}, {"", "Opened:a.dxf."}, ""},  // a trailing newline: empty current
+        {{"a\n\nb"}, {"a", ""}, "b"},
+        {{"Sel", "ect ", "objects: "}, {}, "Select objects: "},
+        {{"x", ""}, {}, "x"},
+        // clang-format on
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.prints));
+        CommandLine commandLine;
+        for (const std::string& text : row.prints) commandLine.print(text);
+        EXPECT_EQ(std::vector<std::string>(commandLine.lines().begin(), commandLine.lines().end()),
+                  row.lines);
+        EXPECT_EQ(commandLine.currentLine(), row.current);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, CommandLineLines,
-    testing::Values(
-        LineCase{"PromptThenLeadingNewline",
-                 {"Command: ", "VNK", "\nVantor V1.0.0.0"},
-                 {"Command: VNK"},
-                 "Vantor V1.0.0.0"},
-        LineCase{
-            "TrailingNewlineLeavesEmptyCurrent", {"\nOpened:a.dxf.\n"}, {"", "Opened:a.dxf."}, ""},
-        LineCase{"BlankLinesKept", {"a\n\nb"}, {"a", ""}, "b"},
-        LineCase{"PiecesJoinOnOneLine", {"Sel", "ect ", "objects: "}, {}, "Select objects: "},
-        LineCase{"EmptyPrintChangesNothing", {"x", ""}, {}, "x"}),
-    [](const auto& row) { return row.param.name; });
 
 struct RecordingSink : CommandLineSink {
     std::string text;

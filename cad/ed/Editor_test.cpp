@@ -2,6 +2,7 @@
 // the command line shows, and where input comes from (typed ahead, queued, the source).
 #include "cad/ed/Editor.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <numbers>
@@ -12,6 +13,8 @@
 
 namespace cad::ed {
 namespace {
+
+using testing::HasSubstr;
 
 constexpr double kPi = std::numbers::pi;
 
@@ -52,32 +55,28 @@ TEST_P(GetPoint, ReadsTheAnswer) {
             << point.x << "," << point.y << "," << point.z;
         EXPECT_TRUE(editor_.lastPoint().isEqualTo(row.point, {1e-9, 1e-9}));
     }
-    EXPECT_NE(shown().find(row.shows), std::string::npos) << shown();
+    EXPECT_THAT(shown(), HasSubstr(row.shows));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, GetPoint,
-    testing::Values(
-        PointCase{"Absolute2d", {"3,4"}, 0, RTNORM, {3, 4, 0}, "Specify point: 3,4"},
-        PointCase{"Absolute3d", {"3,4,5"}, 0, RTNORM, {3, 4, 5}},
-        PointCase{"RelativeToLastPoint", {"@5,-5"}, 0, RTNORM, {15, 15, 0}},
-        PointCase{"AtAloneIsTheLastPoint", {"@"}, 0, RTNORM, {10, 20, 0}},
-        PointCase{"RelativePolar", {"@10<90"}, 0, RTNORM, {10, 30, 0}},
-        PointCase{"Picked", {"<pick> 7,8"}, 0, RTNORM, {7, 8, 0}},
-        PointCase{"MovesAreNotAnswers", {"<move> 1,1", "<move> 2,2", "9,9"}, 0, RTNORM, {9, 9, 0}},
-        PointCase{"GarbageRefusedThenPoint",
-                  {"abc", "1,2"},
-                  0,
-                  RTNORM,
-                  {1, 2, 0},
-                  "\nInvalid point.\nSpecify point: 1,2"},
-        PointCase{"EnterIsNone", {""}, 0, RTNONE, {}},
-        PointCase{"NoNullRefusesEnter", {"", "1,1"}, RSG_NONULL, RTNORM, {1, 1, 0}},
-        PointCase{"EscCancels", {"<esc>"}, 0, RTCAN, {}, "*Cancel*"},
-        PointCase{"EndOfScriptCancels", {}, 0, RTCAN, {}},
-        PointCase{"KeywordByCapital", {"x"}, 0, RTKWORD, {}},
-        PointCase{"OtherTextAccepted", {"hello"}, RSG_OTHER, RTKWORD, {}}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Cases, GetPoint, testing::Values(
+    PointCase{"Absolute2d", {"3,4"}, 0, RTNORM, {3, 4, 0}, "Specify point: 3,4"},
+    PointCase{"Absolute3d", {"3,4,5"}, 0, RTNORM, {3, 4, 5}},
+    PointCase{"RelativeToLastPoint", {"@5,-5"}, 0, RTNORM, {15, 15, 0}},
+    PointCase{"AtAloneIsTheLastPoint", {"@"}, 0, RTNORM, {10, 20, 0}},
+    PointCase{"RelativePolar", {"@10<90"}, 0, RTNORM, {10, 30, 0}},
+    PointCase{"Picked", {"<pick> 7,8"}, 0, RTNORM, {7, 8, 0}},
+    PointCase{"MovesAreNotAnswers", {"<move> 1,1", "<move> 2,2", "9,9"}, 0, RTNORM, {9, 9, 0}},
+    PointCase{"GarbageRefusedThenPoint", {"abc", "1,2"}, 0, RTNORM, {1, 2, 0},
+              "\nInvalid point.\nSpecify point: 1,2"},
+    PointCase{"EnterIsNone", {""}, 0, RTNONE, {}},
+    PointCase{"NoNullRefusesEnter", {"", "1,1"}, RSG_NONULL, RTNORM, {1, 1, 0}},
+    PointCase{"EscCancels", {"<esc>"}, 0, RTCAN, {}, "*Cancel*"},
+    PointCase{"EndOfScriptCancels", {}, 0, RTCAN, {}},
+    PointCase{"KeywordByCapital", {"x"}, 0, RTKWORD, {}},
+    PointCase{"OtherTextAccepted", {"hello"}, RSG_OTHER, RTKWORD, {}}),
     [](const auto& row) { return row.param.name; });
+// clang-format on
 
 TEST_F(EditorTest, KeywordAnswersAreReportedByGetInput) {
     feed({"ex", "U", "hello"});
@@ -118,36 +117,24 @@ TEST_P(GetAngle, ReadsDegreesOrPoints) {
     if (row.code == RTNORM) {
         EXPECT_NEAR(angle, row.angle, 1e-12);
     }
-    EXPECT_NE(shown().find(row.shows), std::string::npos) << shown();
+    EXPECT_THAT(shown(), HasSubstr(row.shows));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, GetAngle,
-    testing::Values(
-        AngleCase{"DegreesTyped", {"90"}, {}, 0, RTNORM, kPi / 2},
-        AngleCase{"NegativeWrapsAround", {"-90"}, {}, 0, RTNORM, 3 * kPi / 2},
-        AngleCase{"FullTurnsFold", {"450"}, {}, 0, RTNORM, kPi / 2},
-        AngleCase{"PointFromBase", {"0,10"}, ge::Point3d{0, 0, 0}, 0, RTNORM, kPi / 2},
-        AngleCase{
-            "PickFromOffsetBase", {"<pick> 5,5"}, ge::Point3d{10, 10, 0}, 0, RTNORM, 5 * kPi / 4},
-        AngleCase{"TwoPointsWithoutBase",
-                  {"0,0", "10,10"},
-                  {},
-                  0,
-                  RTNORM,
-                  kPi / 4,
-                  "Specify second point: 10,10"},
-        AngleCase{"NoZeroRefusesZero",
-                  {"0", "45"},
-                  {},
-                  RSG_NOZERO,
-                  RTNORM,
-                  kPi / 4,
-                  "\nValue must be nonzero."},
-        AngleCase{
-            "TextRefused", {"abc"}, {}, 0, RTCAN, 0, "\nRequires numeric angle or second point."},
-        AngleCase{"Enter", {""}, {}, 0, RTNONE, 0}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Cases, GetAngle, testing::Values(
+    AngleCase{"DegreesTyped", {"90"}, {}, 0, RTNORM, kPi / 2},
+    AngleCase{"NegativeWrapsAround", {"-90"}, {}, 0, RTNORM, 3 * kPi / 2},
+    AngleCase{"FullTurnsFold", {"450"}, {}, 0, RTNORM, kPi / 2},
+    AngleCase{"PointFromBase", {"0,10"}, ge::Point3d{0, 0, 0}, 0, RTNORM, kPi / 2},
+    AngleCase{"PickFromOffsetBase", {"<pick> 5,5"}, ge::Point3d{10, 10, 0}, 0, RTNORM, 5 * kPi / 4},
+    AngleCase{"TwoPointsWithoutBase", {"0,0", "10,10"}, {}, 0, RTNORM, kPi / 4,
+              "Specify second point: 10,10"},
+    AngleCase{"NoZeroRefusesZero", {"0", "45"}, {}, RSG_NOZERO, RTNORM, kPi / 4,
+              "\nValue must be nonzero."},
+    AngleCase{"TextRefused", {"abc"}, {}, 0, RTCAN, 0, "\nRequires numeric angle or second point."},
+    AngleCase{"Enter", {""}, {}, 0, RTNONE, 0}),
     [](const auto& row) { return row.param.name; });
+// clang-format on
 
 // ---- Numbers, keywords and texts ----
 
@@ -157,10 +144,10 @@ TEST_F(EditorTest, IntegersAndRealsHonourTheFlags) {
     editor_.initGet(RSG_NOZERO | RSG_NONEG);
     EXPECT_EQ(editor_.getInteger("\nCount: ", value), RTNORM);
     EXPECT_EQ(value, 7);
-    EXPECT_NE(shown().find("\nRequires an integer value."), std::string::npos);
-    EXPECT_NE(shown().find("\nRequires an integer between -32768 and 32767."), std::string::npos);
-    EXPECT_NE(shown().find("\nValue must be nonzero."), std::string::npos);
-    EXPECT_NE(shown().find("\nValue must be positive."), std::string::npos);
+    EXPECT_THAT(shown(), HasSubstr("\nRequires an integer value."));
+    EXPECT_THAT(shown(), HasSubstr("\nRequires an integer between -32768 and 32767."));
+    EXPECT_THAT(shown(), HasSubstr("\nValue must be nonzero."));
+    EXPECT_THAT(shown(), HasSubstr("\nValue must be positive."));
 
     double real = 0;
     EXPECT_EQ(editor_.getReal("", real), RTNORM);
@@ -190,20 +177,20 @@ TEST_P(GetKeyword, MatchesAbbreviations) {
     EXPECT_EQ(answer, row.answer);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, GetKeyword,
-    testing::Values(
-        KeywordCase{"Capitals", "Setting eXit", {"X"}, 0, RTNORM, "eXit"},
-        KeywordCase{"LowerCaseCapitals", "Setting eXit", {"s"}, 0, RTNORM, "Setting"},
-        KeywordCase{"StartThroughTheCapital", "Setting eXit", {"exi"}, 0, RTNORM, "eXit"},
-        KeywordCase{"StartShortOfTheCapitalRefused", "Setting eXit", {"e", "x"}, 0, RTNORM, "eXit"},
-        KeywordCase{"NoCapitalsNeedsAll", "Load load2", {"load2"}, 0, RTNORM, "load2"},
-        KeywordCase{"GlobalTyped", "Undo eXit _Undo Exit", {"_Exit"}, 0, RTNORM, "Exit"},
-        KeywordCase{"Enter", "Undo eXit", {""}, 0, RTNONE, ""},
-        KeywordCase{"NoNull", "Undo eXit", {"", "u"}, RSG_NONULL, RTNORM, "Undo"},
-        KeywordCase{"OtherText", "Undo eXit", {"zzz"}, RSG_OTHER, RTKWORD, "zzz"},
-        KeywordCase{"NoListIsRejected", "", {"u"}, 0, RTREJ, ""}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Cases, GetKeyword, testing::Values(
+    KeywordCase{"Capitals", "Setting eXit", {"X"}, 0, RTNORM, "eXit"},
+    KeywordCase{"LowerCaseCapitals", "Setting eXit", {"s"}, 0, RTNORM, "Setting"},
+    KeywordCase{"StartThroughTheCapital", "Setting eXit", {"exi"}, 0, RTNORM, "eXit"},
+    KeywordCase{"StartShortOfTheCapitalRefused", "Setting eXit", {"e", "x"}, 0, RTNORM, "eXit"},
+    KeywordCase{"NoCapitalsNeedsAll", "Load load2", {"load2"}, 0, RTNORM, "load2"},
+    KeywordCase{"GlobalTyped", "Undo eXit _Undo Exit", {"_Exit"}, 0, RTNORM, "Exit"},
+    KeywordCase{"Enter", "Undo eXit", {""}, 0, RTNONE, ""},
+    KeywordCase{"NoNull", "Undo eXit", {"", "u"}, RSG_NONULL, RTNORM, "Undo"},
+    KeywordCase{"OtherText", "Undo eXit", {"zzz"}, RSG_OTHER, RTKWORD, "zzz"},
+    KeywordCase{"NoListIsRejected", "", {"u"}, 0, RTREJ, ""}),
     [](const auto& row) { return row.param.name; });
+// clang-format on
 
 TEST_F(EditorTest, StringsEndAtSpaceUnlessSpacesAllowed) {
     feed({"부품 이름 A", "two words", ""});
@@ -280,19 +267,15 @@ TEST_F(EditorTest, FiltersSeeEventsWithModifiersAndMaySwallowThem) {
     EXPECT_EQ(p, ge::Point3d(2, 3, 0));  // the ctrl pick was swallowed
 
     ASSERT_EQ(filtered.size(), 4u);
-    EXPECT_EQ(filtered[0].message, WM_KEYDOWN);
-    EXPECT_EQ(filtered[0].keyCode, VK_SHIFT);
-    EXPECT_TRUE(filtered[0].shift);
-    EXPECT_EQ(filtered[1].message, WM_MOUSEMOVE);
-    EXPECT_TRUE(filtered[1].shift);
-    EXPECT_EQ(filtered[1].lParam(), (4ul << 16) | 4ul);
-    EXPECT_EQ(filtered[2].message, WM_LBUTTONDOWN);
-    EXPECT_TRUE(filtered[2].ctrl);
+    EXPECT_EQ(std::tuple(filtered[0].message, filtered[0].keyCode, filtered[0].shift),
+              std::tuple(WM_KEYDOWN, VK_SHIFT, true));
+    EXPECT_EQ(std::tuple(filtered[1].message, filtered[1].shift, filtered[1].lParam()),
+              std::tuple(WM_MOUSEMOVE, true, (4ul << 16) | 4ul));
+    EXPECT_EQ(std::tuple(filtered[2].message, filtered[2].ctrl), std::tuple(WM_LBUTTONDOWN, true));
 
     // The monitor saw the move and the accepted pick, not the swallowed one.
-    ASSERT_EQ(watcher.points.size(), 2u);
-    EXPECT_EQ(watcher.points[0], ge::Point3d(4, 4, 0));
-    EXPECT_EQ(watcher.windowX[1], 2);
+    EXPECT_EQ(watcher.points, (std::vector<ge::Point3d>{{4, 4, 0}, {2, 3, 0}}));
+    EXPECT_EQ(watcher.windowX, (std::vector<int>{4, 2}));
 
     EXPECT_TRUE(editor_.removeMessageFilter(&recordAndSwallowCtrl));
     EXPECT_FALSE(editor_.removeMessageFilter(&recordAndSwallowCtrl));

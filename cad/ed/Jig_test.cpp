@@ -83,31 +83,24 @@ TEST_P(DragEnding, EndsAsTheInputSays) {
 
 constexpr int kNull = Jig::kNullResponseAccepted;
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, DragEnding,
-    testing::Values(EndingCase{"TypedPoint", {"5,5"}, 0, Jig::kNormal, 1, "<삽입점>: 5,5"},
-                    EndingCase{"Pick", {"<pick> 3,3"}, 0, Jig::kNormal, 1},
-                    EndingCase{"StillMouseSkipsUpdate",
-                               {"<move> 1,1", "<move> 1,1", "<move> 2,2", "<pick> 2,2"},
-                               0,
-                               Jig::kNormal,
-                               2},
-                    EndingCase{"EnterAccepted", {"<move> 1,1", ""}, kNull, Jig::kNull, 1},
-                    EndingCase{"EnterRefusedWithoutTheControl", {"", "1,1"}, 0, Jig::kNormal, 1},
-                    EndingCase{"FirstKeyword", {"s"}, 0, Jig::kKW1, 0},
-                    EndingCase{"SecondKeyword", {"<move> 1,1", "X"}, 0, Jig::kKW2, 1},
-                    EndingCase{"Esc", {"<esc>"}, 0, Jig::kCancel, 0, "*Cancel*"},
-                    EndingCase{"InputRunsOut", {"<move> 4,4"}, 0, Jig::kCancel, 1},
-                    EndingCase{"OtherText", {"zzz"}, Jig::kAcceptOtherInputString, Jig::kOther, 0},
-                    EndingCase{
-                        "GarbageRefused", {"zzz", "1,1"}, 0, Jig::kNormal, 1, "\nInvalid point."},
-                    EndingCase{"ThreeDimensionalNeedsTheControl",
-                               {"1,2,3", "1,2"},
-                               0,
-                               Jig::kNormal,
-                               1,
-                               "\nInvalid point."}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Cases, DragEnding, testing::Values(
+    EndingCase{"TypedPoint", {"5,5"}, 0, Jig::kNormal, 1, "<삽입점>: 5,5"},
+    EndingCase{"Pick", {"<pick> 3,3"}, 0, Jig::kNormal, 1},
+    EndingCase{"StillMouseSkipsUpdate", {"<move> 1,1", "<move> 1,1", "<move> 2,2", "<pick> 2,2"},
+               0, Jig::kNormal, 2},
+    EndingCase{"EnterAccepted", {"<move> 1,1", ""}, kNull, Jig::kNull, 1},
+    EndingCase{"EnterRefusedWithoutTheControl", {"", "1,1"}, 0, Jig::kNormal, 1},
+    EndingCase{"FirstKeyword", {"s"}, 0, Jig::kKW1, 0},
+    EndingCase{"SecondKeyword", {"<move> 1,1", "X"}, 0, Jig::kKW2, 1},
+    EndingCase{"Esc", {"<esc>"}, 0, Jig::kCancel, 0, "*Cancel*"},
+    EndingCase{"InputRunsOut", {"<move> 4,4"}, 0, Jig::kCancel, 1},
+    EndingCase{"OtherText", {"zzz"}, Jig::kAcceptOtherInputString, Jig::kOther, 0},
+    EndingCase{"GarbageRefused", {"zzz", "1,1"}, 0, Jig::kNormal, 1, "\nInvalid point."},
+    EndingCase{"ThreeDimensionalNeedsTheControl", {"1,2,3", "1,2"}, 0, Jig::kNormal, 1,
+               "\nInvalid point."}),
     [](const auto& row) { return row.param.name; });
+// clang-format on
 
 TEST_F(JigTest, FinalPointBecomesTheLastPoint) {
     feed({"<move> 1,1", "@2,3"});

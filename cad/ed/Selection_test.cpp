@@ -63,20 +63,17 @@ TEST_F(SelectionTest, ModesWithoutPrompt) {
     EXPECT_EQ(db_.openObjectCount(), 0);
 }
 
-TEST_F(SelectionTest, PromptGathersUntilEnter) {
+TEST_F(SelectionTest, PromptGathersUntilEnterAndEndsWithEscOrNothing) {
     feed({"5,0", "w", "19,19", "31,31", "<pick> 5,0", longLine_.handle().toHex(), "nonsense", ""});
     SelectionSet set;
     EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTNORM);
     EXPECT_EQ(set.ids(), (std::vector<db::ObjectId>{shortLine_, square_, longLine_}));
-    std::string shown = editor_.commandLine().text();
+    const std::string shown = editor_.commandLine().text();
     EXPECT_NE(shown.find("Select objects: 5,0\n1 found\nSelect objects: w\nFirst corner: 19,19"),
               std::string::npos)
         << shown;
     EXPECT_NE(shown.find("\n*Invalid selection*\nSelect objects: "), std::string::npos);
-}
 
-TEST_F(SelectionTest, PromptEndings) {
-    SelectionSet set;
     feed({"5,0", "<esc>"});
     EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTCAN);
     EXPECT_EQ(set.length(), 0);
