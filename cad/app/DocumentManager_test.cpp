@@ -101,27 +101,24 @@ TEST_F(DocumentTest, FailedOpensChangeNothingAndSayWhy) {
     EXPECT_EQ(docs().appContextOpenDocument(folder_.file("bad.dxf")), ErrorStatus::eBadDwgFile);
     EXPECT_TRUE(recorder_.take().empty());
     EXPECT_EQ(docs().curDocument(), a);
-    std::string shown = app_.editor().commandLine().text();
+    const std::string shown = app_.editor().commandLine().text();
     EXPECT_NE(shown.find("\nCannot open \"" + folder_.file("none.dxf") + "\": eFileNotFound"),
               std::string::npos);
     EXPECT_NE(shown.find("bad.dxf\": eBadDwgFile"), std::string::npos);
 }
 
-TEST_F(DocumentTest, ADrawingOpenTwiceIsReadOnlyTheSecondTime) {
-    Document* first = open("a.dxf");
+TEST_F(DocumentTest, ADrawingOpenTwiceIsReadOnlyTheSecondTimeAndLocksNest) {
+    Document* doc = open("a.dxf");
     Document* second = open("a.dxf");
-    EXPECT_FALSE(first->isReadOnly());
+    EXPECT_FALSE(doc->isReadOnly());
     EXPECT_TRUE(second->isReadOnly());
     EXPECT_EQ(docs().documentCount(), 2);
-}
 
-TEST_F(DocumentTest, LocksNestButWriteLocksExcludeEachOther) {
-    Document* doc = open("a.dxf");
+    // Locks nest, but a write lock excludes every other write lock.
     EXPECT_EQ(doc->lockMode(), LockMode::NotLocked);
     EXPECT_EQ(docs().lockDocument(doc, LockMode::Write), ErrorStatus::eOk);
-    EXPECT_EQ(docs().lockDocument(doc, LockMode::Write), ErrorStatus::eLockViolation);
-    EXPECT_EQ(docs().lockDocument(doc, LockMode::ProtectedAutoWrite), ErrorStatus::eLockViolation);
-    EXPECT_EQ(docs().lockDocument(doc, LockMode::XWrite), ErrorStatus::eLockViolation);
+    for (LockMode mode : {LockMode::Write, LockMode::ProtectedAutoWrite, LockMode::XWrite})
+        EXPECT_EQ(docs().lockDocument(doc, mode), ErrorStatus::eLockViolation);
     EXPECT_EQ(docs().lockDocument(doc, LockMode::Read), ErrorStatus::eOk);
     EXPECT_EQ(doc->lockMode(), LockMode::Read);
     EXPECT_EQ(docs().unlockDocument(doc), ErrorStatus::eOk);

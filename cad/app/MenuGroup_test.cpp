@@ -77,41 +77,28 @@ TEST(MenuGroup, ParsesPullDownsCascadesAndHelpStrings) {
     EXPECT_EQ(pop2.items[0].items[0].items[0].label, "끝");
 }
 
-struct ErrorCase {
-    const char* name;
-    const char* text;
-    const char* error;
-};
-
-class MenuErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(MenuErrors, NameTheLineAndWhatWasExpected) {
-    MenuGroup group;
-    std::string error;
-    EXPECT_EQ(MenuGroup::parse(GetParam().text, "m.mns", group, error), ErrorStatus::eInvalidInput);
-    EXPECT_EQ(error, GetParam().error);
+TEST(MenuGroup, ErrorsNameTheLineAndWhatWasExpected) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"***POP1\n[a]\n", "m.mns:1: expected ***MENUGROUP=name before the first section"},
+        {"***MENUGROUP=\n", "m.mns:1: expected a group name after ***MENUGROUP="},
+        {"// nothing\n", "m.mns:1: expected ***MENUGROUP=name"},
+        {"***MENUGROUP=g\n[a]\n", "m.mns:2: expected a *** section"},
+        {"***MENUGROUP=g\n***POP1\n***POP2\n[t]\n",
+         "m.mns:2: expected the menu title after ***POP1"},
+        {"***MENUGROUP=g\n***POP1\n[t]\n[->c]\n[x]\n",
+         "m.mns:4: expected [<-label] to close the cascade opened here"},
+        {"***MENUGROUP=g\n***POP1\n[t]\n[<-x]\n", "m.mns:4: [<- closes no open cascade"},
+        {"***MENUGROUP=g\n***POP1\n[t]\nID_X ^C^CX\n", "m.mns:4: expected [label]"},
+        {"***MENUGROUP=g\n***POP1\n[t]\n[x\n", "m.mns:4: expected ] to end the label"},
+    };
+    for (const auto& [text, expected] : rows) {
+        MenuGroup group;
+        std::string error;
+        EXPECT_EQ(MenuGroup::parse(text, "m.mns", group, error), ErrorStatus::eInvalidInput)
+            << text;
+        EXPECT_EQ(error, expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, MenuErrors,
-    testing::Values(ErrorCase{"NoGroup", "***POP1\n[a]\n",
-                              "m.mns:1: expected ***MENUGROUP=name before the first section"},
-                    ErrorCase{"EmptyGroupName", "***MENUGROUP=\n",
-                              "m.mns:1: expected a group name after ***MENUGROUP="},
-                    ErrorCase{"Empty", "// nothing\n", "m.mns:1: expected ***MENUGROUP=name"},
-                    ErrorCase{"ItemOutsideASection", "***MENUGROUP=g\n[a]\n",
-                              "m.mns:2: expected a *** section"},
-                    ErrorCase{"NoTitle", "***MENUGROUP=g\n***POP1\n***POP2\n[t]\n",
-                              "m.mns:2: expected the menu title after ***POP1"},
-                    ErrorCase{"UnclosedCascade", "***MENUGROUP=g\n***POP1\n[t]\n[->c]\n[x]\n",
-                              "m.mns:4: expected [<-label] to close the cascade opened here"},
-                    ErrorCase{"CloseWithoutCascade", "***MENUGROUP=g\n***POP1\n[t]\n[<-x]\n",
-                              "m.mns:4: [<- closes no open cascade"},
-                    ErrorCase{"NoLabel", "***MENUGROUP=g\n***POP1\n[t]\nID_X ^C^CX\n",
-                              "m.mns:4: expected [label]"},
-                    ErrorCase{"UnendedLabel", "***MENUGROUP=g\n***POP1\n[t]\n[x\n",
-                              "m.mns:4: expected ] to end the label"}),
-    [](const auto& row) { return row.param.name; });
 
 TEST(MenuGroup, LoadsCodePage949AndUtf8Files) {
     sys::TestTempFolder folder;

@@ -17,12 +17,10 @@ TEST(ScriptedDialogs, MessageBoxesTakeQueuedAnswersThenOk) {
               IDCANCEL);
     EXPECT_EQ(dialogs.messageBox("이미 등록된 도면입니다.", "도면 중복 에러", MB_ICONERROR), IDOK);
 
-    auto boxes = dialogs.messageBoxes();
+    const auto boxes = dialogs.messageBoxes();
     ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0].text, "지우시겠습니까?");
-    EXPECT_EQ(boxes[0].title, "삭제");
-    EXPECT_EQ(boxes[0].icon(), MB_ICONQUESTION);
-    EXPECT_EQ(boxes[0].buttons(), MB_OKCANCEL);
+    EXPECT_EQ(std::tuple(boxes[0].text, boxes[0].title, boxes[0].icon(), boxes[0].buttons()),
+              std::tuple("지우시겠습니까?", "삭제", MB_ICONQUESTION, MB_OKCANCEL));
     EXPECT_EQ(boxes[0].answer, IDCANCEL);
     EXPECT_EQ(boxes[1].icon(), MB_ICONERROR);
     EXPECT_EQ(boxes[1].answer, IDOK);  // the empty queue's answer is recorded as given
@@ -32,8 +30,8 @@ TEST(ScriptedDialogs, MessageBoxesTakeQueuedAnswersThenOk) {
 
 TEST(ScriptedDialogs, FileDialogsTakePathListsAndCancelWhenEmpty) {
     ScriptedDialogs dialogs;
-    dialogs.pushPaths(std::vector<std::string>{"/a/one.dxf", "/a/two.dxf"});
-    dialogs.pushPaths(std::vector<std::string>{"/a/one.dxf", "/a/two.dxf"});
+    for (int i = 0; i < 2; ++i)
+        dialogs.pushPaths(std::vector<std::string>{"/a/one.dxf", "/a/two.dxf"});
     dialogs.pushPath("/out/parts");
     dialogs.pushPath("/out/parts.txt");
     dialogs.pushPath(std::nullopt);
@@ -46,11 +44,10 @@ TEST(ScriptedDialogs, FileDialogsTakePathListsAndCancelWhenEmpty) {
     EXPECT_EQ(dialogs.chooseFolder("Folder", "/"), std::nullopt);
     EXPECT_EQ(dialogs.chooseFolder("Folder", "/"), std::nullopt);  // queue exhausted
 
-    auto saves = dialogs.calls(Kind::SaveFile);
+    const auto saves = dialogs.calls(Kind::SaveFile);
     ASSERT_EQ(saves.size(), 2u);
-    EXPECT_EQ(saves[0].title, "Export");
-    EXPECT_EQ(saves[0].text, "CSV (*.csv)");
-    EXPECT_EQ(saves[0].paths, std::vector<std::string>{"/out/parts.csv"});
+    EXPECT_EQ(std::tuple(saves[0].title, saves[0].text, saves[0].paths),
+              std::tuple("Export", "CSV (*.csv)", std::vector<std::string>{"/out/parts.csv"}));
     EXPECT_TRUE(dialogs.calls(Kind::ChooseFolder)[1].cancelled);
 }
 
@@ -67,11 +64,9 @@ TEST(ScriptedDialogs, AskTextAndProgressAreRecorded) {
 
     const auto& calls = dialogs.calls();
     ASSERT_EQ(calls.size(), 7u);
-    EXPECT_EQ(calls[0].text, "관리창 이름:");
-    EXPECT_EQ(calls[0].detail, "기본");
+    EXPECT_EQ(std::tuple(calls[0].text, calls[0].detail), std::tuple("관리창 이름:", "기본"));
     EXPECT_TRUE(calls[1].cancelled);
-    EXPECT_EQ(calls[3].kind, Kind::ProgressRange);
-    EXPECT_EQ(calls[3].high, 10);
+    EXPECT_EQ(std::tuple(calls[3].kind, calls[3].high), std::tuple(Kind::ProgressRange, 10));
     EXPECT_EQ(calls[4].low, 4);
     EXPECT_EQ(calls[5].text, "상태 : 읽는 중");
     EXPECT_EQ(calls[6].kind, Kind::ProgressHide);
