@@ -19,36 +19,30 @@ using app::IDNO;
 using app::IDOK;
 using app::IDYES;
 
-struct BoxCase {
-    const char* name;
-    unsigned flags;
-    QMessageBox::StandardButtons buttons;
-    QMessageBox::Icon icon;
-    int closedAnswer;  // the box closed without a button
-};
-
-class MessageBoxFlags : public testing::TestWithParam<BoxCase> {};
-
-TEST_P(MessageBoxFlags, MapToButtonsIconAndTheAnswerOfClosing) {
-    EXPECT_EQ(QtDialogs::buttonsFor(GetParam().flags), GetParam().buttons);
-    EXPECT_EQ(QtDialogs::iconFor(GetParam().flags), GetParam().icon);
-    EXPECT_EQ(QtDialogs::answerFor(QMessageBox::NoButton, GetParam().flags),
-              GetParam().closedAnswer);
+TEST(QtDialogs, FlagsMapToButtonsIconAndTheAnswerOfClosingTheBox) {
+    using Box = QMessageBox;
+    const struct {
+        unsigned flags;
+        Box::StandardButtons buttons;
+        Box::Icon icon;
+        int closedAnswer;  // the box closed without a button
+    } rows[] = {
+        // clang-format off
+        {app::MB_OK | app::MB_ICONERROR, Box::Ok, Box::Critical, IDOK},
+        {app::MB_OKCANCEL | app::MB_ICONQUESTION, Box::Ok | Box::Cancel, Box::Question, IDCANCEL},
+        {app::MB_YESNO | app::MB_ICONWARNING, Box::Yes | Box::No, Box::Warning, IDNO},
+        {app::MB_YESNOCANCEL | app::MB_ICONINFORMATION, Box::Yes | Box::No | Box::Cancel,
+         Box::Information, IDCANCEL},
+        {0, Box::Ok, Box::NoIcon, IDOK},
+        // clang-format on
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.flags);
+        EXPECT_EQ(QtDialogs::buttonsFor(row.flags), row.buttons);
+        EXPECT_EQ(QtDialogs::iconFor(row.flags), row.icon);
+        EXPECT_EQ(QtDialogs::answerFor(Box::NoButton, row.flags), row.closedAnswer);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Flags, MessageBoxFlags,
-    testing::Values(BoxCase{"okError", app::MB_OK | app::MB_ICONERROR, QMessageBox::Ok,
-                            QMessageBox::Critical, IDOK},
-                    BoxCase{"okCancelQuestion", app::MB_OKCANCEL | app::MB_ICONQUESTION,
-                            QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Question, IDCANCEL},
-                    BoxCase{"yesNoWarning", app::MB_YESNO | app::MB_ICONWARNING,
-                            QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning, IDNO},
-                    BoxCase{"yesNoCancelInformation", app::MB_YESNOCANCEL | app::MB_ICONINFORMATION,
-                            QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-                            QMessageBox::Information, IDCANCEL},
-                    BoxCase{"plain", 0, QMessageBox::Ok, QMessageBox::NoIcon, IDOK}),
-    [](const testing::TestParamInfo<BoxCase>& row) { return row.param.name; });
 
 TEST(QtDialogs, ClickedButtonsAnswerWithWin32Values) {
     testApplication();

@@ -39,34 +39,32 @@ protected:
     std::function<void()> onWait_;
 };
 
-TEST_F(QtInputSourceTest, ATypedAnswerEndsTheWait) {
-    input_.submitLine("ASK");
-    whileWaiting([this] { input_.submitLine("42"); });
-    runEvents();
-    EXPECT_EQ(code_, ed::RTNORM);
-    EXPECT_EQ(value_, 42);
-    EXPECT_FALSE(input_.isWaiting());
-}
-
-TEST_F(QtInputSourceTest, EscCancelsTheWaitingRequest) {
-    input_.submitLine("ASK");
-    whileWaiting([this] { input_.submitCancel(); });
-    runEvents();
-    EXPECT_EQ(code_, ed::RTCAN);
-}
-
-TEST_F(QtInputSourceTest, AMenuMacroOrAQueuedStringIsReadByTheWaitingRequest) {
-    input_.submitLine("ASK");
-    whileWaiting([this] { input_.typeText("7\n"); });
-    runEvents();
-    EXPECT_EQ(value_, 7);
-
-    input_.submitLine("ASK");
-    whileWaiting([this] {
-        app_.documentManager().sendStringToExecute(app_.documentManager().curDocument(), "\x03");
-    });
-    runEvents();
-    EXPECT_EQ(code_, ed::RTCAN);
+TEST_F(QtInputSourceTest, TheWaitingRequestTakesWhatArrives) {
+    const struct {
+        const char* name;
+        std::function<void()> arrives;
+        int code;
+        int value;
+    } rows[] = {
+        {"typed answer", [this] { input_.submitLine("42"); }, ed::RTNORM, 42},
+        {"Esc", [this] { input_.submitCancel(); }, ed::RTCAN, 0},
+        {"menu macro", [this] { input_.typeText("7\n"); }, ed::RTNORM, 7},
+        {"queued Esc",
+         [this] {
+             app_.documentManager().sendStringToExecute(app_.documentManager().curDocument(),
+                                                        "\x03");
+         },
+         ed::RTCAN, 0},
+    };
+    for (const auto& row : rows) {
+        value_ = 0;
+        input_.submitLine("ASK");
+        whileWaiting(row.arrives);
+        runEvents();
+        EXPECT_EQ(code_, row.code) << row.name;
+        if (row.code == ed::RTNORM) EXPECT_EQ(value_, row.value) << row.name;
+        EXPECT_FALSE(input_.isWaiting()) << row.name;
+    }
 }
 
 TEST_F(QtInputSourceTest, AQueuedStringRunsAtThePromptFromTheEventLoop) {
