@@ -46,7 +46,8 @@ ours = {}
 for bench in json.load(open(results))['benchmarks']:
     if bench.get('aggregate_name') == 'median':
         name = bench['run_name'].split('/')[0]
-        ours[name] = (bench['bytes_per_second'] / MB, bench['peak_x_file'])
+        ours[name] = (bench['bytes_per_second'] / MB, bench['peak_x_file'],
+                      bench.get('kept_x_file', 0))
 
 theirs = {}
 try:
@@ -91,6 +92,8 @@ for label, ours_name, theirs_name in rows:
         print(f'{label + " " + what:34}{a:>11.1f}{unit or " "}{b_text:>12}{ratio:>10}')
 print()
 print('Peak memory is what the operation adds at its peak, in multiples of the file size.')
+kept = ours.get('BM_ReadDwgFile', (0, 0, 0))[2]
+print(f'The database a read leaves holds {kept:.1f}x the file size.')
 read_speed = ours['BM_ReadDwgFile'][0]
 write_speed = ours['BM_SaveAs'][0]
 read_peak = ours['BM_ReadDwgFile'][1]
