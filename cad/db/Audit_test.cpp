@@ -14,36 +14,29 @@
 
 #include "cad/db/Attribute.h"
 #include "cad/db/BlockReference.h"
-#include "cad/db/BlockTableRecord.h"
-#include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/Group.h"
-#include "cad/db/LayerTableRecord.h"
 #include "cad/db/Layout.h"
 #include "cad/db/Line.h"
 #include "cad/db/LoadIssueCodes.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/ReferenceWalker.h"
-#include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Xrecord.h"
 #include "cad/sys/TestTempFolder.h"
 
 namespace cad::db {
 namespace {
 
-std::vector<int> codesOf(const std::vector<AuditIssue>& issues) {
+using namespace testing_support;
+
+// The codes of the issues (only of those left unfixed when asked), sorted.
+std::vector<int> codesOf(const std::vector<AuditIssue>& issues, bool unfixedOnly = false) {
     std::vector<int> codes;
-    for (const AuditIssue& issue : issues) codes.push_back(issue.code);
+    for (const AuditIssue& issue : issues) {
+        if (!unfixedOnly || !issue.fixed) codes.push_back(issue.code);
+    }
     std::sort(codes.begin(), codes.end());
     return codes;
-}
-
-std::vector<int> unfixedCodesOf(const std::vector<AuditIssue>& issues) {
-    std::vector<AuditIssue> unfixed;
-    for (const AuditIssue& issue : issues) {
-        if (!issue.fixed) unfixed.push_back(issue);
-    }
-    return codesOf(unfixed);
 }
 
 std::string listed(const std::vector<AuditIssue>& issues) {
@@ -58,28 +51,23 @@ std::string listed(const std::vector<AuditIssue>& issues) {
 class AuditedDrawing {
 public:
     AuditedDrawing() {
-        auto model = open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite);
-        model->appendEntity(std::make_unique<Line>(ge::Point3d{0, 0, 0}, ge::Point3d{10, 5, 0}),
-                            line);
-        auto reference = std::make_unique<BlockReference>(ge::Point3d{1, 2, 0}, part());
-        model->appendEntity(std::move(reference), insert);
-        model.close();
-        auto insertPtr = open<BlockReference>(insert, OpenMode::ForWrite);
-        insertPtr->appendAttribute(std::make_unique<Attribute>(ge::Point3d{}, "DN50", "SPEC"),
-                                   attribute);
-        insertPtr.close();
+        line = append(db.modelSpaceId(),
+                      std::make_unique<Line>(ge::Point3d{0, 0, 0}, ge::Point3d{10, 5, 0}));
+        insert = append(db.modelSpaceId(), std::make_unique<BlockReference>(
+                                               ge::Point3d{1, 2, 0}, addBlock(db, "VALVE")));
+        open<BlockReference>(insert, OpenMode::ForWrite)
+            ->appendAttribute(std::make_unique<Attribute>(ge::Point3d{}, "DN50", "SPEC"),
+                              attribute);
 
         auto valves = std::make_unique<Group>("valves");
         valves->append(line);
         addGroup(db, std::move(valves), "VALVES", group);
 
-        auto root = open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForWrite);
-        root->setAt("Adv data list", std::make_unique<Dictionary>(), catalogue);
-        root.close();
+        catalogue = add(db.namedObjectsDictionaryId(), "Adv data list",
+                        std::make_unique<Dictionary>());
         auto record = std::make_unique<Xrecord>();
         record->setFromRbChain({ResBuf{1, std::string("Gate valve")}});
-        open<Dictionary>(catalogue, OpenMode::ForWrite)
-            ->setAt("QRB_VANTORDATA", std::move(record), xrecord);
+        xrecord = add(catalogue, "QRB_VANTORDATA", std::move(record));
     }
 
     // An id for a handle no object carries.
@@ -103,6 +91,13 @@ public:
         EXPECT_TRUE(done) << "no reference " << code;
     }
 
+    // Puts `object` under `key` of the dictionary `parent`.
+    ObjectId add(ObjectId parent, std::string_view key, std::unique_ptr<DbObject> object) {
+        ObjectId id;
+        EXPECT_EQ(open<Dictionary>(parent, OpenMode::ForWrite)->setAt(key, std::move(object), id),
+                  ErrorStatus::eOk);
+        return id;
+    }
     void setOwner(ObjectId object, ObjectId owner) {
         EXPECT_EQ(open<DbObject>(object, OpenMode::ForWrite)->setOwnerId(owner), ErrorStatus::eOk);
     }
@@ -115,16 +110,7 @@ public:
     }
 
     Database db;
-    ObjectId line, insert, attribute, group, catalogue, xrecord;
-
-private:
-    ObjectId part() {
-        auto record = std::make_unique<BlockTableRecord>();
-        record->setName("VALVE");
-        ObjectId id;
-        open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(record), id);
-        return id;
-    }
+    ObjectId line, insert, attribute, group, catalogue, xrecord, stray;
 };
 
 TEST(Audit, SoundDrawingsAuditCleanAndFixChangesNothing) {
@@ -141,9 +127,9 @@ TEST(Audit, SoundDrawingsAuditCleanAndFixChangesNothing) {
 
 struct BrokenCase {
     const char* name;
-    std::function<void(AuditedDrawing&)> damage;
     std::vector<int> found;     // codes the audit reports, sorted
     std::vector<int> leftOver;  // codes a second audit still reports after the fix
+    std::function<void(AuditedDrawing&)> damage;
 };
 
 class AuditBrokenLink : public ::testing::TestWithParam<BrokenCase> {};
@@ -161,155 +147,78 @@ TEST_P(AuditBrokenLink, IsFoundWithItsCodeAndFixedWhereSafe) {
     }
 
     const std::vector<AuditIssue> fixing = audit(drawing.db, true);
-    EXPECT_EQ(unfixedCodesOf(fixing), c.leftOver) << listed(fixing);
+    EXPECT_EQ(codesOf(fixing, true), c.leftOver) << listed(fixing);
     EXPECT_EQ(codesOf(audit(drawing.db)), c.leftOver) << listed(audit(drawing.db));
     EXPECT_EQ(drawing.db.openObjectCount(), 0);
 }
 
+using D = AuditedDrawing&;
+constexpr int kNotListed = kIssueOwnerDoesNotList, kDangling = kIssueDanglingReference,
+              kMissingSymbol = kIssueMissingSymbol, kLayout = kIssueLayoutLink,
+              kTwice = kIssueListedTwice;
+
+// clang-format off
 const BrokenCase kBrokenCases[] = {
-    {"EntityItsBlockDoesNotList",
-     [](AuditedDrawing& d) {
-         ObjectId stray;
-         d.db.addObject(std::make_unique<Line>(), stray, d.db.modelSpaceId());
-     },
-     {kIssueOwnerDoesNotList},
-     {}},
-    {"EntityOwnedByAnotherBlockThanListsIt",
-     [](AuditedDrawing& d) { d.setOwner(d.line, d.db.paperSpaceId()); },
-     {kIssueOwnerDoesNotList},
-     {}},
-    {"AttributeOwnedByTheBlockInsteadOfItsReference",
-     [](AuditedDrawing& d) { d.setOwner(d.attribute, d.db.modelSpaceId()); },
-     {kIssueOwnerDoesNotList},
-     {}},
-    {"ListedRecordWithoutOwner",
-     [](AuditedDrawing& d) { d.setOwner(d.xrecord, ObjectId::kNull); },
-     {kIssueMissingOwner},
-     {}},
-    {"UnlistedRecordWithoutOwner",
-     [](AuditedDrawing& d) {
-         ObjectId orphan;
-         d.db.addObject(std::make_unique<Xrecord>(), orphan, ObjectId::kNull);
-     },
-     {kIssueMissingOwner},
-     {kIssueMissingOwner}},
-    {"OwnerNamesNoObject",
-     [](AuditedDrawing& d) { d.setOwner(d.xrecord, d.nothing()); },
-     {kIssueDanglingOwner},
-     {}},
-    {"OwnerErasedButObjectLive",
-     [](AuditedDrawing& d) {
-         ObjectId inner;
-         open<Dictionary>(d.catalogue, OpenMode::ForWrite)
-             ->setAt("Category", std::make_unique<Dictionary>(), inner);
-         ObjectId record;
-         open<Dictionary>(inner, OpenMode::ForWrite)
-             ->setAt("Part", std::make_unique<Xrecord>(), record);
+    {"EntityItsBlockDoesNotList", {kNotListed}, {},
+     [](D d) { d.db.addObject(std::make_unique<Line>(), d.stray, d.db.modelSpaceId()); }},
+    {"EntityOwnedByAnotherBlockThanListsIt", {kNotListed}, {},
+     [](D d) { d.setOwner(d.line, d.db.paperSpaceId()); }},
+    {"AttributeOwnedByTheBlockInsteadOfItsReference", {kNotListed}, {},
+     [](D d) { d.setOwner(d.attribute, d.db.modelSpaceId()); }},
+    {"ListedRecordWithoutOwner", {kIssueMissingOwner}, {},
+     [](D d) { d.setOwner(d.xrecord, ObjectId::kNull); }},
+    {"UnlistedRecordWithoutOwner", {kIssueMissingOwner}, {kIssueMissingOwner},
+     [](D d) { d.db.addObject(std::make_unique<Xrecord>(), d.stray, ObjectId::kNull); }},
+    {"OwnerNamesNoObject", {kIssueDanglingOwner}, {},
+     [](D d) { d.setOwner(d.xrecord, d.nothing()); }},
+    {"OwnerErasedButObjectLive", {kIssueDanglingOwner}, {}, [](D d) {
+         const ObjectId inner = d.add(d.catalogue, "Category", std::make_unique<Dictionary>());
+         const ObjectId record = d.add(inner, "Part", std::make_unique<Xrecord>());
          d.erase(inner);
          d.erase(record, false);
-     },
-     {kIssueDanglingOwner},
-     {}},
-    {"OwnersInALoop",
-     [](AuditedDrawing& d) {
-         ObjectId inner;
-         open<Dictionary>(d.catalogue, OpenMode::ForWrite)
-             ->setAt("Category", std::make_unique<Dictionary>(), inner);
-         d.setOwner(d.catalogue, inner);
-     },
-     {kIssueOwnerCycle, kIssueOwnerDoesNotList},
-     {}},
-    {"DictionaryEntryNamesNothing",
-     [](AuditedDrawing& d) { d.redirect(d.catalogue, 350, d.nothing()); },
-     // The record its entry named is left owned by a dictionary that no longer lists it.
-     {kIssueDanglingDictionaryEntry, kIssueOwnerDoesNotList},
-     {kIssueOwnerDoesNotList}},
-    {"ExtensionDictionaryNamesNothing",
-     [](AuditedDrawing& d) {
-         open<DbObject>(d.line, OpenMode::ForWrite)->setExtensionDictionary(d.nothing());
-     },
-     {kIssueDanglingDictionaryEntry},
-     {}},
-    {"LayerNamesNothing",
-     [](AuditedDrawing& d) { d.redirect(d.line, 8, d.nothing()); },
-     {kIssueMissingSymbol},
-     {}},
-    {"LayerErased",
-     [](AuditedDrawing& d) {
-         auto layer = std::make_unique<LayerTableRecord>();
-         layer->setName("PARTS");
-         ObjectId parts;
-         open<SymbolTable>(d.db.layerTableId(), OpenMode::ForWrite)->add(std::move(layer), parts);
+     }},
+    {"OwnersInALoop", {kIssueOwnerCycle, kNotListed}, {},
+     [](D d) { d.setOwner(d.catalogue, d.add(d.catalogue, "Category", std::make_unique<Dictionary>())); }},
+    // The record its entry named is left owned by a dictionary that no longer lists it.
+    {"DictionaryEntryNamesNothing", {kIssueDanglingDictionaryEntry, kNotListed}, {kNotListed},
+     [](D d) { d.redirect(d.catalogue, 350, d.nothing()); }},
+    {"ExtensionDictionaryNamesNothing", {kIssueDanglingDictionaryEntry}, {},
+     [](D d) { open<DbObject>(d.line, OpenMode::ForWrite)->setExtensionDictionary(d.nothing()); }},
+    {"LayerNamesNothing", {kMissingSymbol}, {}, [](D d) { d.redirect(d.line, 8, d.nothing()); }},
+    {"LayerErased", {kMissingSymbol}, {}, [](D d) {
+         const ObjectId parts = addLayer(d.db, "PARTS", 7);
          open<Entity>(d.line, OpenMode::ForWrite)->setLayer(parts);
          d.erase(parts);
-     },
-     {kIssueMissingSymbol},
-     {}},
-    {"BlockOfReferenceNamesNothing",
-     [](AuditedDrawing& d) { d.redirect(d.insert, 2, d.nothing()); },
-     {kIssueMissingSymbol},
-     {kIssueMissingSymbol}},
-    {"HardPointersToErasedPlotStyle",
-     [](AuditedDrawing& d) {
-         d.erase(open<LayerTableRecord>(d.db.layerZero(), OpenMode::ForRead)->plotStyleNameId());
-     },
-     // Layer "0" names it, and so does the default entry of the plot style dictionary.
-     {kIssuePointerToErased, kIssuePointerToErased},
-     {}},
-    {"ReactorNamesNothing",
-     [](AuditedDrawing& d) {
-         open<DbObject>(d.line, OpenMode::ForWrite)->addPersistentReactor(d.nothing());
-     },
-     {kIssueDanglingReference},
-     {}},
-    {"BlockEntityNamesNothing",
-     [](AuditedDrawing& d) {
-         d.redirect(d.db.modelSpaceId(), 360, d.nothing());  // the BLOCK of model space
-     },
-     // The BLOCK is not made an entity of its block.
-     {kIssueOwnerDoesNotList, kIssueDanglingReference},
-     {kIssueOwnerDoesNotList, kIssueDanglingReference}},
-    {"EntityListedTwiceByItsBlock",
-     [](AuditedDrawing& d) {
-         open<BlockTableRecord>(d.db.modelSpaceId(), OpenMode::ForWrite)->appendEntity(d.line);
-     },
-     {kIssueListedTwice},
-     {kIssueListedTwice}},
-    {"EntityListedByTwoBlocks",
-     [](AuditedDrawing& d) {
-         open<BlockTableRecord>(d.db.paperSpaceId(), OpenMode::ForWrite)->appendEntity(d.line);
-     },
-     {kIssueListedTwice},
-     {kIssueListedTwice}},
-    {"BlockRecordLostItsLayout",
-     [](AuditedDrawing& d) {
-         open<BlockTableRecord>(d.db.paperSpaceId(), OpenMode::ForWrite)->setLayoutId({});
-     },
-     {kIssueLayoutLink},
-     {}},
-    {"LayoutLostItsBlockRecord",
-     [](AuditedDrawing& d) {
-         open<Layout>(d.layout1(), OpenMode::ForWrite)->setBlockTableRecordId({});
-     },
-     {kIssueLayoutLink},
-     {}},
-    {"BlockRecordNamesAnotherRecordsLayout",
-     [](AuditedDrawing& d) {
-         const ObjectId model =
-             open<BlockTableRecord>(d.db.modelSpaceId(), OpenMode::ForRead)->layoutId();
+     }},
+    {"BlockOfReferenceNamesNothing", {kMissingSymbol}, {kMissingSymbol},
+     [](D d) { d.redirect(d.insert, 2, d.nothing()); }},
+    // Layer "0" names it, and so does the default entry of the plot style dictionary.
+    {"HardPointersToErasedPlotStyle", {kIssuePointerToErased, kIssuePointerToErased}, {},
+     [](D d) { d.erase(open<LayerTableRecord>(d.db.layerZero(), OpenMode::ForRead)->plotStyleNameId()); }},
+    {"ReactorNamesNothing", {kDangling}, {},
+     [](D d) { open<DbObject>(d.line, OpenMode::ForWrite)->addPersistentReactor(d.nothing()); }},
+    // The BLOCK of model space; it is not made an entity of its block.
+    {"BlockEntityNamesNothing", {kNotListed, kDangling}, {kNotListed, kDangling},
+     [](D d) { d.redirect(d.db.modelSpaceId(), 360, d.nothing()); }},
+    {"EntityListedTwiceByItsBlock", {kTwice}, {kTwice},
+     [](D d) { open<BlockTableRecord>(d.db.modelSpaceId(), OpenMode::ForWrite)->appendEntity(d.line); }},
+    {"EntityListedByTwoBlocks", {kTwice}, {kTwice},
+     [](D d) { open<BlockTableRecord>(d.db.paperSpaceId(), OpenMode::ForWrite)->appendEntity(d.line); }},
+    {"BlockRecordLostItsLayout", {kLayout}, {},
+     [](D d) { open<BlockTableRecord>(d.db.paperSpaceId(), OpenMode::ForWrite)->setLayoutId({}); }},
+    {"LayoutLostItsBlockRecord", {kLayout}, {},
+     [](D d) { open<Layout>(d.layout1(), OpenMode::ForWrite)->setBlockTableRecordId({}); }},
+    // Both links of the paper space record are wrong; which layout is right is not known.
+    {"BlockRecordNamesAnotherRecordsLayout", {kLayout, kLayout}, {kLayout, kLayout}, [](D d) {
+         const ObjectId model = open<BlockTableRecord>(d.db.modelSpaceId(), OpenMode::ForRead)->layoutId();
          open<BlockTableRecord>(d.db.paperSpaceId(), OpenMode::ForWrite)->setLayoutId(model);
-     },
-     // Both links of the paper space record are wrong; which layout is right is not known.
-     {kIssueLayoutLink, kIssueLayoutLink},
-     {kIssueLayoutLink, kIssueLayoutLink}},
-    {"GroupDictionaryErased",
-     [](AuditedDrawing& d) { d.erase(d.db.groupDictionaryId()); },
-     {kIssueMissingStandardObject},
-     {kIssueMissingStandardObject}},
+     }},
+    {"GroupDictionaryErased", {kIssueMissingStandardObject}, {kIssueMissingStandardObject},
+     [](D d) { d.erase(d.db.groupDictionaryId()); }},
 };
+// clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Damage, AuditBrokenLink, ::testing::ValuesIn(kBrokenCases),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Damage, AuditBrokenLink, ::testing::ValuesIn(kBrokenCases), rowName);
 
 // ---- Drawings written by other programs ----
 

@@ -11,57 +11,26 @@
 
 #include "cad/db/Attribute.h"
 #include "cad/db/AttributeDefinition.h"
-#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
-#include "cad/db/Database.h"
 #include "cad/db/Ellipse.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/SequenceEnd.h"
-#include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 
 namespace cad::db {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-
-template <class Row>
-std::string rowName(const ::testing::TestParamInfo<Row>& row) {
-    return row.param.name;
-}
-
-void expectPoint(const ge::Point3d& actual, const ge::Point3d& expected) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-9);
-    EXPECT_NEAR(actual.y, expected.y, 1e-9);
-    EXPECT_NEAR(actual.z, expected.z, 1e-9);
-}
+using namespace testing_support;
 
 class BlockReferenceTest : public ::testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
 
-    ObjectId addBlock(std::string_view name, const ge::Point3d& origin = {}) {
-        auto record = std::make_unique<BlockTableRecord>();
-        record->setName(name);
-        record->setOrigin(origin);
-        ObjectId id;
-        EXPECT_EQ(
-            open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(record), id),
-            ErrorStatus::eOk);
-        return id;
-    }
-    ObjectId append(ObjectId block, std::unique_ptr<Entity> entity) {
-        ObjectId id;
-        EXPECT_EQ(
-            open<BlockTableRecord>(block, OpenMode::ForWrite)->appendEntity(std::move(entity), id),
-            ErrorStatus::eOk);
-        return id;
-    }
-
     // A marker block as the BOM mark makes it: circle, "BM" centred on the base point, and
     // invisible attribute definitions 1.0 apart below it.
     ObjectId addMarkerBlock() {
-        const ObjectId block = addBlock("QRBBM2");
+        const ObjectId block = addBlock(db, "QRBBM2");
         append(block, std::make_unique<Circle>(ge::Point3d{}, ge::Vector3d::kZAxis, 0.5));
         auto text = std::make_unique<Text>(ge::Point3d{}, "BM", db.textStyleStandard(), 0.5);
         text->setHorizontalMode(TextHorzMode::kTextMid);
@@ -101,115 +70,70 @@ protected:
     Database db;
 };
 
-struct TransformCase {
-    const char* name;
-    ge::Scale3d scale;
-    double rotation;
-    ge::Vector3d normal;
-    ge::Point3d blockPoint;  // block origin is (1, 1, 0), position (10, 5, 0)
-    ge::Point3d expected;
-};
-
-void PrintTo(const TransformCase& row, std::ostream* os) {
-    *os << row.name;
-}
-
-class BlockTransformRows : public BlockReferenceTest,
-                           public ::testing::WithParamInterface<TransformCase> {};
-
-TEST_P(BlockTransformRows, MapsBlockPointsToTheWorld) {
-    const TransformCase& row = GetParam();
-    const ObjectId block = addBlock("PART", {1, 1, 0});
-    BlockReference reference({10, 5, 0}, block);
-    ASSERT_EQ(reference.setScaleFactors(row.scale), ErrorStatus::eOk);
-    reference.setRotation(row.rotation);
-    reference.setNormal(row.normal);
-    expectPoint(reference.blockTransform() * row.blockPoint, row.expected);
-    expectPoint(reference.blockTransform() * ge::Point3d(1, 1, 0), {10, 5, 0});
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    BlockReference, BlockTransformRows,
-    ::testing::Values(
-        TransformCase{"plain", {1, 1, 1}, 0, {0, 0, 1}, {3, 2, 0}, {12, 6, 0}},
-        TransformCase{"mirror_in_x", {-1, 1, 1}, 0, {0, 0, 1}, {3, 2, 0}, {8, 6, 0}},
-        TransformCase{
-            "mirror_in_y_turned_quarter", {1, -1, 1}, kPi / 2, {0, 0, 1}, {3, 2, 0}, {11, 7, 0}},
-        TransformCase{"scaled_2_and_minus_3", {2, -3, 1}, 0, {0, 0, 1}, {3, 2, 0}, {14, 2, 0}},
+// Block origin (1, 1, 0), position (10, 5, 0): `blockPoint` lands on `expected`.
+TEST_F(BlockReferenceTest, BlockTransformMapsBlockPointsToTheWorld) {
+    const struct {
+        const char* name;
+        ge::Scale3d scale;
+        double rotation;
+        ge::Vector3d normal;
+        ge::Point3d blockPoint, expected;
+    } rows[] = {
+        {"plain", {1, 1, 1}, 0, {0, 0, 1}, {3, 2, 0}, {12, 6, 0}},
+        {"mirror in x", {-1, 1, 1}, 0, {0, 0, 1}, {3, 2, 0}, {8, 6, 0}},
+        {"mirror in y turned a quarter", {1, -1, 1}, kPi / 2, {0, 0, 1}, {3, 2, 0}, {11, 7, 0}},
+        {"scaled 2 and -3", {2, -3, 1}, 0, {0, 0, 1}, {3, 2, 0}, {14, 2, 0}},
         // The object coordinate system of -z has its x axis along -x.
-        TransformCase{"extrusion_minus_z", {1, 1, 1}, 0, {0, 0, -1}, {3, 2, 1}, {8, 6, -1}}),
-    rowName<TransformCase>);
-
-struct DecompositionCase {
-    const char* name;
-    ge::Scale3d scale;
-    double rotation;
-    ge::Matrix3d xform;
-    ge::Scale3d expectedScale;
-    double expectedRotation;
-};
-
-void PrintTo(const DecompositionCase& row, std::ostream* os) {
-    *os << row.name;
+        {"extrusion -z", {1, 1, 1}, 0, {0, 0, -1}, {3, 2, 1}, {8, 6, -1}},
+    };
+    const ObjectId block = addBlock(db, "PART", {1, 1, 0});
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        BlockReference reference({10, 5, 0}, block);
+        ASSERT_EQ(reference.setScaleFactors(row.scale), ErrorStatus::eOk);
+        reference.setRotation(row.rotation);
+        reference.setNormal(row.normal);
+        expectPoint(reference.blockTransform() * row.blockPoint, row.expected);
+        expectPoint(reference.blockTransform() * ge::Point3d(1, 1, 0), {10, 5, 0});
+    }
 }
-
-class TransformDecomposition : public BlockReferenceTest,
-                               public ::testing::WithParamInterface<DecompositionCase> {};
 
 // The host puts a mirror on X; a factor pattern the transform does not mirror is kept.
-TEST_P(TransformDecomposition, KeepsTheMirrorOnTheExpectedAxis) {
-    const DecompositionCase& row = GetParam();
-    BlockReference reference({0, 0, 0}, addBlock("PART"));
-    reference.setScaleFactors(row.scale);
-    reference.setRotation(row.rotation);
-    ASSERT_EQ(reference.transformBy(row.xform), ErrorStatus::eOk);
-    EXPECT_TRUE(reference.scaleFactors().isEqualTo(row.expectedScale, ge::Tolerance{1e-9, 1e-9}))
-        << reference.scaleFactors().sx << " " << reference.scaleFactors().sy;
-    EXPECT_NEAR(reference.rotation(), row.expectedRotation, 1e-9);
+TEST_F(BlockReferenceTest, TransformIsSplitWithTheMirrorOnTheExpectedAxis) {
+    using ge::Matrix3d, ge::Scale3d;
+    const struct {
+        const char* name;
+        Scale3d scale;
+        double rotation;
+        Matrix3d xform;
+        Scale3d expectedScale;
+        double expectedRotation;
+    } rows[] = {
+        // clang-format off
+        {"mirror across y axis", {1, 1, 1}, 0, Matrix3d::scaling(Scale3d(-1, 1, 1)), {-1, 1, 1}, 0},
+        {"mirror across x axis", {1, 1, 1}, 0, Matrix3d::scaling(Scale3d(1, -1, 1)), {-1, 1, 1}, kPi},
+        {"mirrored in y then moved", {1, -1, 1}, 0, Matrix3d::translation({4, 4, 0}), {1, -1, 1}, 0},
+        {"mirrored in x mirrored back", {-1, 1, 1}, 0, Matrix3d::scaling(Scale3d(-1, 1, 1)), {1, 1, 1}, 0},
+        {"mirrored in x then turned", {-2, 2, 2}, 0, Matrix3d::rotation(kPi / 2, ge::Vector3d::kZAxis), {-2, 2, 2}, kPi / 2},
+        // clang-format on
+        {"scaled uniformly", {1, -1, 1}, 0.5, Matrix3d::scaling(3.0), {3, -3, 3}, 0.5},
+    };
+    const ObjectId block = addBlock(db, "PART");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        BlockReference reference({0, 0, 0}, block);
+        reference.setScaleFactors(row.scale);
+        reference.setRotation(row.rotation);
+        ASSERT_EQ(reference.transformBy(row.xform), ErrorStatus::eOk);
+        EXPECT_TRUE(
+            reference.scaleFactors().isEqualTo(row.expectedScale, ge::Tolerance{1e-9, 1e-9}))
+            << reference.scaleFactors().sx << " " << reference.scaleFactors().sy;
+        EXPECT_NEAR(reference.rotation(), row.expectedRotation, 1e-9);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    BlockReference, TransformDecomposition,
-    ::testing::Values(DecompositionCase{"mirror_across_y_axis",
-                                        {1, 1, 1},
-                                        0,
-                                        ge::Matrix3d::scaling(ge::Scale3d(-1, 1, 1)),
-                                        {-1, 1, 1},
-                                        0},
-                      DecompositionCase{"mirror_across_x_axis",
-                                        {1, 1, 1},
-                                        0,
-                                        ge::Matrix3d::scaling(ge::Scale3d(1, -1, 1)),
-                                        {-1, 1, 1},
-                                        kPi},
-                      DecompositionCase{"mirrored_in_y_then_moved",
-                                        {1, -1, 1},
-                                        0,
-                                        ge::Matrix3d::translation({4, 4, 0}),
-                                        {1, -1, 1},
-                                        0},
-                      DecompositionCase{"mirrored_in_x_mirrored_back",
-                                        {-1, 1, 1},
-                                        0,
-                                        ge::Matrix3d::scaling(ge::Scale3d(-1, 1, 1)),
-                                        {1, 1, 1},
-                                        0},
-                      DecompositionCase{"mirrored_in_x_then_turned",
-                                        {-2, 2, 2},
-                                        0,
-                                        ge::Matrix3d::rotation(kPi / 2, ge::Vector3d::kZAxis),
-                                        {-2, 2, 2},
-                                        kPi / 2},
-                      DecompositionCase{"scaled_uniformly",
-                                        {1, -1, 1},
-                                        0.5,
-                                        ge::Matrix3d::scaling(3.0),
-                                        {3, -3, 3},
-                                        0.5}),
-    rowName<DecompositionCase>);
-
 TEST_F(BlockReferenceTest, ShearingTransformIsRefusedAndLeavesTheReference) {
-    BlockReference reference({0, 0, 0}, addBlock("PART"));
+    BlockReference reference({0, 0, 0}, addBlock(db, "PART"));
     reference.setScaleFactors({2, 1, 1});
     reference.setRotation(kPi / 4);
     EXPECT_EQ(reference.transformBy(ge::Matrix3d::scaling(ge::Scale3d(1, 2, 1))),
@@ -244,7 +168,7 @@ TEST_F(BlockReferenceTest, ExplodeYieldsBlockEntitiesAndDefinitionsButNotAttribu
 }
 
 TEST_F(BlockReferenceTest, ExplodeUnderUnevenScaleTurnsCirclesIntoEllipses) {
-    const ObjectId block = addBlock("RING");
+    const ObjectId block = addBlock(db, "RING");
     append(block, std::make_unique<Circle>(ge::Point3d{1, 0, 0}, ge::Vector3d::kZAxis, 1.0));
     auto reference = std::make_unique<BlockReference>(ge::Point3d{0, 0, 0}, block);
     reference->setScaleFactors({2, 1, 1});
@@ -258,7 +182,7 @@ TEST_F(BlockReferenceTest, ExplodeUnderUnevenScaleTurnsCirclesIntoEllipses) {
 }
 
 TEST_F(BlockReferenceTest, ArrayExplodesEveryCellAlongTheRotatedAxes) {
-    const ObjectId block = addBlock("DOT");
+    const ObjectId block = addBlock(db, "DOT");
     append(block, std::make_unique<Circle>(ge::Point3d{}, ge::Vector3d::kZAxis, 0.1));
     BlockReference reference({1, 1, 0}, block);
     reference.setRotation(kPi / 2);
@@ -335,14 +259,11 @@ TEST_F(BlockReferenceTest, ExtentsCoverWhatIsShownOnly) {
     ASSERT_EQ(open<BlockReference>(reference, OpenMode::ForRead)->getGeomExtents(extents),
               ErrorStatus::eOk);
     // The circle (radius 1 after scaling); the invisible attributes below it do not count.
-    EXPECT_NEAR(extents.minPoint.x, 9.0, 1e-9);
-    EXPECT_NEAR(extents.maxPoint.x, 11.0, 1e-9);
-    EXPECT_NEAR(extents.minPoint.y, 4.0, 1e-9);
-    EXPECT_NEAR(extents.maxPoint.y, 6.0, 1e-9);
+    expectExtents(extents, {9, 4, 0}, {11, 6, 0});
 }
 
 TEST_F(BlockReferenceTest, BlockHoldingAReferenceToItselfEndsWithAnError) {
-    const ObjectId block = addBlock("LOOP");
+    const ObjectId block = addBlock(db, "LOOP");
     append(block, std::make_unique<Circle>(ge::Point3d{}, ge::Vector3d::kZAxis, 1.0));
     append(block, std::make_unique<BlockReference>(ge::Point3d{1, 0, 0}, block));
     const ObjectId reference =

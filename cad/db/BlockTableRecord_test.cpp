@@ -11,35 +11,20 @@
 #include "cad/db/BlockBegin.h"
 #include "cad/db/BlockEnd.h"
 #include "cad/db/BlockReference.h"
-#include "cad/db/Database.h"
 #include "cad/db/Line.h"
-#include "cad/db/ObjectPtr.h"
-#include "cad/db/SymbolTable.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 
 namespace cad::db {
 namespace {
+
+using testing_support::append;
+using testing_support::tagsOf;
 
 class BlockTableRecordTest : public ::testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
 
-    ObjectId addBlock(std::string_view name) {
-        auto record = std::make_unique<BlockTableRecord>();
-        record->setName(name);
-        ObjectId id;
-        EXPECT_EQ(
-            open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(record), id),
-            ErrorStatus::eOk);
-        return id;
-    }
-    ObjectId append(ObjectId block, std::unique_ptr<Entity> entity) {
-        ObjectId id;
-        EXPECT_EQ(
-            open<BlockTableRecord>(block, OpenMode::ForWrite)->appendEntity(std::move(entity), id),
-            ErrorStatus::eOk);
-        return id;
-    }
+    ObjectId addBlock(std::string_view name) { return testing_support::addBlock(db, name); }
 
     Database db;
 };
@@ -83,14 +68,9 @@ TEST_F(BlockTableRecordTest, ANewBlockGetsItsBlockAndEndblk) {
     const auto& tags = recorder.tags();
     auto it = std::find(tags.begin(), tags.end(), RawTag{100, "AcDbBlockBegin"});
     ASSERT_NE(it, tags.end());
-    EXPECT_EQ(std::vector<RawTag>(it + 1, tags.end()), (std::vector<RawTag>{{2, "PART-1"},
-                                                                            {70, "0"},
-                                                                            {10, "10"},
-                                                                            {20, "20"},
-                                                                            {30, "0"},
-                                                                            {3, "PART-1"},
-                                                                            {1, ""},
-                                                                            {4, "gate valve"}}));
+    std::vector<RawTag> expected = tagsOf("2 PART-1 70 0 10 10 20 20 30 0 3 PART-1");
+    expected.insert(expected.end(), {{1, ""}, {4, "gate valve"}});
+    EXPECT_EQ(std::vector<RawTag>(it + 1, tags.end()), expected);
     // Erasing the block takes the entities and the frame along.
     blockBegin.close();
     const ObjectId line = append(block, std::make_unique<Line>());
@@ -145,12 +125,8 @@ TEST_F(BlockTableRecordTest, WritesLayoutAndPreviewOnlyWhenItHasThem) {
     auto record = open<BlockTableRecord>(part, OpenMode::ForWrite);
     TagRecorder plain;
     record->dxfFields(plain);
-    EXPECT_EQ(plain.tags(), (std::vector<RawTag>{{100, "AcDbSymbolTableRecord"},
-                                                 {100, "AcDbBlockTableRecord"},
-                                                 {2, "PART"},
-                                                 {70, "0"},
-                                                 {280, "1"},
-                                                 {281, "0"}}));
+    EXPECT_EQ(plain.tags(), tagsOf("100 AcDbSymbolTableRecord 100 AcDbBlockTableRecord 2 PART "
+                                   "70 0 280 1 281 0"));
     ASSERT_EQ(record->setPreviewIcon(std::string("BM\x00\x01", 4)), ErrorStatus::eOk);
     record->setInsertUnits(4);
     TagRecorder withPreview;

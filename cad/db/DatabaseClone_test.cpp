@@ -8,19 +8,15 @@
 
 #include "cad/db/Attribute.h"
 #include "cad/db/BlockReference.h"
-#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
-#include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/Group.h"
 #include "cad/db/IdMapping.h"
-#include "cad/db/LayerTableRecord.h"
 #include "cad/db/Line.h"
 #include "cad/db/LinetypeTableRecord.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/RawObject.h"
 #include "cad/db/ReferenceWalker.h"
-#include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 #include "cad/db/TextStyleTableRecord.h"
 #include "cad/db/Xrecord.h"
@@ -29,42 +25,7 @@
 namespace cad::db {
 namespace {
 
-ObjectId addRecord(ObjectId tableId, std::unique_ptr<SymbolTableRecord> record,
-                   const std::string& name, std::int16_t flags = 0) {
-    record->setName(name);
-    record->setFlags(flags);
-    ObjectId id;
-    EXPECT_EQ(open<SymbolTable>(tableId, OpenMode::ForWrite)->add(std::move(record), id),
-              ErrorStatus::eOk);
-    return id;
-}
-
-ObjectId addLayer(Database& db, const std::string& name, std::int16_t color,
-                  ObjectId linetype = {}) {
-    auto layer = std::make_unique<LayerTableRecord>();
-    layer->setColorIndex(color);
-    layer->setLinetypeObjectId(linetype);
-    return addRecord(db.layerTableId(), std::move(layer), name);
-}
-
-ObjectId append(ObjectId blockId, std::unique_ptr<Entity> entity, ObjectId layer = {}) {
-    if (!layer.isNull()) entity->setLayer(layer);
-    ObjectId id;
-    EXPECT_EQ(
-        open<BlockTableRecord>(blockId, OpenMode::ForWrite)->appendEntity(std::move(entity), id),
-        ErrorStatus::eOk);
-    return id;
-}
-
-ObjectId lookUp(ObjectId tableId, const std::string& name) {
-    ObjectId id;
-    open<SymbolTable>(tableId, OpenMode::ForRead)->getAt(name, id);
-    return id;
-}
-
-std::vector<ObjectId> entitiesOf(ObjectId blockId) {
-    return open<BlockTableRecord>(blockId, OpenMode::ForRead)->entityIds();
-}
+using namespace testing_support;
 
 ObjectId cloneOf(const IdMapping& map, ObjectId source) {
     IdPair pair(source, ObjectId::kNull, false);
@@ -87,6 +48,26 @@ void expectReferencesResolved(Database& db) {
     EXPECT_EQ(db.openObjectCount(), 0);
 }
 
+// A deep clone when `dest` is the source's database, a wblock clone otherwise.
+ErrorStatus cloneInto(Database& source, Database& dest, const std::vector<ObjectId>& ids,
+                      ObjectId owner, IdMapping& map) {
+    return &source == &dest
+               ? source.deepCloneObjects(ids, owner, map)
+               : dest.wblockCloneObjects(ids, owner, map, DuplicateRecordCloning::Ignore);
+}
+
+// Saves `db` and reads it back. The reader reports duplicate handles and references to
+// nothing as load issues, so none may come.
+std::unique_ptr<Database> readBack(Database& db) {
+    sys::TestTempFolder folder;
+    EXPECT_EQ(db.saveAs(folder.file("copy.dxf")), ErrorStatus::eOk) << db.lastErrorMessage();
+    auto back = std::make_unique<Database>(false);
+    EXPECT_EQ(back->readDwgFile(folder.file("copy.dxf")), ErrorStatus::eOk)
+        << back->lastErrorMessage();
+    for (const AuditIssue& issue : back->loadIssues()) ADD_FAILURE() << issue.message;
+    return back;
+}
+
 // A library drawing: block PART holds a line on layer PART (linetype DASHED), a text in
 // style KS and a reference to block BOLT, whose line lies on layer HIDDEN.
 struct Library {
@@ -97,10 +78,10 @@ struct Library {
         addRecord(db.textStyleTableId(), std::make_unique<TextStyleTableRecord>(), "KS");
     ObjectId partLayer = addLayer(db, "PART", 1, dashed);
     ObjectId hiddenLayer = addLayer(db, "HIDDEN", 2);
-    ObjectId bolt = addRecord(db.blockTableId(), std::make_unique<BlockTableRecord>(), "BOLT");
+    ObjectId bolt = addBlock(db, "BOLT");
     ObjectId boltLine = append(
         bolt, std::make_unique<Line>(ge::Point3d(0, 0, 0), ge::Point3d(1, 0, 0)), hiddenLayer);
-    ObjectId part = addRecord(db.blockTableId(), std::make_unique<BlockTableRecord>(), "PART");
+    ObjectId part = addBlock(db, "PART");
     ObjectId partLine =
         append(part, std::make_unique<Line>(ge::Point3d(0, 0, 0), ge::Point3d(5, 5, 0)), partLayer);
     ObjectId partText =
@@ -124,9 +105,7 @@ protected:
                       ErrorStatus::eOk);
             record = lookUp(target.blockTableId(), "PART");
         } else {
-            if (record.isNull())
-                record =
-                    addRecord(target.blockTableId(), std::make_unique<BlockTableRecord>(), "PART");
+            if (record.isNull()) record = addBlock(target, "PART");
             EXPECT_EQ(target.wblockCloneObjects(entitiesOf(library.part), record, map, drc),
                       ErrorStatus::eOk);
         }
@@ -178,9 +157,7 @@ TEST_P(WblockBlock, BringsLayersLinetypesTextStylesAndNestedBlocks) {
 TEST_P(WblockBlock, RecordsTheTargetHasFollowTheDuplicateRecordRule) {
     // PART also refers to an anonymous block, and the target has an unrelated one of the same
     // name: anonymous names are numbered per drawing, whatever the rule.
-    const ObjectId anonymous =
-        addRecord(library.db.blockTableId(), std::make_unique<BlockTableRecord>(), "*U1",
-                  BlockTableRecord::kAnonymous);
+    const ObjectId anonymous = addBlock(library.db, "*U1", {}, BlockTableRecord::kAnonymous);
     append(anonymous, std::make_unique<Line>(ge::Point3d(0, 0, 0), ge::Point3d(0, 1, 0)));
     append(library.part, std::make_unique<BlockReference>(ge::Point3d(0, 0, 0), anonymous));
     for (DuplicateRecordCloning drc :
@@ -189,13 +166,10 @@ TEST_P(WblockBlock, RecordsTheTargetHasFollowTheDuplicateRecordRule) {
         SCOPED_TRACE(replace ? "Replace" : "Ignore");
         Database target;
         const ObjectId layer = addLayer(target, "part", 5);  // names compare without case
-        const ObjectId bolt =
-            addRecord(target.blockTableId(), std::make_unique<BlockTableRecord>(), "BOLT");
+        const ObjectId bolt = addBlock(target, "BOLT");
         const ObjectId circle =
             append(bolt, std::make_unique<Circle>(ge::Point3d(0, 0, 0), ge::Vector3d::kZAxis, 1.0));
-        const ObjectId otherAnonymous =
-            addRecord(target.blockTableId(), std::make_unique<BlockTableRecord>(), "*U1",
-                      BlockTableRecord::kAnonymous);
+        const ObjectId otherAnonymous = addBlock(target, "*U1", {}, BlockTableRecord::kAnonymous);
         IdMapping map;
         const std::vector<ObjectId> entities = entitiesOf(copyPart(target, map, drc));
         ASSERT_EQ(entities.size(), 4u);
@@ -245,37 +219,28 @@ INSTANTIATE_TEST_SUITE_P(Clone, WblockBlock,
 TEST(WblockCloneObjects, TargetSavedAndReadBackHasEveryReferenceResolved) {
     Library library;
     Database target;
-    const ObjectId record =
-        addRecord(target.blockTableId(), std::make_unique<BlockTableRecord>(), "PART");
+    const ObjectId record = addBlock(target, "PART");
     IdMapping map;
-    ASSERT_EQ(target.wblockCloneObjects(entitiesOf(library.part), record, map,
-                                        DuplicateRecordCloning::Ignore),
+    ASSERT_EQ(cloneInto(library.db, target, entitiesOf(library.part), record, map),
               ErrorStatus::eOk);
     append(target.modelSpaceId(), std::make_unique<BlockReference>(ge::Point3d(0, 0, 0), record));
-    sys::TestTempFolder folder;
-    ASSERT_EQ(target.saveAs(folder.file("target.dxf")), ErrorStatus::eOk)
-        << target.lastErrorMessage();
 
-    // The reader reports duplicate handles and references to nothing as load issues.
-    Database back(false);
-    ASSERT_EQ(back.readDwgFile(folder.file("target.dxf")), ErrorStatus::eOk)
-        << back.lastErrorMessage();
-    for (const AuditIssue& issue : back.loadIssues()) ADD_FAILURE() << issue.message;
-    expectReferencesResolved(back);
-    const std::vector<ObjectId> entities = entitiesOf(lookUp(back.blockTableId(), "PART"));
+    const std::unique_ptr<Database> back = readBack(target);
+    expectReferencesResolved(*back);
+    const std::vector<ObjectId> entities = entitiesOf(lookUp(back->blockTableId(), "PART"));
     ASSERT_EQ(entities.size(), 3u);
     EXPECT_EQ(open<Line>(entities[0], OpenMode::ForRead)->layerId(),
-              lookUp(back.layerTableId(), "PART"));
+              lookUp(back->layerTableId(), "PART"));
     const ObjectId bolt = open<BlockReference>(entities[2], OpenMode::ForRead)->blockTableRecord();
-    EXPECT_EQ(bolt, lookUp(back.blockTableId(), "BOLT"));
+    EXPECT_EQ(bolt, lookUp(back->blockTableId(), "BOLT"));
     ASSERT_EQ(entitiesOf(bolt).size(), 1u);
     EXPECT_EQ(open<Line>(entitiesOf(bolt)[0], OpenMode::ForRead)->layerId(),
-              lookUp(back.layerTableId(), "HIDDEN"));
+              lookUp(back->layerTableId(), "HIDDEN"));
 }
 
 TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
-    for (const bool acrossDatabases : {false, true}) {
-        SCOPED_TRACE(acrossDatabases ? "wblock clone" : "deep clone");
+    for (const bool across : {false, true}) {
+        SCOPED_TRACE(across ? "wblock clone" : "deep clone");
         // An application dictionary holding an extended record and an object the engine does
         // not model, which names the record by a 340 and a 320, layer HIDDEN by a 330, and
         // by a 341 a handle that nothing carries.
@@ -283,46 +248,42 @@ TEST(CloneObjects, RawTagReferencesAreTranslatedArbitraryHandlesAreNot) {
         ObjectId app, record, raw;
         open<Dictionary>(library.db.namedObjectsDictionaryId(), OpenMode::ForWrite)
             ->setAt("APP", std::make_unique<Dictionary>(), app);
+        const std::string layer = library.hiddenLayer.handle().toHex();
         {
             auto dictionary = open<Dictionary>(app, OpenMode::ForWrite);
             dictionary->setAt("DATA", std::make_unique<Xrecord>(), record);
             const std::string handle = record.handle().toHex();
-            dictionary->setAt("OBJECT",
-                              std::make_unique<RawObject>(
-                                  "APPOBJECT", "AppObject",
-                                  std::vector<RawTag>{{340, handle},
-                                                      {320, handle},
-                                                      {330, library.hiddenLayer.handle().toHex()},
-                                                      {341, "FFFF"}}),
-                              raw);
+            dictionary->setAt(
+                "OBJECT",
+                std::make_unique<RawObject>(
+                    "APPOBJECT", "AppObject",
+                    tagsOf("340 " + handle + " 320 " + handle + " 330 " + layer + " 341 FFFF")),
+                raw);
         }
         Database target;
+        Database& dest = across ? target : library.db;
         IdMapping map;
-        const ErrorStatus es =
-            acrossDatabases
-                ? target.wblockCloneObjects({record, raw}, target.namedObjectsDictionaryId(), map,
-                                            DuplicateRecordCloning::Ignore)
-                : library.db.deepCloneObjects({record, raw}, app, map);
-        ASSERT_EQ(es, ErrorStatus::eOk);
+        ASSERT_EQ(cloneInto(library.db, dest, {record, raw},
+                            across ? target.namedObjectsDictionaryId() : app, map),
+                  ErrorStatus::eOk);
         EXPECT_EQ(library.db.openObjectCount(), 0);
 
-        const std::vector<RawTag> expected = {
-            {340, cloneOf(map, record).handle().toHex()},
-            {320, record.handle().toHex()},
-            // The layer was not cloned: the same layer within a drawing, nothing across.
-            {330, acrossDatabases ? "0" : library.hiddenLayer.handle().toHex()},
-            // Text naming nothing there would name some unrelated object here.
-            {341, acrossDatabases ? "0" : "FFFF"}};
+        // The layer was not cloned: the same layer within a drawing, nothing across; and text
+        // naming nothing there would name some unrelated object here.
+        const std::vector<RawTag> expected = {{340, cloneOf(map, record).handle().toHex()},
+                                              {320, record.handle().toHex()},
+                                              {330, across ? "0" : layer},
+                                              {341, across ? "0" : "FFFF"}};
         EXPECT_EQ(open<RawObject>(cloneOf(map, raw), OpenMode::ForRead)->tags(), expected);
         EXPECT_EQ(open<RawObject>(raw, OpenMode::ForRead)->tags()[0].value,
                   record.handle().toHex());
-        expectReferencesResolved(acrossDatabases ? target : library.db);
+        expectReferencesResolved(dest);
     }
 }
 
 TEST(CloneObjects, ReferenceCopyOwnsCopiesOfItsAttributes) {
-    for (const bool acrossDatabases : {false, true}) {
-        SCOPED_TRACE(acrossDatabases ? "wblock clone" : "deep clone");
+    for (const bool across : {false, true}) {
+        SCOPED_TRACE(across ? "wblock clone" : "deep clone");
         Library library;
         const ObjectId reference =
             append(library.db.modelSpaceId(),
@@ -334,13 +295,10 @@ TEST(CloneObjects, ReferenceCopyOwnsCopiesOfItsAttributes) {
                                   attribute),
             ErrorStatus::eOk);
         Database target;
-        Database& dest = acrossDatabases ? target : library.db;
+        Database& dest = across ? target : library.db;
         IdMapping map;
-        const ErrorStatus es =
-            acrossDatabases ? target.wblockCloneObjects({reference}, target.modelSpaceId(), map,
-                                                        DuplicateRecordCloning::Ignore)
-                            : library.db.deepCloneObjects({reference}, dest.modelSpaceId(), map);
-        ASSERT_EQ(es, ErrorStatus::eOk);
+        ASSERT_EQ(cloneInto(library.db, dest, {reference}, dest.modelSpaceId(), map),
+                  ErrorStatus::eOk);
 
         const ObjectId copy = cloneOf(map, reference);
         const std::vector<ObjectId> attributes =
@@ -351,14 +309,7 @@ TEST(CloneObjects, ReferenceCopyOwnsCopiesOfItsAttributes) {
         EXPECT_EQ(open<BlockReference>(reference, OpenMode::ForRead)->attributeIds(),
                   std::vector<ObjectId>{attribute});
         expectReferencesResolved(dest);
-
-        sys::TestTempFolder folder;
-        ASSERT_EQ(dest.saveAs(folder.file("target.dxf")), ErrorStatus::eOk)
-            << dest.lastErrorMessage();
-        Database back(false);
-        ASSERT_EQ(back.readDwgFile(folder.file("target.dxf")), ErrorStatus::eOk)
-            << back.lastErrorMessage();
-        for (const AuditIssue& issue : back.loadIssues()) ADD_FAILURE() << issue.message;
+        readBack(dest);
     }
 }
 
@@ -380,8 +331,7 @@ TEST(CloneObjects, DeepCloneTranslatesAmongClonesAndKeepsOtherReferences) {
     open<Dictionary>(extension, OpenMode::ForWrite)->setAt("LINK", std::move(xrecord), record);
 
     // Two owners, so two calls on one map; the second translates for both.
-    const ObjectId copy =
-        addRecord(db.blockTableId(), std::make_unique<BlockTableRecord>(), "COPY");
+    const ObjectId copy = addBlock(db, "COPY");
     IdMapping map;
     ASSERT_EQ(db.deepCloneObjects({library.partLine, library.partText}, copy, map, true),
               ErrorStatus::eOk);

@@ -8,18 +8,14 @@
 #include <vector>
 
 #include "cad/db/BlockBegin.h"
-#include "cad/db/BlockTableRecord.h"
-#include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/DimStyleTableRecord.h"
 #include "cad/db/Group.h"
-#include "cad/db/LayerTableRecord.h"
 #include "cad/db/Layout.h"
 #include "cad/db/Line.h"
 #include "cad/db/LinetypeTableRecord.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
-#include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/TextStyleTableRecord.h"
 #include "cad/db/Xrecord.h"
 #include "cad/sys/TestTempFolder.h"
@@ -27,11 +23,7 @@
 namespace cad::db {
 namespace {
 
-ObjectId recordOf(ObjectId table, std::string_view name) {
-    ObjectId id;
-    open<SymbolTable>(table, OpenMode::ForRead)->getAt(name, id);
-    return id;
-}
+using namespace testing_support;
 
 TEST(DatabaseContent, HasEveryTableWithItsStandardRecords) {
     Database db;
@@ -59,9 +51,9 @@ TEST(DatabaseContent, HasEveryTableWithItsStandardRecords) {
             names.push_back(open<SymbolTableRecord>(id, OpenMode::ForRead)->name());
         EXPECT_EQ(names, table.names) << tableName(table.kind);
     }
-    EXPECT_EQ(recordOf(db.linetypeTableId(), "BYLAYER"), db.byLayerLinetype());
-    EXPECT_EQ(recordOf(db.linetypeTableId(), "BYBLOCK"), db.byBlockLinetype());
-    EXPECT_EQ(recordOf(db.textStyleTableId(), "STANDARD"), db.textStyleStandard());
+    EXPECT_EQ(lookUp(db.linetypeTableId(), "BYLAYER"), db.byLayerLinetype());
+    EXPECT_EQ(lookUp(db.linetypeTableId(), "BYBLOCK"), db.byBlockLinetype());
+    EXPECT_EQ(lookUp(db.textStyleTableId(), "STANDARD"), db.textStyleStandard());
     EXPECT_EQ(db.clayer(), db.layerZero());
 
     auto zero = open<LayerTableRecord>(db.layerZero(), OpenMode::ForRead);
@@ -72,7 +64,7 @@ TEST(DatabaseContent, HasEveryTableWithItsStandardRecords) {
     EXPECT_EQ(open<TextStyleTableRecord>(db.textStyleStandard(), OpenMode::ForRead)->fileName(),
               "txt");
     auto dimStyle =
-        open<DimStyleTableRecord>(recordOf(db.dimStyleTableId(), "Standard"), OpenMode::ForRead);
+        open<DimStyleTableRecord>(lookUp(db.dimStyleTableId(), "Standard"), OpenMode::ForRead);
     EXPECT_EQ(dimStyle->dimtxsty(), db.textStyleStandard());
     EXPECT_EQ(db.header().text("$CLAYER"), "0");
     EXPECT_EQ(db.header().text("$DWGCODEPAGE"), "ANSI_949");
@@ -160,13 +152,7 @@ TEST(DatabaseContent, AnEmptyDatabaseHasNothing) {
 
 TEST(DatabaseContent, NewEntitiesGoOnTheCurrentLayer) {
     Database db;
-    ObjectId bom;
-    {
-        auto layer = std::make_unique<LayerTableRecord>();
-        layer->setName("BOM");
-        layer->setColorIndex(6);
-        open<SymbolTable>(db.layerTableId(), OpenMode::ForWrite)->add(std::move(layer), bom);
-    }
+    const ObjectId bom = addLayer(db, "BOM", 6);
     EXPECT_EQ(db.setClayer(bom), ErrorStatus::eOk);
     EXPECT_EQ(db.clayer(), bom);
     EXPECT_EQ(db.header().text("$CLAYER"), "BOM");
@@ -176,9 +162,7 @@ TEST(DatabaseContent, NewEntitiesGoOnTheCurrentLayer) {
     EXPECT_EQ(db.setClayer(other.layerZero()), ErrorStatus::eWrongDatabase);
     EXPECT_EQ(db.clayer(), bom);
 
-    ObjectId line;
-    open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite)
-        ->appendEntity(std::make_unique<Line>(), line);
+    const ObjectId line = append(db.modelSpaceId(), std::make_unique<Line>());
     EXPECT_EQ(open<Line>(line, OpenMode::ForRead)->layerId(), bom);
     EXPECT_EQ(db.openObjectCount(), 0);
 }
@@ -196,48 +180,41 @@ TEST_P(DatabaseRoundTrip, ModuleObjectsSurviveSaveAndRead) {
     const bool r2000 = GetParam().version == DxfVersion::R2000;
     const std::string korean = "\xEB\xB0\xB8\xEB\xB8\x8C";  // a category name in Korean
     const std::string preview("BM\x1A\x00\xFF", 5);
+    auto chainFor = [&](ObjectId library) {
+        return ResBufChain{
+            {2, std::string("PART")},  {10, ge::Point3d{1.5, -2, 0.25}}, {1, korean},
+            {90, std::int32_t{18134}}, {310, BinaryChunk{preview}},      {340, library}};
+    };
     sys::TestTempFolder folder;
     const std::string path = folder.file("library.dxf");
     {
         Database db;
-        ObjectId library, category, record, part, line, group, bom, style;
-        {
-            auto root = open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForWrite);
-            root->setAt("Adv data list", std::make_unique<Dictionary>(), library);
-        }
+        ObjectId library, category, record, line, group;
+        open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForWrite)
+            ->setAt("Adv data list", std::make_unique<Dictionary>(), library);
         open<Dictionary>(library, OpenMode::ForWrite)
             ->setAt(korean, std::make_unique<Dictionary>(), category);
         auto xrecord = std::make_unique<Xrecord>();
-        xrecord->setFromRbChain({{2, std::string("PART")},
-                                 {10, ge::Point3d{1.5, -2, 0.25}},
-                                 {1, korean},
-                                 {90, std::int32_t{18134}},
-                                 {310, BinaryChunk{preview}},
-                                 {340, library}});
+        xrecord->setFromRbChain(chainFor(library));
         open<Dictionary>(category, OpenMode::ForWrite)
             ->setAt("QRB_VANTORDATA-0", std::move(xrecord), record);
 
-        auto block = std::make_unique<BlockTableRecord>();
-        block->setName("PART");
-        block->setOrigin({10, 20, 0});
-        block->setComments("gate valve");
-        block->setPreviewIcon(preview);
-        open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(block), part);
-        open<BlockTableRecord>(part, OpenMode::ForWrite)
-            ->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{5, 5, 0}), line);
-
-        auto layer = std::make_unique<LayerTableRecord>();
-        layer->setName("BOM");
-        layer->setColorIndex(6);
-        layer->setIsOff(true);
-        layer->setIsLocked(true);
-        open<SymbolTable>(db.layerTableId(), OpenMode::ForWrite)->add(std::move(layer), bom);
+        const ObjectId part = addBlock(db, "PART", {10, 20, 0});
+        {
+            auto block = open<BlockTableRecord>(part, OpenMode::ForWrite);
+            block->setComments("gate valve");
+            block->setPreviewIcon(preview);
+        }
+        line = append(part, std::make_unique<Line>(ge::Point3d{}, ge::Point3d{5, 5, 0}));
+        {
+            auto bom = open<LayerTableRecord>(addLayer(db, "BOM", 6), OpenMode::ForWrite);
+            bom->setIsOff(true);
+            bom->setIsLocked(true);
+        }
         auto textStyle = std::make_unique<TextStyleTableRecord>();
-        textStyle->setName("MIRROR");
         textStyle->setIsUpsideDown(true);
         textStyle->setFileName("txt");
-        open<SymbolTable>(db.textStyleTableId(), OpenMode::ForWrite)
-            ->add(std::move(textStyle), style);
+        addRecord(db.textStyleTableId(), std::move(textStyle), "MIRROR");
 
         auto made = std::make_unique<Group>("pump set");
         made->append(line);
@@ -259,9 +236,7 @@ TEST_P(DatabaseRoundTrip, ModuleObjectsSurviveSaveAndRead) {
     {
         auto xrecord = open<Xrecord>(record, OpenMode::ForRead);
         ASSERT_TRUE(xrecord);
-        const ResBufChain expected = {
-            {2, std::string("PART")},  {10, ge::Point3d{1.5, -2, 0.25}}, {1, korean},
-            {90, std::int32_t{18134}}, {310, BinaryChunk{preview}},      {340, library}};
+        const ResBufChain expected = chainFor(library);
         ASSERT_EQ(xrecord->rbChain().size(), expected.size());
         for (std::size_t i = 0; i < expected.size(); ++i) {
             EXPECT_EQ(xrecord->rbChain()[i].code, expected[i].code);
@@ -269,7 +244,7 @@ TEST_P(DatabaseRoundTrip, ModuleObjectsSurviveSaveAndRead) {
         }
     }
     {
-        auto part = open<BlockTableRecord>(recordOf(db.blockTableId(), "part"), OpenMode::ForRead);
+        auto part = open<BlockTableRecord>(lookUp(db.blockTableId(), "part"), OpenMode::ForRead);
         ASSERT_TRUE(part);
         EXPECT_TRUE(part->origin().isEqualTo({10, 20, 0}));
         EXPECT_EQ(part->entityIds().size(), 1U);
@@ -278,14 +253,14 @@ TEST_P(DatabaseRoundTrip, ModuleObjectsSurviveSaveAndRead) {
         EXPECT_EQ(part->previewIcon(), r2000 ? preview : "");
     }
     {
-        auto bom = open<LayerTableRecord>(recordOf(db.layerTableId(), "BOM"), OpenMode::ForRead);
+        auto bom = open<LayerTableRecord>(lookUp(db.layerTableId(), "BOM"), OpenMode::ForRead);
         ASSERT_TRUE(bom);
         EXPECT_EQ(bom->colorIndex(), 6);
         EXPECT_TRUE(bom->isOff());
         EXPECT_TRUE(bom->isLocked());
         EXPECT_EQ(bom->linetypeObjectId(), db.continuousLinetype());
-        auto style = open<TextStyleTableRecord>(recordOf(db.textStyleTableId(), "MIRROR"),
-                                                OpenMode::ForRead);
+        auto style =
+            open<TextStyleTableRecord>(lookUp(db.textStyleTableId(), "MIRROR"), OpenMode::ForRead);
         EXPECT_TRUE(style->isUpsideDown());
     }
     {

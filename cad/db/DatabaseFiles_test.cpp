@@ -5,10 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "cad/db/BlockTableRecord.h"
-#include "cad/db/Database.h"
 #include "cad/db/Line.h"
-#include "cad/db/ObjectPtr.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/sys/SharedFile.h"
 #include "cad/sys/TestTempFolder.h"
 
@@ -16,11 +14,8 @@ namespace cad::db {
 namespace {
 
 ObjectId addLine(Database& db) {
-    auto space = open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite);
-    ObjectId id;
-    EXPECT_EQ(space->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{3, 4, 0}), id),
-              ErrorStatus::eOk);
-    return id;
+    return testing_support::append(db.modelSpaceId(),
+                                   std::make_unique<Line>(ge::Point3d{}, ge::Point3d{3, 4, 0}));
 }
 
 std::size_t modelSpaceSize(const Database& db) {

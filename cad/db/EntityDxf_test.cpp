@@ -11,14 +11,11 @@
 #include "cad/db/Attribute.h"
 #include "cad/db/AttributeDefinition.h"
 #include "cad/db/BlockReference.h"
-#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
-#include "cad/db/Database.h"
 #include "cad/db/Ellipse.h"
 #include "cad/db/Hatch.h"
 #include "cad/db/Line.h"
 #include "cad/db/MText.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/Point.h"
 #include "cad/db/Polyline.h"
@@ -28,8 +25,7 @@
 #include "cad/db/ReferenceWalker.h"
 #include "cad/db/Solid.h"
 #include "cad/db/Spline.h"
-#include "cad/db/SymbolTable.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 #include "cad/db/Vertex2d.h"
 #include "cad/db/Vertex3d.h"
@@ -39,24 +35,7 @@
 namespace cad::db {
 namespace {
 
-std::vector<RawTag> recorded(DbObject& object, DxfVersion version = DxfVersion::R2000) {
-    TagRecorder recorder(version);
-    object.dxfFields(recorder);
-    return recorder.tags();
-}
-
-// Tags as text, one "code value" per line, for readable comparisons.
-std::string textOf(const std::vector<RawTag>& tags) {
-    std::string text;
-    for (const RawTag& tag : tags) text += std::to_string(tag.code) + " " + tag.value + "\n";
-    return text;
-}
-
-std::vector<int> codesOf(const std::vector<RawTag>& tags) {
-    std::vector<int> codes;
-    for (const RawTag& tag : tags) codes.push_back(tag.code);
-    return codes;
-}
+using namespace testing_support;
 
 TEST(EntityLayout, TextKeepsItsVerticalModeInASecondTextSubclass) {
     Text text({1, 2, 0}, "BM", {}, 0.5);
@@ -126,19 +105,8 @@ TEST(EntityLayout, KeptTagsShowTheirReferencesToWalkers) {
     model->appendEntity(std::make_unique<Line>(ge::Point3d{0, 0, 0}, ge::Point3d{1, 0, 0}),
                         boundary);
     auto hatch = std::make_unique<Hatch>();
-    hatch->setDefinitionTags({{91, "1"},
-                              {92, "1"},
-                              {93, "1"},
-                              {72, "1"},
-                              {10, "0"},
-                              {20, "0"},
-                              {11, "1"},
-                              {21, "0"},
-                              {97, "1"},
-                              {330, boundary.handle().toHex()},
-                              {75, "0"},
-                              {76, "1"},
-                              {98, "0"}});
+    hatch->setDefinitionTags(tagsOf("91 1 92 1 93 1 72 1 10 0 20 0 11 1 21 0 97 1 330 " +
+                                    boundary.handle().toHex() + " 75 0 76 1 98 0"));
     model->appendEntity(std::move(hatch), hatchId);
     auto leader = std::make_unique<RawEntity>("LEADER", "AcDbLeader");
     leader->tags() = {{100, "AcDbLeader"}, {340, boundary.handle().toHex()}, {71, "1"}};
@@ -163,74 +131,49 @@ TEST(EntityLayout, KeptTagsShowTheirReferencesToWalkers) {
     EXPECT_EQ(moved->definitionTags()[6], (RawTag{11, "6"}));
 }
 
-struct OcsCase {
-    const char* name;
-    const char* entity;  // the tags after "0"
-    ge::Point3d min, max;
-};
-
-void PrintTo(const OcsCase& row, std::ostream* os) {
-    *os << row.name;
-}
-
-class OcsFromFile : public ::testing::TestWithParam<OcsCase> {};
-
 // Entities whose points are in the object coordinate system of an extrusion (0, 0, -1): that
 // system's x axis is the world's -x, so the world geometry lies mirrored in x and at -z.
-TEST_P(OcsFromFile, GivesTheWorldGeometry) {
-    const std::string dxf =
-        "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nB\n70\n0\n10\n0\n20\n0\n30\n0\n"
-        "0\nLINE\n8\n0\n10\n0\n20\n0\n30\n0\n11\n1\n21\n0\n31\n0\n0\nENDBLK\n8\n0\n0\nENDSEC\n"
-        "0\nSECTION\n2\nENTITIES\n0\n" +
-        std::string(GetParam().entity) + "210\n0\n220\n0\n230\n-1\n0\nENDSEC\n0\nEOF\n";
-    Database db(false);
-    ASSERT_EQ(db.readDxfBytes(dxf, "ocs.dxf"), ErrorStatus::eOk) << db.lastErrorMessage();
-    const std::vector<ObjectId> ids =
-        open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds();
-    ASSERT_EQ(ids.size(), 1u);
-    Extents3d extents;
-    ASSERT_EQ(open<Entity>(ids[0], OpenMode::ForRead)->getGeomExtents(extents), ErrorStatus::eOk);
-    EXPECT_TRUE(extents.minPoint.isEqualTo(GetParam().min, {1e-9, 1e-9}))
-        << extents.minPoint.x << " " << extents.minPoint.y << " " << extents.minPoint.z;
-    EXPECT_TRUE(extents.maxPoint.isEqualTo(GetParam().max, {1e-9, 1e-9}))
-        << extents.maxPoint.x << " " << extents.maxPoint.y << " " << extents.maxPoint.z;
-    EXPECT_EQ(db.openObjectCount(), 0);
+TEST(OcsFromFile, GivesTheWorldGeometry) {
+    const struct {
+        const char* name;
+        const char* entity;  // the tags after "0"
+        ge::Point3d min, max;
+    } rows[] = {
+        // clang-format off
+        {"circle", "CIRCLE\n8\n0\n10\n1\n20\n2\n30\n3\n40\n1\n", {-2, 1, -3}, {0, 3, -3}},
+        {"arc in the first quadrant", "ARC\n8\n0\n10\n0\n20\n0\n30\n0\n40\n1\n50\n0\n51\n90\n",
+         {-1, 0, 0}, {0, 1, 0}},
+        {"lwpolyline at elevation", "LWPOLYLINE\n8\n0\n90\n2\n38\n3\n10\n1\n20\n0\n10\n2\n20\n1\n",
+         {-2, 0, -3}, {-1, 1, -3}},
+        {"solid", "SOLID\n8\n0\n10\n0\n20\n0\n30\n2\n11\n1\n21\n0\n31\n2\n12\n0\n22\n1\n32\n2\n"
+                  "13\n1\n23\n1\n33\n2\n", {-1, 0, -2}, {0, 1, -2}},
+        {"text", "TEXT\n8\n0\n10\n1\n20\n2\n30\n0\n40\n1\n1\nAB\n", {-2.2, 2, 0}, {-1, 3, 0}},
+        {"insert", "INSERT\n8\n0\n2\nB\n10\n1\n20\n2\n30\n3\n", {-2, 2, -3}, {-1, 2, -3}},
+        // clang-format on
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string dxf =
+            "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nB\n70\n0\n10\n0\n20\n0\n30\n0\n"
+            "0\nLINE\n8\n0\n10\n0\n20\n0\n30\n0\n11\n1\n21\n0\n31\n0\n0\nENDBLK\n8\n0\n0\nENDSEC\n"
+            "0\nSECTION\n2\nENTITIES\n0\n" +
+            std::string(row.entity) + "210\n0\n220\n0\n230\n-1\n0\nENDSEC\n0\nEOF\n";
+        Database db(false);
+        ASSERT_EQ(db.readDxfBytes(dxf, "ocs.dxf"), ErrorStatus::eOk) << db.lastErrorMessage();
+        const std::vector<ObjectId> ids = entitiesOf(db.modelSpaceId());
+        ASSERT_EQ(ids.size(), 1u);
+        Extents3d extents;
+        ASSERT_EQ(open<Entity>(ids[0], OpenMode::ForRead)->getGeomExtents(extents),
+                  ErrorStatus::eOk);
+        expectExtents(extents, row.min, row.max);
+        EXPECT_EQ(db.openObjectCount(), 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Entity, OcsFromFile,
-    ::testing::Values(
-        OcsCase{"circle", "CIRCLE\n8\n0\n10\n1\n20\n2\n30\n3\n40\n1\n", {-2, 1, -3}, {0, 3, -3}},
-        OcsCase{"arc_first_quadrant",
-                "ARC\n8\n0\n10\n0\n20\n0\n30\n0\n40\n1\n50\n0\n51\n90\n",
-                {-1, 0, 0},
-                {0, 1, 0}},
-        OcsCase{"lwpolyline_at_elevation",
-                "LWPOLYLINE\n8\n0\n90\n2\n38\n3\n10\n1\n20\n0\n10\n2\n20\n1\n",
-                {-2, 0, -3},
-                {-1, 1, -3}},
-        OcsCase{"solid",
-                "SOLID\n8\n0\n10\n0\n20\n0\n30\n2\n11\n1\n21\n0\n31\n2\n12\n0\n22\n1\n32\n2\n"
-                "13\n1\n23\n1\n33\n2\n",
-                {-1, 0, -2},
-                {0, 1, -2}},
-        OcsCase{
-            "text", "TEXT\n8\n0\n10\n1\n20\n2\n30\n0\n40\n1\n1\nAB\n", {-2.2, 2, 0}, {-1, 3, 0}},
-        OcsCase{"insert", "INSERT\n8\n0\n2\nB\n10\n1\n20\n2\n30\n3\n", {-2, 2, -3}, {-1, 2, -3}}),
-    [](const ::testing::TestParamInfo<OcsCase>& row) { return std::string(row.param.name); });
 
 // A drawing with every entity type, non-default values everywhere.
 class EveryEntityFile : public ::testing::TestWithParam<DxfVersion> {
 protected:
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
-    ObjectId append(ObjectId block, std::unique_ptr<Entity> entity) {
-        ObjectId id;
-        EXPECT_EQ(
-            open<BlockTableRecord>(block, OpenMode::ForWrite)->appendEntity(std::move(entity), id),
-            ErrorStatus::eOk);
-        return id;
-    }
 
     void build() {
         const ObjectId ms = db.modelSpaceId();
@@ -276,23 +219,17 @@ protected:
         spline->setFitData({{0, 0, 0}, {3, 0, 0}}, 2, 0.01, {1, 0, 0}, {0, -1, 0});
         append(ms, std::move(spline));
         auto hatch = std::make_unique<Hatch>();
-        hatch->setDefinitionTags({{91, "1"}, {92, "7"}, {72, "1"},   {73, "1"}, {93, "3"},
-                                  {10, "0"}, {20, "0"}, {42, "0.5"}, {10, "4"}, {20, "0"},
-                                  {42, "0"}, {10, "4"}, {20, "3"},   {42, "0"}, {97, "0"},
-                                  {75, "1"}, {76, "1"}, {98, "1"},   {10, "1"}, {20, "1"}});
+        hatch->setDefinitionTags(
+            tagsOf("91 1 92 7 72 1 73 1 93 3 10 0 20 0 42 0.5 10 4 20 0 "
+                   "42 0 10 4 20 3 42 0 97 0 75 1 76 1 98 1 10 1 20 1"));
         append(ms, std::move(hatch));
         auto face = std::make_unique<RawEntity>("3DFACE", "AcDbFace");
-        face->tags() = {{100, "AcDbFace"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "1.0"},
-                        {21, "0.0"},       {31, "0.0"}, {12, "1.0"}, {22, "1.0"}, {32, "0.0"},
-                        {13, "0.0"},       {23, "1.0"}, {33, "0.0"}};
+        face->tags() = tagsOf(
+            "100 AcDbFace 10 0.0 20 0.0 30 0.0 11 1.0 21 0.0 31 0.0 12 1.0 "
+            "22 1.0 32 0.0 13 0.0 23 1.0 33 0.0");
         append(ms, std::move(face));
 
-        auto record = std::make_unique<BlockTableRecord>();
-        record->setName("QRBBM2");
-        ObjectId block;
-        ASSERT_EQ(
-            open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(record), block),
-            ErrorStatus::eOk);
+        const ObjectId block = addBlock(db, "QRBBM2");
         auto definition = std::make_unique<AttributeDefinition>(ge::Point3d{0, -1, 0}, "", "NAME",
                                                                 "NAME", db.textStyleStandard());
         definition->setInvisible(true);

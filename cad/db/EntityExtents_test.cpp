@@ -8,17 +8,15 @@
 #include <string>
 
 #include "cad/db/Arc.h"
-#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
-#include "cad/db/Database.h"
 #include "cad/db/Ellipse.h"
 #include "cad/db/Hatch.h"
 #include "cad/db/Line.h"
 #include "cad/db/MText.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/Polyline.h"
 #include "cad/db/Polyline3d.h"
 #include "cad/db/Spline.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 #include "cad/db/Vertex3d.h"
 
@@ -27,29 +25,7 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 const double kSin10 = std::sin(kPi / 18), kCos10 = std::cos(kPi / 18);
-
-struct ExtentsCase {
-    const char* name;
-    std::function<std::unique_ptr<Entity>()> make;
-    ge::Point3d min, max;
-};
-
-void PrintTo(const ExtentsCase& row, std::ostream* os) {
-    *os << row.name;
-}
-
-class EntityExtents : public ::testing::TestWithParam<ExtentsCase> {};
-
-TEST_P(EntityExtents, BoundTheGeometryExactly) {
-    const ExtentsCase& row = GetParam();
-    Extents3d extents;
-    ASSERT_EQ(row.make()->getGeomExtents(extents), ErrorStatus::eOk);
-    const ge::Tolerance tol{1e-9, 1e-9};
-    EXPECT_TRUE(extents.minPoint.isEqualTo(row.min, tol))
-        << extents.minPoint.x << " " << extents.minPoint.y << " " << extents.minPoint.z;
-    EXPECT_TRUE(extents.maxPoint.isEqualTo(row.max, tol))
-        << extents.maxPoint.x << " " << extents.maxPoint.y << " " << extents.maxPoint.z;
-}
+using namespace testing_support;
 
 std::unique_ptr<Entity> text(std::int16_t flags) {
     auto t = std::make_unique<Text>(ge::Point3d{5, 5, 0}, "AB", ObjectId{}, 1.0);
@@ -58,105 +34,65 @@ std::unique_ptr<Entity> text(std::int16_t flags) {
     return t;
 }
 
-std::unique_ptr<Entity> hatchWithClockwiseArc() {
-    auto hatch = std::make_unique<Hatch>();
-    hatch->setElevation(2);
-    // A quarter circle run clockwise from 90 to 0 degrees (stored as 270 and 360), closed by
-    // a line.
-    hatch->setDefinitionTags({{91, "1"},
-                              {92, "1"},
-                              {93, "2"},
-                              {72, "2"},
-                              {10, "0"},
-                              {20, "0"},
-                              {40, "1"},
-                              {50, "270"},
-                              {51, "360"},
-                              {73, "0"},
-                              {72, "1"},
-                              {10, "1"},
-                              {20, "0"},
-                              {11, "0"},
-                              {21, "1"},
-                              {97, "0"},
-                              {75, "0"},
-                              {76, "1"},
-                              {98, "0"}});
-    return hatch;
+TEST(EntityExtents, BoundTheGeometryExactly) {
+    using P = ge::Point3d;
+    using V = ge::Vector3d;
+    const struct {
+        const char* name;
+        P min, max;
+        std::function<std::unique_ptr<Entity>()> make;
+    } rows[] = {
+        // clang-format off
+        {"line with thickness", {0, 0, 0}, {1, 0, 2}, [] {
+             auto line = std::make_unique<Line>(P{0, 0, 0}, P{1, 0, 0});
+             line->setThickness(2);
+             return line;
+         }},
+        {"circle on a wall", {0, -1, -1}, {0, 1, 1},
+         [] { return std::make_unique<Circle>(P{}, V::kXAxis, 1.0); }},
+        {"arc across angle zero", {2 * kCos10, -2 * kSin10, 0}, {2, 2 * kSin10, 0},
+         [] { return std::make_unique<Arc>(P{}, V::kZAxis, 2.0, -kPi / 18, kPi / 18); }},
+        {"ellipse turned a quarter", {-0.5, -2, 0}, {2.5, 4, 0},
+         [] { return std::make_unique<Ellipse>(P{1, 1, 0}, V::kZAxis, V{0, 3, 0}, 0.5); }},
+        {"quarter ellipse", {0, 0, 0}, {2, 1, 0},
+         [] { return std::make_unique<Ellipse>(P{}, V::kZAxis, V{2, 0, 0}, 0.5, 0, kPi / 2); }},
+        {"polyline half circle bulge", {0, -1, 0}, {2, 0, 0}, [] {
+             auto pline = std::make_unique<Polyline>();
+             pline->addVertexAt(0, {0, 0}, 1.0);
+             pline->addVertexAt(1, {2, 0});
+             return pline;
+         }},
+        {"text", {5, 5, 0}, {6.2, 6, 0}, [] { return text(0); }},
+        {"backward text", {3.8, 5, 0}, {5, 6, 0}, [] { return text(Text::kBackward); }},
+        {"upside down text", {5, 4, 0}, {6.2, 5, 0}, [] { return text(Text::kUpsideDown); }},
+        {"mtext on its middle", {-0.6, -0.5, 0}, {0.6, 0.5, 0}, [] {
+             auto mtext = std::make_unique<MText>(P{}, "{\\fArial;AB}");
+             mtext->setAttachment(MText::AttachmentPoint::kMiddleCenter);
+             return mtext;
+         }},
+        {"spline by its control points", {0, 0, 0}, {3, 2, 0}, [] {
+             auto spline = std::make_unique<Spline>();
+             spline->setNurbsData(2, 0, {{0, 0, 0}, {1, 2, 0}, {3, 0, 0}}, {0, 0, 0, 1, 1, 1});
+             return spline;
+         }},
+        // A quarter circle run clockwise from 90 to 0 degrees (stored as 270 and 360), closed
+        // by a line.
+        {"hatch with clockwise arc", {0, 0, 2}, {1, 1, 2}, [] {
+             auto hatch = std::make_unique<Hatch>();
+             hatch->setElevation(2);
+             hatch->setDefinitionTags(tagsOf("91 1 92 1 93 2 72 2 10 0 20 0 40 1 50 270 51 360 "
+                                             "73 0 72 1 10 1 20 0 11 0 21 1 97 0 75 0 76 1 98 0"));
+             return hatch;
+         }},
+        // clang-format on
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Extents3d extents;
+        ASSERT_EQ(row.make()->getGeomExtents(extents), ErrorStatus::eOk);
+        expectExtents(extents, row.min, row.max);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Entity, EntityExtents,
-    ::testing::Values(
-        ExtentsCase{
-            "line_with_thickness",
-            [] {
-                auto line = std::make_unique<Line>(ge::Point3d{0, 0, 0}, ge::Point3d{1, 0, 0});
-                line->setThickness(2);
-                return line;
-            },
-            {0, 0, 0},
-            {1, 0, 2}},
-        ExtentsCase{
-            "circle_on_a_wall",
-            [] {
-                return std::make_unique<Circle>(ge::Point3d{0, 0, 0}, ge::Vector3d::kXAxis, 1.0);
-            },
-            {0, -1, -1},
-            {0, 1, 1}},
-        ExtentsCase{"arc_across_angle_zero",
-                    [] {
-                        return std::make_unique<Arc>(ge::Point3d{0, 0, 0}, ge::Vector3d::kZAxis,
-                                                     2.0, -kPi / 18, kPi / 18);
-                    },
-                    {2 * kCos10, -2 * kSin10, 0},
-                    {2, 2 * kSin10, 0}},
-        ExtentsCase{"ellipse_turned_a_quarter",
-                    [] {
-                        return std::make_unique<Ellipse>(ge::Point3d{1, 1, 0}, ge::Vector3d::kZAxis,
-                                                         ge::Vector3d{0, 3, 0}, 0.5);
-                    },
-                    {-0.5, -2, 0},
-                    {2.5, 4, 0}},
-        ExtentsCase{"quarter_ellipse",
-                    [] {
-                        return std::make_unique<Ellipse>(ge::Point3d{0, 0, 0}, ge::Vector3d::kZAxis,
-                                                         ge::Vector3d{2, 0, 0}, 0.5, 0, kPi / 2);
-                    },
-                    {0, 0, 0},
-                    {2, 1, 0}},
-        ExtentsCase{"polyline_half_circle_bulge",
-                    [] {
-                        auto pline = std::make_unique<Polyline>();
-                        pline->addVertexAt(0, {0, 0}, 1.0);
-                        pline->addVertexAt(1, {2, 0});
-                        return pline;
-                    },
-                    {0, -1, 0},
-                    {2, 0, 0}},
-        ExtentsCase{"text", [] { return text(0); }, {5, 5, 0}, {6.2, 6, 0}},
-        ExtentsCase{"backward_text", [] { return text(Text::kBackward); }, {3.8, 5, 0}, {5, 6, 0}},
-        ExtentsCase{
-            "upside_down_text", [] { return text(Text::kUpsideDown); }, {5, 4, 0}, {6.2, 5, 0}},
-        ExtentsCase{"mtext_on_its_middle",
-                    [] {
-                        auto mtext = std::make_unique<MText>(ge::Point3d{0, 0, 0}, "{\\fArial;AB}");
-                        mtext->setAttachment(MText::AttachmentPoint::kMiddleCenter);
-                        return mtext;
-                    },
-                    {-0.6, -0.5, 0},
-                    {0.6, 0.5, 0}},
-        ExtentsCase{
-            "spline_by_its_control_points",
-            [] {
-                auto spline = std::make_unique<Spline>();
-                spline->setNurbsData(2, 0, {{0, 0, 0}, {1, 2, 0}, {3, 0, 0}}, {0, 0, 0, 1, 1, 1});
-                return spline;
-            },
-            {0, 0, 0},
-            {3, 2, 0}},
-        ExtentsCase{"hatch_with_clockwise_arc", hatchWithClockwiseArc, {0, 0, 2}, {1, 1, 2}}),
-    [](const ::testing::TestParamInfo<ExtentsCase>& row) { return std::string(row.param.name); });
 
 TEST(MTextPlainText, DropsFormattingCodes) {
     EXPECT_EQ(MText::plainText("{\\fArial|b1;\\H2.5x;Bolt}\\PM\\S1^2;0\\~x \\\\"),
@@ -188,16 +124,11 @@ TEST(PolylineExplode, GivesLinesAndArcsAlongTheOutline) {
 
 TEST(PolylineExplode, ThreeDPolylineGivesLinesAndMeshesRefuse) {
     Database db;
-    ObjectId polylineId, meshId;
-    auto model = open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite);
-    ASSERT_EQ(
-        model->appendEntity(std::make_unique<Polyline3d>(
-                                std::vector<ge::Point3d>{{0, 0, 0}, {1, 0, 1}, {1, 1, 2}}, false),
-                            polylineId),
-        ErrorStatus::eOk);
-    ASSERT_EQ(model->appendEntity(std::make_unique<Polyline3d>(Polyline3d::kPolygonMesh), meshId),
-              ErrorStatus::eOk);
-    model.close();
+    const ObjectId polylineId = append(
+        db.modelSpaceId(), std::make_unique<Polyline3d>(
+                               std::vector<ge::Point3d>{{0, 0, 0}, {1, 0, 1}, {1, 1, 2}}, false));
+    const ObjectId meshId =
+        append(db.modelSpaceId(), std::make_unique<Polyline3d>(Polyline3d::kPolygonMesh));
     std::vector<std::unique_ptr<Entity>> pieces;
     ASSERT_EQ(open<Polyline3d>(polylineId, OpenMode::ForRead)->explode(pieces), ErrorStatus::eOk);
     ASSERT_EQ(pieces.size(), 2u);

@@ -10,20 +10,17 @@
 
 #include "cad/db/Arc.h"
 #include "cad/db/BlockReference.h"
-#include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
-#include "cad/db/Database.h"
 #include "cad/db/Ellipse.h"
 #include "cad/db/Hatch.h"
 #include "cad/db/Line.h"
 #include "cad/db/MText.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/Point.h"
 #include "cad/db/Polyline.h"
 #include "cad/db/Polyline2d.h"
 #include "cad/db/Solid.h"
 #include "cad/db/Spline.h"
-#include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 #include "cad/db/Vertex2d.h"
 #include "cad/ge/Scale3d.h"
@@ -33,23 +30,12 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-void expectPoint(const ge::Point3d& actual, const ge::Point3d& expected, const char* what) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-9) << what;
-    EXPECT_NEAR(actual.y, expected.y, 1e-9) << what;
-    EXPECT_NEAR(actual.z, expected.z, 1e-9) << what;
-}
+using namespace testing_support;
 
 struct TransformRow {
     const char* name;
     ge::Matrix3d xform;
 };
-
-std::string rowName(const testing::TestParamInfo<TransformRow>& info) {
-    return info.param.name;
-}
-void PrintTo(const TransformRow& row, std::ostream* os) {
-    *os << row.name;
-}
 
 const ge::Matrix3d kMirrorAboutY2 = ge::Matrix3d::translation({0, 2, 0}) *
                                     ge::Matrix3d::scaling(ge::Scale3d(1, -1, 1)) *
@@ -180,10 +166,9 @@ TEST_P(EntityTransform, HatchBoundaryEdgesKeepTheirTraversal) {
     // One edge path: a clockwise arc (stored with complementary angles) and a line closing
     // it, so the edges' start and end points must stay joined after any transform.
     Hatch hatch;
-    hatch.setDefinitionTags({{91, "1"}, {92, "1"},   {93, "2"},   {72, "2"}, {10, "0"}, {20, "0"},
-                             {40, "1"}, {50, "270"}, {51, "360"}, {73, "0"}, {72, "1"}, {10, "1"},
-                             {20, "0"}, {11, "0"},   {21, "1"},   {97, "0"}, {75, "0"}, {76, "1"},
-                             {98, "1"}, {10, "0.5"}, {20, "0.5"}});
+    hatch.setDefinitionTags(
+        tagsOf("91 1 92 1 93 2 72 2 10 0 20 0 40 1 50 270 51 360 73 0 72 1 "
+               "10 1 20 0 11 0 21 1 97 0 75 0 76 1 98 1 10 0.5 20 0.5"));
     ASSERT_EQ(hatch.transformBy(m()), ErrorStatus::eOk);
     const auto& tags = hatch.definitionTags();
     auto value = [&](std::size_t i) { return std::stod(tags[i].value); };
@@ -213,23 +198,13 @@ class ResidentEntityTransform : public EntityTransform {
 protected:
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
     ObjectId append(std::unique_ptr<Entity> entity) {
-        ObjectId id;
-        EXPECT_EQ(open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite)
-                      ->appendEntity(std::move(entity), id),
-                  ErrorStatus::eOk);
-        return id;
+        return testing_support::append(db.modelSpaceId(), std::move(entity));
     }
     Database db;
 };
 
 TEST_P(ResidentEntityTransform, BlockTransformComposesWithTheTransform) {
-    auto record = std::make_unique<BlockTableRecord>();
-    record->setName("PART");
-    record->setOrigin({1, 1, 0});
-    ObjectId block;
-    ASSERT_EQ(
-        open<SymbolTable>(db.blockTableId(), OpenMode::ForWrite)->add(std::move(record), block),
-        ErrorStatus::eOk);
+    const ObjectId block = addBlock(db, "PART", {1, 1, 0});
     // Placed mirrored in Y, rotated and scaled, as a part placed with the mirror option.
     auto reference = std::make_unique<BlockReference>(ge::Point3d{5, 2, 0}, block);
     reference->setScaleFactors(ge::Scale3d(2, -2, 2));

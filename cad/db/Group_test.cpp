@@ -6,11 +6,8 @@
 
 #include <vector>
 
-#include "cad/db/BlockTableRecord.h"
-#include "cad/db/Database.h"
 #include "cad/db/Line.h"
-#include "cad/db/ObjectPtr.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 
 namespace cad::db {
 namespace {
@@ -20,10 +17,7 @@ protected:
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
 
     ObjectId addLine() {
-        ObjectId id;
-        open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite)
-            ->appendEntity(std::make_unique<Line>(ge::Point3d{}, ge::Point3d{1, 0, 0}), id);
-        return id;
+        return testing_support::append(db.modelSpaceId(), std::make_unique<Line>());
     }
     std::string nameOf(ObjectId group) {
         std::string name;

@@ -9,12 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "cad/db/Database.h"
-#include "cad/db/LayerTableRecord.h"
 #include "cad/db/LinetypeTableRecord.h"
-#include "cad/db/ObjectPtr.h"
 #include "cad/db/RegAppTableRecord.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/TextStyleTableRecord.h"
 #include "cad/db/ViewportTableRecord.h"
 
@@ -59,38 +56,30 @@ TEST_F(SymbolTableTest, LooksUpNamesWithoutRegardToCase) {
               ErrorStatus::eDuplicateKey);
 }
 
-struct Refusal {
-    const char* name;
-    SymbolTableKind table;
-    const char* recordName;
-    ErrorStatus expected;
-};
-
-class SymbolTableRefusal : public SymbolTableTest, public ::testing::WithParamInterface<Refusal> {};
-
-TEST_P(SymbolTableRefusal, AddIsRefused) {
-    const ObjectId table =
-        GetParam().table == SymbolTableKind::Layer ? db.layerTableId() : db.regAppTableId();
-    auto record = std::make_unique<LayerTableRecord>();
-    // Bypass setName's own check to see the table's.
-    if (SymbolTableRecord::isValidName(GetParam().recordName))
-        record->setName(GetParam().recordName);
-    ObjectId id;
-    ErrorStatus es = open<SymbolTable>(table, OpenMode::ForWrite)->add(std::move(record), id);
-    EXPECT_EQ(es, GetParam().expected);
-    EXPECT_TRUE(id.isNull());
+TEST_F(SymbolTableTest, RefusedAddsLeaveNoId) {
+    const struct {
+        const char* name;
+        ObjectId table;
+        const char* recordName;
+        ErrorStatus expected;
+    } rows[] = {
+        {"existing layer zero", db.layerTableId(), "0", ErrorStatus::eDuplicateKey},
+        {"layer into appid table", db.regAppTableId(), "NEW", ErrorStatus::eWrongObjectType},
+        {"empty name", db.layerTableId(), "", ErrorStatus::eInvalidKey},
+        {"angle bracket", db.layerTableId(), "a<b", ErrorStatus::eInvalidKey},
+        {"star inside", db.layerTableId(), "a*b", ErrorStatus::eInvalidKey},
+    };
+    for (const auto& row : rows) {
+        auto record = std::make_unique<LayerTableRecord>();
+        // Bypass setName's own check to see the table's.
+        if (SymbolTableRecord::isValidName(row.recordName)) record->setName(row.recordName);
+        ObjectId id;
+        EXPECT_EQ(open<SymbolTable>(row.table, OpenMode::ForWrite)->add(std::move(record), id),
+                  row.expected)
+            << row.name;
+        EXPECT_TRUE(id.isNull()) << row.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, SymbolTableRefusal,
-    ::testing::Values(
-        Refusal{"existing_layer_zero", SymbolTableKind::Layer, "0", ErrorStatus::eDuplicateKey},
-        Refusal{"layer_into_appid_table", SymbolTableKind::RegApp, "NEW",
-                ErrorStatus::eWrongObjectType},
-        Refusal{"empty_name", SymbolTableKind::Layer, "", ErrorStatus::eInvalidKey},
-        Refusal{"angle_bracket", SymbolTableKind::Layer, "a<b", ErrorStatus::eInvalidKey},
-        Refusal{"star_inside", SymbolTableKind::Layer, "a*b", ErrorStatus::eInvalidKey}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(SymbolTableTest, NameRulesFollowTheHost) {
     EXPECT_TRUE(SymbolTableRecord::isValidName("*Model_Space"));
@@ -186,12 +175,9 @@ TEST_F(SymbolTableTest, TableWritesItsNameAndLiveCount) {
     auto table = open<SymbolTable>(db.dimStyleTableId(), OpenMode::ForRead);
     table->dxfFields(dimStyles);
     const std::string standard = table->recordIds().front().handle().toHex();
-    EXPECT_EQ(dimStyles.tags(), (std::vector<RawTag>{{2, "DIMSTYLE"},
-                                                     {100, "AcDbSymbolTable"},
-                                                     {70, "1"},
-                                                     {100, "AcDbDimStyleTable"},
-                                                     {71, "1"},
-                                                     {340, standard}}));
+    EXPECT_EQ(dimStyles.tags(), testing_support::tagsOf("2 DIMSTYLE 100 AcDbSymbolTable 70 1 100 "
+                                                        "AcDbDimStyleTable 71 1 340 " +
+                                                        standard));
 }
 
 TEST_F(SymbolTableTest, LayerColourCarriesTheOffState) {

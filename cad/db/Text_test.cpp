@@ -16,50 +16,40 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-struct MirrorCase {
-    const char* name;
-    double rotation;
-    std::int16_t flags;
-    ge::Matrix3d xform;
-    std::int16_t expectedFlags;
-    double expectedRotation;
-};
-
-void PrintTo(const MirrorCase& row, std::ostream* os) {
-    *os << row.name;
-}
-
-class TextMirror : public ::testing::TestWithParam<MirrorCase> {};
-
 // Mirrored across the baseline's normal a text runs backward; across the baseline it stands
 // upside down; two mirrors are a half turn and need no flag.
-TEST_P(TextMirror, SetsTheFlagThatKeepsTheRotation) {
-    const MirrorCase& row = GetParam();
-    Text text({1, 1, 0}, "BM", {}, 0.5, row.rotation);
-    text.mirrorInX((row.flags & Text::kBackward) != 0);
-    text.mirrorInY((row.flags & Text::kUpsideDown) != 0);
-    ASSERT_EQ(text.transformBy(row.xform), ErrorStatus::eOk);
-    EXPECT_EQ(text.generationFlags(), row.expectedFlags);
-    EXPECT_NEAR(text.rotation(), row.expectedRotation, 1e-9);
-    EXPECT_NEAR(text.height(), 0.5, 1e-12);
-    EXPECT_TRUE(text.normal().isEqualTo(ge::Vector3d::kZAxis));
+TEST(TextMirror, SetsTheFlagThatKeepsTheRotation) {
+    const ge::Matrix3d mirrorX = ge::Matrix3d::scaling(ge::Scale3d(-1, 1, 1));
+    const ge::Matrix3d mirrorY = ge::Matrix3d::scaling(ge::Scale3d(1, -1, 1));
+    const ge::Matrix3d quarter = ge::Matrix3d::rotation(kPi / 2, ge::Vector3d::kZAxis);
+    const std::int16_t back = Text::kBackward, upside = Text::kUpsideDown;
+    const struct {
+        const char* name;
+        double rotation;
+        std::int16_t flags;
+        ge::Matrix3d xform;
+        std::int16_t expectedFlags;
+        double expectedRotation;
+    } rows[] = {
+        {"across vertical line", 0, 0, mirrorX, back, 0},
+        {"across horizontal line", 0, 0, mirrorY, upside, 0},
+        {"across both is a half turn", 0, 0, mirrorX * mirrorY, 0, kPi},
+        {"backward text mirrored back", 0, back, mirrorX, 0, 0},
+        {"vertical text across vertical line", kPi / 2, 0, mirrorX, upside, kPi / 2},
+        {"upside down text turned", 0, upside, quarter, upside, kPi / 2},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Text text({1, 1, 0}, "BM", {}, 0.5, row.rotation);
+        text.mirrorInX((row.flags & Text::kBackward) != 0);
+        text.mirrorInY((row.flags & Text::kUpsideDown) != 0);
+        ASSERT_EQ(text.transformBy(row.xform), ErrorStatus::eOk);
+        EXPECT_EQ(text.generationFlags(), row.expectedFlags);
+        EXPECT_NEAR(text.rotation(), row.expectedRotation, 1e-9);
+        EXPECT_NEAR(text.height(), 0.5, 1e-12);
+        EXPECT_TRUE(text.normal().isEqualTo(ge::Vector3d::kZAxis));
+    }
 }
-
-const ge::Matrix3d kMirrorX = ge::Matrix3d::scaling(ge::Scale3d(-1, 1, 1));
-const ge::Matrix3d kMirrorY = ge::Matrix3d::scaling(ge::Scale3d(1, -1, 1));
-
-INSTANTIATE_TEST_SUITE_P(
-    Text, TextMirror,
-    ::testing::Values(MirrorCase{"across_vertical_line", 0, 0, kMirrorX, Text::kBackward, 0},
-                      MirrorCase{"across_horizontal_line", 0, 0, kMirrorY, Text::kUpsideDown, 0},
-                      MirrorCase{"across_both_is_a_half_turn", 0, 0, kMirrorX* kMirrorY, 0, kPi},
-                      MirrorCase{"backward_text_mirrored_back", 0, Text::kBackward, kMirrorX, 0, 0},
-                      MirrorCase{"vertical_text_across_vertical_line", kPi / 2, 0, kMirrorX,
-                                 Text::kUpsideDown, kPi / 2},
-                      MirrorCase{"upside_down_text_turned", 0, Text::kUpsideDown,
-                                 ge::Matrix3d::rotation(kPi / 2, ge::Vector3d::kZAxis),
-                                 Text::kUpsideDown, kPi / 2}),
-    [](const ::testing::TestParamInfo<MirrorCase>& row) { return std::string(row.param.name); });
 
 // Seen from above nothing changes: the normal turns over and the text runs backward in the
 // turned plane (whose x axis is the world's -x), which cancels out.

@@ -6,10 +6,8 @@
 
 #include <variant>
 
-#include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
-#include "cad/db/ObjectPtr.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 
 namespace cad::db {
 namespace {
@@ -45,20 +43,10 @@ TEST(Xrecord, KeepsAChainOfEveryValueTypeInOrder) {
 
     TagRecorder recorder;
     record->dxfFields(recorder);
-    const std::vector<RawTag> expected = {{100, "AcDbXrecord"},
-                                          {280, "1"},
-                                          {2, "FRONT"},
-                                          {10, "1.5"},
-                                          {20, "-2"},
-                                          {30, "3.25"},
-                                          {1, "\xEB\xB0\xB8\xEB\xB8\x8C"},
-                                          {70, "-7"},
-                                          {90, "18134"},
-                                          {160, "1099511627776"},
-                                          {40, "0.1"},
-                                          {290, "1"},
-                                          {310, "00FF1A"},
-                                          {340, root.handle().toHex()}};
+    const std::vector<RawTag> expected = testing_support::tagsOf(
+        "100 AcDbXrecord 280 1 2 FRONT 10 1.5 20 -2 30 3.25 1 \xEB\xB0\xB8\xEB\xB8\x8C 70 -7 "
+        "90 18134 160 1099511627776 40 0.1 290 1 310 00FF1A 340 " +
+        root.handle().toHex());
     EXPECT_EQ(recorder.tags(), expected);
     // Before R2000 a 280 would be data, so no flag is written.
     TagRecorder r14(DxfVersion::R14);
@@ -80,33 +68,20 @@ TEST(Xrecord, ChangesNeedTheRecordOpenForWrite) {
     EXPECT_EQ(db.openObjectCount(), 0);
 }
 
-struct CodeType {
-    const char* name;
-    int code;
-    std::size_t index;  // of the value type in ResBuf::Value
-};
-
-class ResBufForCode : public ::testing::TestWithParam<CodeType> {};
-
-TEST_P(ResBufForCode, GivesTheTypeTheCodeImplies) {
-    const ResBuf rb = ResBuf::forCode(GetParam().code);
-    EXPECT_EQ(rb.code, GetParam().code);
-    EXPECT_EQ(rb.value.index(), GetParam().index);
+TEST(ResBuf, ForCodeGivesTheTypeTheCodeImplies) {
+    // Indices into ResBuf::Value: 0 string, 1 int16, 2 int32, 3 int64, 4 double, 5 point,
+    // 6 binary, 7 object id.
+    const std::pair<int, std::size_t> rows[] = {
+        {1, 0},    {10, 5},   {210, 5},  {40, 4},   {38, 4},  {70, 1},  {90, 2},
+        {160, 3},  {290, 1},  {310, 6},  {320, 0},  {330, 7}, {360, 7}, {390, 7},
+        {1005, 7}, {1010, 5}, {1040, 4}, {1071, 2}, {999, 0},
+    };
+    for (const auto& [code, index] : rows) {
+        const ResBuf rb = ResBuf::forCode(code);
+        EXPECT_EQ(rb.code, code);
+        EXPECT_EQ(rb.value.index(), index) << code;
+    }
 }
-
-// Indices: 0 string, 1 int16, 2 int32, 3 int64, 4 double, 5 point, 6 binary, 7 object id.
-INSTANTIATE_TEST_SUITE_P(
-    Codes, ResBufForCode,
-    ::testing::Values(CodeType{"text", 1, 0}, CodeType{"point", 10, 5},
-                      CodeType{"extrusion", 210, 5}, CodeType{"single_double", 40, 4},
-                      CodeType{"elevation", 38, 4}, CodeType{"int16", 70, 1},
-                      CodeType{"int32", 90, 2}, CodeType{"int64", 160, 3}, CodeType{"bool", 290, 1},
-                      CodeType{"binary", 310, 6}, CodeType{"arbitrary_handle", 320, 0},
-                      CodeType{"soft_pointer", 330, 7}, CodeType{"hard_owner", 360, 7},
-                      CodeType{"plot_style", 390, 7}, CodeType{"xdata_handle", 1005, 7},
-                      CodeType{"xdata_point", 1010, 5}, CodeType{"xdata_real", 1040, 4},
-                      CodeType{"xdata_long", 1071, 2}, CodeType{"comment", 999, 0}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace cad::db
