@@ -1,6 +1,7 @@
 // Parsing of tag values. Values are views into the file, so parsing never copies the text.
 #include "cad/db/dxf/Tag.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -14,11 +15,89 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
+bool isDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+// Every handle of every object is parsed, so the digits are looked up rather than compared.
+constexpr std::array<std::int8_t, 256> kHexDigits = [] {
+    std::array<std::int8_t, 256> table{};
+    for (auto& digit : table) digit = -1;
+    for (int c = '0'; c <= '9'; ++c) table[c] = static_cast<std::int8_t>(c - '0');
+    for (int c = 'A'; c <= 'F'; ++c) table[c] = static_cast<std::int8_t>(c - 'A' + 10);
+    for (int c = 'a'; c <= 'f'; ++c) table[c] = static_cast<std::int8_t>(c - 'a' + 10);
+    return table;
+}();
+
 int hexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    return -1;
+    return kHexDigits[static_cast<unsigned char>(c)];
+}
+
+// Powers of ten that a double holds exactly.
+constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int kMaxExactPower = 22;
+constexpr std::uint64_t kMaxExactMantissa = std::uint64_t{1} << 53;
+constexpr int kMaxMantissaDigits = 19;  // all fit in 64 bits
+
+// Numbers as writers put them ("-123.816", "8.182000000000002", "1e-05") make up most of a
+// drawing. When the digits form an integer of at most 2^53 and the power of ten is at most 22,
+// both are exact doubles and one multiplication or division rounds once, correctly: the result
+// is the one from_chars gives. True with `value` set in that case; false leaves the text to
+// from_chars (more digits, a large exponent, "inf", anything that is not a plain number).
+bool parsePlainDecimal(std::string_view text, double& value) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    const bool negative = p != end && *p == '-';
+    if (negative) ++p;
+    std::uint64_t mantissa = 0;
+    int digits = 0;
+    std::int64_t exponent = 0;
+    bool anyDigit = false;
+    for (; p != end && isDigit(*p); ++p) {
+        anyDigit = true;
+        if (mantissa == 0 && *p == '0') continue;
+        if (++digits > kMaxMantissaDigits) return false;
+        mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+    }
+    if (p != end && *p == '.') {
+        for (++p; p != end && isDigit(*p); ++p) {
+            anyDigit = true;
+            --exponent;
+            if (mantissa == 0 && *p == '0') continue;
+            if (++digits > kMaxMantissaDigits) return false;
+            mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+        }
+    }
+    if (!anyDigit) return false;
+    if (p != end && (*p == 'e' || *p == 'E')) {
+        ++p;
+        const bool negativeExponent = p != end && *p == '-';
+        if (p != end && (*p == '-' || *p == '+')) ++p;
+        if (p == end || !isDigit(*p)) return false;
+        int written = 0;
+        for (; p != end && isDigit(*p); ++p) {
+            if (written > 10000) return false;
+            written = written * 10 + (*p - '0');
+        }
+        exponent += negativeExponent ? -written : written;
+    }
+    if (p != end) return false;
+    if (mantissa == 0) {
+        value = negative ? -0.0 : 0.0;
+        return true;
+    }
+    if (mantissa > kMaxExactMantissa || exponent < -kMaxExactPower || exponent > kMaxExactPower)
+        return false;
+    double result = static_cast<double>(mantissa);
+    if (exponent < 0) {
+        result /= kExactPowersOfTen[-exponent];
+    } else {
+        result *= kExactPowersOfTen[exponent];
+    }
+    value = negative ? -result : result;
+    return true;
 }
 
 std::string_view withoutPlus(std::string_view text) {
@@ -39,6 +118,7 @@ std::string_view trimBlanks(std::string_view text) {
 std::optional<double> toDouble(const Tag& tag) {
     const std::string_view text = withoutPlus(trimBlanks(tag.value));
     double value = 0;
+    if (parsePlainDecimal(text, value)) return value;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (ec != std::errc() || end != text.data() + text.size()) return {};
     // "nan" and "inf" parse, but no writer produces them and they would poison geometry.
