@@ -2,8 +2,6 @@
 // (many readers or one writer; erased objects only when asked for).
 #include "cad/db/Database.h"
 
-#include <algorithm>
-
 #include "cad/db/DbObject.h"
 #include "cad/db/ObjectSlot.h"
 
@@ -21,7 +19,7 @@ Database::Database(bool buildDefaultDrawing, bool noDocument) : noDocument_(noDo
 Database::~Database() {
     // Objects may refer to each other in their destructors' eyes only through ids, so the
     // order does not matter; drop the objects before the slots their ids point at.
-    for (auto& [handle, slot] : slots_) slot->object.reset();
+    slots_.forEach([](ObjectSlot& slot) { slot.object.reset(); });
 }
 
 ErrorStatus Database::addObject(std::unique_ptr<DbObject> object, ObjectId& id, ObjectId ownerId,
@@ -38,60 +36,39 @@ ErrorStatus Database::insertObject(std::unique_ptr<DbObject> object, ObjectId& i
     if (!object) return ErrorStatus::eNullObjectId;
     if (object->slot_ != nullptr) return ErrorStatus::eInvalidInput;  // already resident
     if (handle.isNull()) {
-        while (slots_.count(handseed_) != 0) handseed_ = handseed_.next();
+        while (slots_.find(handseed_) != nullptr) handseed_ = handseed_.next();
         handle = handseed_;
     }
-    auto& slot = slots_[handle];
-    if (!slot) {
-        slot = std::make_unique<ObjectSlot>();
-        slot->database = this;
-        slot->handle = handle;
-        noteNewSlot(slot.get());
-    } else if (slot->object) {
-        return ErrorStatus::eDuplicateKey;
-    }
+    ObjectSlot* slot = slots_.findOrAdd(handle, this);
+    if (slot->object) return ErrorStatus::eDuplicateKey;
     if (handseed_ <= handle) handseed_ = handle.next();
-    object->slot_ = slot.get();
+    object->slot_ = slot;
     object->owner_ = ownerId;
     slot->object = std::move(object);
     slot->erased = false;
-    id = ObjectId(slot.get());
+    id = ObjectId(slot);
     return ErrorStatus::eOk;
 }
 
 ErrorStatus Database::getObjectId(ObjectId& id, bool createIfNotFound, Handle handle) {
     id = ObjectId::kNull;
     if (handle.isNull()) return ErrorStatus::eNullObjectId;
-    auto it = slots_.find(handle);
-    if (it != slots_.end()) {
-        id = ObjectId(it->second.get());
+    if (!createIfNotFound) {
+        ObjectSlot* slot = slots_.find(handle);
+        if (slot == nullptr) return ErrorStatus::eKeyNotFound;
+        id = ObjectId(slot);
         return ErrorStatus::eOk;
     }
-    if (!createIfNotFound) return ErrorStatus::eKeyNotFound;
-    auto slot = std::make_unique<ObjectSlot>();
-    slot->database = this;
-    slot->handle = handle;
-    id = ObjectId(slot.get());
-    noteNewSlot(slot.get());
-    slots_.emplace(handle, std::move(slot));
+    id = ObjectId(slots_.findOrAdd(handle, this));
     if (handseed_ <= handle) handseed_ = handle.next();
     return ErrorStatus::eOk;
 }
 
-void Database::noteNewSlot(ObjectSlot* slot) {
-    if (!byHandle_.empty() && slot->handle < byHandle_.back()->handle) byHandleSorted_ = false;
-    byHandle_.push_back(slot);
-}
-
 std::vector<ObjectId> Database::objectIds() const {
-    if (!byHandleSorted_) {
-        std::sort(byHandle_.begin(), byHandle_.end(),
-                  [](const ObjectSlot* a, const ObjectSlot* b) { return a->handle < b->handle; });
-        byHandleSorted_ = true;
-    }
+    const std::vector<ObjectSlot*>& slots = slots_.inHandleOrder();
     std::vector<ObjectId> ids;
-    ids.reserve(byHandle_.size());
-    for (ObjectSlot* slot : byHandle_) {
+    ids.reserve(slots.size());
+    for (ObjectSlot* slot : slots) {
         if (slot->object) ids.emplace_back(slot);
     }
     return ids;

@@ -7,13 +7,13 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "cad/db/AuditIssue.h"
 #include "cad/db/DxfVersion.h"
 #include "cad/db/HeaderVariables.h"
 #include "cad/db/ObjectId.h"
+#include "cad/db/ObjectStore.h"
 #include "cad/db/OpenMode.h"
 #include "cad/db/RawTag.h"
 #include "cad/sys/CodePage.h"
@@ -27,7 +27,6 @@ class DxfFile;
 
 class DbObject;
 class IdMapping;
-struct ObjectSlot;
 
 // What wblockCloneObjects does with a symbol table record that already exists in the target.
 enum class DuplicateRecordCloning {
@@ -150,10 +149,7 @@ public:
     std::vector<std::vector<RawTag>>& dxfClasses() { return dxfClasses_; }
     const std::vector<std::vector<RawTag>>& dxfClasses() const { return dxfClasses_; }
     // Room for `count` objects, so a reader that knows how many come does not rehash.
-    void reserveObjects(std::size_t count) {
-        slots_.reserve(count);
-        byHandle_.reserve(count);
-    }
+    void reserveObjects(std::size_t count) { slots_.reserve(count); }
     // Raises the next free handle to `seed` ($HANDSEED of a file); never lowers it.
     void setHandseed(Handle seed) {
         if (handseed_ < seed) handseed_ = seed;
@@ -175,15 +171,7 @@ private:
     // database first, so a failed read leaves this one as it was.
     void replaceContent(Database& other);
 
-    // Records a new slot in byHandle_; only a handle below the largest seen so far costs a
-    // sort, and that sort is paid once, by the next objectIds().
-    void noteNewSlot(ObjectSlot* slot);
-
-    std::unordered_map<Handle, std::unique_ptr<ObjectSlot>> slots_;
-    // Every slot, kept in handle order for objectIds() (the reader and writer walk all objects
-    // several times; sorting the map on each walk cost a sixth of reading plus writing).
-    mutable std::vector<ObjectSlot*> byHandle_;
-    mutable bool byHandleSorted_ = true;
+    ObjectStore slots_;
     Handle handseed_{1};
     int openCount_ = 0;
     WellKnownIds ids_;

@@ -65,10 +65,8 @@ ErrorStatus Database::readDxf(dxf::DxfFile file, const std::string& name) {
 
 void Database::replaceContent(Database& other) {
     std::swap(slots_, other.slots_);
-    std::swap(byHandle_, other.byHandle_);
-    std::swap(byHandleSorted_, other.byHandleSorted_);
-    for (auto& [handle, slot] : slots_) slot->database = this;
-    for (auto& [handle, slot] : other.slots_) slot->database = &other;
+    slots_.forEach([this](ObjectSlot& slot) { slot.database = this; });
+    other.slots_.forEach([&other](ObjectSlot& slot) { slot.database = &other; });
     std::swap(handseed_, other.handseed_);
     std::swap(ids_, other.ids_);
     std::swap(header_, other.header_);
