@@ -2,6 +2,7 @@
 // what has been read, and the scopes are index ranges into the structure's span.
 #include "cad/db/dxf/ReadingFiler.h"
 
+#include <iterator>
 #include <limits>
 
 #include "cad/db/dxf/GroupCode.h"
@@ -487,91 +488,90 @@ void ReadingFiler::endRecords() {
 }
 
 void ReadingFiler::resbufs(ResBufChain& chain) {
-    chain.clear();
+    // Built in a buffer that is reused from one record to the next, then moved into a chain of
+    // exactly its size: a chain grown item by item held up to twice the room it needs, for
+    // the life of the drawing.
+    chainBuffer_.clear();
     // The chain is everything left, also past later markers: a 100 in the data is data.
     const std::uint32_t end = recordLists_.empty() ? bodyEnd_ : scope_.end;
     for (std::uint32_t i = scope_.begin; i < end && !error_; ++i) {
         if (flags_[i] & kRead) continue;
         flags_[i] |= kRead;
-        const Tag& tag = tags_[i];
-        ResBuf item;
-        item.code = tag.code;
-        switch (valueTypeOf(tag.code)) {
-            case ValueType::String:
-            case ValueType::Comment:
-                item.value = decoded(tag);
-                break;
-            case ValueType::Int16:
-            case ValueType::Bool:
-            case ValueType::Int32:
-            case ValueType::Int64: {
-                const auto v = toInt(tag);
-                if (!v) {
-                    fail(tag, "an integer");
-                    return;
-                }
-                const ValueType type = valueTypeOf(tag.code);
-                if (type == ValueType::Int32) {
-                    item.value = static_cast<std::int32_t>(*v);
-                } else if (type == ValueType::Int64) {
-                    item.value = *v;
-                } else {
-                    item.value = static_cast<std::int16_t>(*v);
-                }
-                break;
-            }
-            case ValueType::Double: {
-                const auto x = toDouble(tag);
-                if (!x) {
-                    fail(tag, "a number");
-                    return;
-                }
-                if (!isPointCode(tag.code)) {
-                    item.value = *x;
-                    break;
-                }
-                ge::Point3d p{*x, 0.0, 0.0};
-                // y and z follow x directly; a point may lack its z (2D data).
-                for (int axis = 1; axis <= 2 && i + 1 < end; ++axis) {
-                    const Tag& next = tags_[i + 1];
-                    if ((flags_[i + 1] & kRead) || next.code != tag.code + 10 * axis) break;
-                    const auto v = toDouble(next);
-                    if (!v) {
-                        fail(next, "a number");
-                        return;
-                    }
-                    (axis == 1 ? p.y : p.z) = *v;
-                    flags_[++i] |= kRead;
-                }
-                item.value = p;
-                break;
-            }
-            case ValueType::Binary: {
-                auto bytes = toBinary(tag);
-                if (!bytes) {
-                    fail(tag, "hexadecimal binary data");
-                    return;
-                }
-                item.value = BinaryChunk{std::move(*bytes)};
-                break;
-            }
-            case ValueType::Handle: {
-                // Arbitrary handles (320-329) are data, not links: they stay text and are not
-                // remapped when the record is cloned. So does a link that holds no handle.
-                ObjectId id;
-                if (isHandleReference(tag.code) && takeHandle(tag, id)) {
-                    item.value = id;
-                } else if (auto text = rawValue(tag, codePage_)) {
-                    item.value = std::move(*text);
-                } else {
-                    fail(tag, "a hexadecimal handle");
-                    return;
-                }
-                break;
-            }
+        ResBuf& item = chainBuffer_.emplace_back();
+        if (!readResBuf(i, end, item)) {
+            chainBuffer_.pop_back();
+            break;
         }
-        chain.push_back(std::move(item));
     }
+    chain = ResBufChain(std::make_move_iterator(chainBuffer_.begin()),
+                        std::make_move_iterator(chainBuffer_.end()));
+}
+
+bool ReadingFiler::readResBuf(std::uint32_t& i, std::uint32_t end, ResBuf& item) {
+    const Tag& tag = tags_[i];
+    item.code = tag.code;
+    switch (valueTypeOf(tag.code)) {
+        case ValueType::String:
+        case ValueType::Comment:
+            item.value = decoded(tag);
+            return true;
+        case ValueType::Int16:
+        case ValueType::Bool:
+        case ValueType::Int32:
+        case ValueType::Int64: {
+            const auto v = toInt(tag);
+            if (!v) return fail(tag, "an integer");
+            const ValueType type = valueTypeOf(tag.code);
+            if (type == ValueType::Int32) {
+                item.value = static_cast<std::int32_t>(*v);
+            } else if (type == ValueType::Int64) {
+                item.value = *v;
+            } else {
+                item.value = static_cast<std::int16_t>(*v);
+            }
+            return true;
+        }
+        case ValueType::Double: {
+            const auto x = toDouble(tag);
+            if (!x) return fail(tag, "a number");
+            if (!isPointCode(tag.code)) {
+                item.value = *x;
+                return true;
+            }
+            ge::Point3d p{*x, 0.0, 0.0};
+            // y and z follow x directly; a point may lack its z (2D data).
+            for (int axis = 1; axis <= 2 && i + 1 < end; ++axis) {
+                const Tag& next = tags_[i + 1];
+                if ((flags_[i + 1] & kRead) || next.code != tag.code + 10 * axis) break;
+                const auto v = toDouble(next);
+                if (!v) return fail(next, "a number");
+                (axis == 1 ? p.y : p.z) = *v;
+                flags_[++i] |= kRead;
+            }
+            item.value = p;
+            return true;
+        }
+        case ValueType::Binary: {
+            auto bytes = toBinary(tag);
+            if (!bytes) return fail(tag, "hexadecimal binary data");
+            item.value = BinaryChunk{std::move(*bytes)};
+            return true;
+        }
+        case ValueType::Handle: {
+            // Arbitrary handles (320-329) are data, not links: they stay text and are not
+            // remapped when the record is cloned. So does a link that holds no handle.
+            ObjectId id;
+            if (isHandleReference(tag.code) && takeHandle(tag, id)) {
+                item.value = id;
+            } else if (auto text = rawValue(tag, codePage_)) {
+                item.value = std::move(*text);
+            } else {
+                return fail(tag, "a hexadecimal handle");
+            }
+            return true;
+        }
+    }
+    return true;
 }
 
 void ReadingFiler::rawTags(std::vector<RawTag>& tags) {

@@ -11,6 +11,7 @@
 #include "cad/db/Database.h"
 #include "cad/db/DbObject.h"
 #include "cad/db/DxfFiler.h"
+#include "cad/db/ResBuf.h"
 #include "cad/db/dxf/DxfError.h"
 #include "cad/db/dxf/DxfStructure.h"
 
@@ -129,6 +130,9 @@ private:
     bool fail(const Tag& tag, std::string_view expected);
     std::optional<std::int64_t> takeInt(int code, std::int64_t low, std::int64_t high);
     std::optional<double> takeDouble(int code);
+    // One value of a typed chain from tags_[i]; a point's y and z move `i` past themselves.
+    // False when the value does not parse.
+    bool readResBuf(std::uint32_t& i, std::uint32_t end, ResBuf& item);
     // False (and the link noted as unreadable) when the value is not a handle.
     bool takeHandle(const Tag& tag, ObjectId& id);
     std::string decoded(const Tag& tag) const;
@@ -144,6 +148,7 @@ private:
     std::vector<Segment> segments_;
     std::vector<std::uint32_t> recordStarts_;
     std::vector<RecordList> recordLists_;
+    ResBufChain chainBuffer_;
     Scope scope_;
     std::uint32_t bodyEnd_ = 0;
     bool markerless_ = false;
