@@ -16,7 +16,6 @@ TEST(Help, FileIsVantorChmInTheModuleFolderWithOldHelpNamesMadeChm) {
     EXPECT_EQ(Help::filePath("/opt/MANUAL.HLP/"), "/opt/MANUAL.chm/Vantor.chm");
     EXPECT_EQ(Help::filePath("/a.HLP/b.HLP/"), "/a.chm/b.chm/Vantor.chm");
     EXPECT_EQ(Help::filePath("/opt/manual.hlp/"), "/opt/manual.hlp/Vantor.chm");  // case counts
-    EXPECT_EQ(Help::kTopic, "::web/index.htm");
     EXPECT_EQ(Help("/opt/vantor/").page(), "/opt/vantor/help/index.html");
 }
 

@@ -8,30 +8,25 @@
 namespace vantor {
 namespace {
 
-struct ModeCase {
-    const char* name;
-    int insertMode;
-    bool places;
-    int outcome;
-};
-
-class InsertMode : public testing::TestWithParam<ModeCase> {};
-
-TEST_P(InsertMode, SetsTheOutcomeAndSaysWhetherThePlacementRuns) {
-    InsertionState state;
-    state.insertMode = GetParam().insertMode;
-    state.outcome = InsertionState::kOutcomeUndo;  // what an earlier drag left
-    EXPECT_EQ(applyInsertMode(state), GetParam().places);
-    EXPECT_EQ(state.outcome, GetParam().outcome);
+TEST(InsertMode, SetsTheOutcomeAndSaysWhetherThePlacementRuns) {
+    const struct {
+        int insertMode;
+        bool places;
+        int outcome;
+    } rows[] = {
+        {0, true, InsertionState::kOutcomeCancelled},
+        {1, true, InsertionState::kOutcomeSetting},
+        {2, false, InsertionState::kOutcomeUndo},
+        {-1, false, InsertionState::kOutcomeUndo},  // unset
+    };
+    for (const auto& row : rows) {
+        InsertionState state;
+        state.insertMode = row.insertMode;
+        state.outcome = InsertionState::kOutcomeUndo;  // what an earlier drag left
+        EXPECT_EQ(applyInsertMode(state), row.places) << "mode " << row.insertMode;
+        EXPECT_EQ(state.outcome, row.outcome) << "mode " << row.insertMode;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Modes, InsertMode,
-    testing::Values(ModeCase{"mode0", 0, true, InsertionState::kOutcomeCancelled},
-                    ModeCase{"mode1", 1, true, InsertionState::kOutcomeSetting},
-                    ModeCase{"mode2", 2, false, InsertionState::kOutcomeUndo},
-                    ModeCase{"unset", -1, false, InsertionState::kOutcomeUndo}),
-    [](const testing::TestParamInfo<ModeCase>& row) { return row.param.name; });
 
 TEST(InsertionStates, AreKeptPerDocumentUntilCleared) {
     InsertionStates states;

@@ -12,6 +12,7 @@
 #include "vantor/host/InsertionState.h"
 #include "vantor/placement/PlacementTestDrawing.h"
 #include "vantor/ui/ModuleSettings.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -37,39 +38,25 @@ TEST(InsertionInput, PickedAngleOrTheStoredOneOnCancel) {
     }
 }
 
-struct RangeCase {
-    const char* name;
-    double scale;
-    double angle;
-    Field field;
-    const char* message;
-};
-
-class InputRange : public ::testing::TestWithParam<RangeCase> {};
-
-TEST_P(InputRange, RefusesOutOfRangeWithItsMessage) {
-    const RangeCase& row = GetParam();
-    cad::app::ScriptedDialogs dialogs;
-    EXPECT_EQ(InsertionInput::validate(row.scale, row.angle, dialogs), row.field);
-    if (row.field == Field::None) {
-        EXPECT_TRUE(dialogs.messageBoxes().empty());
-        return;
+TEST(InsertionInput, RefusesOutOfRangeWithItsMessage) {
+    const std::string scale = "입력 에러: Sorry, Range = 0.00000001 to 100000000.0 [error]";
+    const struct {
+        const char* name;
+        double scale, angle;
+        Field field;
+        std::vector<std::string> boxes;
+    } rows[] = {
+        {"scale zero", 0.0, 0.0, Field::Scale, {scale}},
+        {"angle 400", 1.0, 400.0, Field::Angle, {"입력 에러: Sorry, Range = -360 to 360 [error]"}},
+        {"scale checked first", 0.0, 400.0, Field::Scale, {scale}},
+        {"upper bounds accepted", 100000000.0, 360.0, Field::None, {}},
+    };
+    for (const auto& row : rows) {
+        cad::app::ScriptedDialogs dialogs;
+        EXPECT_EQ(InsertionInput::validate(row.scale, row.angle, dialogs), row.field) << row.name;
+        EXPECT_EQ(testing_support::boxesShown(dialogs), row.boxes) << row.name;
     }
-    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].text, row.message);
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "입력 에러");
-    EXPECT_EQ(dialogs.messageBoxes()[0].icon(), cad::app::MB_ICONERROR);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    InsertionInput, InputRange,
-    ::testing::Values(
-        RangeCase{"scale_zero", 0.0, 0.0, Field::Scale, "Sorry, Range = 0.00000001 to 100000000.0"},
-        RangeCase{"angle_400", 1.0, 400.0, Field::Angle, "Sorry, Range = -360 to 360"},
-        RangeCase{"scale_checked_first", 0.0, 400.0, Field::Scale,
-                  "Sorry, Range = 0.00000001 to 100000000.0"},
-        RangeCase{"upper_bounds_accepted", 100000000.0, 360.0, Field::None, ""}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(InsertionInput, OkStoresTheAngleAndHandsOverTheViewBlock) {
     cad::db::Database library;
@@ -95,9 +82,9 @@ TEST(InsertionInput, OkStoresTheAngleAndHandsOverTheViewBlock) {
     choice.view = 0;  // a slot without a block
     state = {};
     EXPECT_FALSE(InsertionInput::accept(choice, library, settings, state, dialogs));
-    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].text, "도면 내에 해당 블록이 존재하지 않습니다.");
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "블록 삽입 에러");
+    EXPECT_EQ(testing_support::boxesShown(dialogs),
+              std::vector<std::string>{
+                  "블록 삽입 에러: 도면 내에 해당 블록이 존재하지 않습니다. [error]"});
     EXPECT_TRUE(state.blockName.empty());
     EXPECT_EQ(library.openObjectCount(), 0);
 }

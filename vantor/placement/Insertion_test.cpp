@@ -135,29 +135,21 @@ TEST_P(DragEnding, PlacesOrLeavesNoTrace) {
     EXPECT_NE(shown.find("\n  품명: 육각볼트\n  사양: M10x40\n  위치: X("), std::string::npos);
 }
 
+constexpr int kFixed = DrawingOptions::kFixedAngle;
+
 INSTANTIATE_TEST_SUITE_P(
     Insertion, DragEnding,
     ::testing::Values(
+        // clang-format off
         DragCase{"point_then_angle", {"100,50", "90"}, 0, true, 1, {100, 50, 0}, 90},
         DragCase{"enter_at_angle_is_a_full_turn", {"100,50", ""}, 0, true, 1, {100, 50, 0}, 0},
-        DragCase{"fixed_angle_skips_the_angle",
-                 {"100,50"},
-                 DrawingOptions::kFixedAngle,
-                 true,
-                 1,
-                 {100, 50, 0},
-                 0},
-        DragCase{"undo_drags_again_from_the_point",
-                 {"100,50", "U", "<pick> 30,40", "45"},
-                 0,
-                 true,
-                 1,
-                 {30, 40, 0},
-                 45},
+        DragCase{"fixed_angle_skips_the_angle", {"100,50"}, kFixed, true, 1, {100, 50, 0}, 0},
+        DragCase{"undo_drags_again_from_the_point", {"100,50", "U", "<pick> 30,40", "45"}, 0, true, 1, {30, 40, 0}, 45},
         DragCase{"escape_at_the_point", {"<esc>"}, 0, false, 1, {}, 0},
         DragCase{"exit_at_the_angle", {"100,50", "X"}, 0, false, 1, {}, 0},
         DragCase{"enter_at_the_point_asks_for_settings", {""}, 0, false, 0, {}, 0},
         DragCase{"setting_keyword", {"s"}, 0, false, 0, {}, 0}),
+    // clang-format on
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(InsertionTest, PartBringsItsBlockLayersAndFilledBomMarker) {

@@ -14,34 +14,28 @@ namespace {
 
 using cad::app::ScriptedDialogs;
 
-struct AddRow {
-    const char* name;
-    std::vector<std::string> added;
-    std::vector<std::string> listed;
-};
-
-class DrawingListAdd : public testing::TestWithParam<AddRow> {};
-
-TEST_P(DrawingListAdd, KeepsOneEntryPerPathAsStored) {
-    DrawingList list;
-    ScriptedDialogs dialogs;
-    for (const std::string& path : GetParam().added) list.addPath(path, dialogs);
-    EXPECT_EQ(list.paths(), GetParam().listed);
-    EXPECT_TRUE(dialogs.calls().empty());
+TEST(DrawingList, KeepsOneEntryPerPathAsStored) {
+    using Paths = std::vector<std::string>;
+    const struct {
+        const char* name;
+        Paths added, listed;
+    } rows[] = {
+        {"same path twice", {"C:\\a\\b.dwg", "C:\\a\\b.dwg"}, {"C:\\a\\b.dwg"}},
+        {"case differs", {"C:\\a\\b.dwg", "C:\\A\\B.DWG"}, {"C:\\a\\b.dwg", "C:\\A\\B.DWG"}},
+        {"doubled then single", {"C:\\a\\\\b.dwg", "C:\\a\\b.dwg"}, {"C:\\a\\b.dwg"}},
+        {"single then doubled", {"C:\\a\\b.dwg", "C:\\a\\\\b.dwg"}, {"C:\\a\\b.dwg"}},
+        {"three backslashes become two", {"C:\\a\\\\\\b.dwg"}, {"C:\\a\\\\b.dwg"}},
+        {"network path kept", {"\\\\server\\lib\\\\b.dwg"}, {"\\\\server\\lib\\\\b.dwg"}},
+        {"korean path", {"D:\\부품\\\\밸브.dwg", "D:\\부품\\밸브.dwg"}, {"D:\\부품\\밸브.dwg"}},
+    };
+    for (const auto& row : rows) {
+        DrawingList list;
+        ScriptedDialogs dialogs;
+        for (const std::string& path : row.added) list.addPath(path, dialogs);
+        EXPECT_EQ(list.paths(), row.listed) << row.name;
+        EXPECT_TRUE(dialogs.calls().empty()) << row.name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DrawingListAdd,
-    testing::Values(
-        AddRow{"same_path_twice", {"C:\\a\\b.dwg", "C:\\a\\b.dwg"}, {"C:\\a\\b.dwg"}},
-        AddRow{"case_differs", {"C:\\a\\b.dwg", "C:\\A\\B.DWG"}, {"C:\\a\\b.dwg", "C:\\A\\B.DWG"}},
-        AddRow{"doubled_then_single", {"C:\\a\\\\b.dwg", "C:\\a\\b.dwg"}, {"C:\\a\\b.dwg"}},
-        AddRow{"single_then_doubled", {"C:\\a\\b.dwg", "C:\\a\\\\b.dwg"}, {"C:\\a\\b.dwg"}},
-        AddRow{"three_backslashes_become_two", {"C:\\a\\\\\\b.dwg"}, {"C:\\a\\\\b.dwg"}},
-        AddRow{"network_path_kept", {"\\\\server\\lib\\\\b.dwg"}, {"\\\\server\\lib\\\\b.dwg"}},
-        AddRow{
-            "korean_path", {"D:\\부품\\\\밸브.dwg", "D:\\부품\\밸브.dwg"}, {"D:\\부품\\밸브.dwg"}}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(DrawingList, EntryHoldsTheSplitPathAndIsActive) {
     DrawingList list;

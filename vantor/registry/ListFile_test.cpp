@@ -46,40 +46,32 @@ std::string fileOf(const std::vector<std::string>& texts) {
     return onDisk(bytes);
 }
 
-struct FormatRow {
-    const char* name;
-    std::vector<std::string> texts;
-};
-
-class ListFileFormat : public testing::TestWithParam<FormatRow> {
-protected:
-    cad::sys::TestTempFolder temp_;
-};
-
-// Equal bytes on disk also prove that files written so by another program load.
-TEST_P(ListFileFormat, WritesTheFormatAndReadsItBack) {
-    const std::string path = temp_.file("UBList0.dat");
-    ASSERT_TRUE(ListFile::write(path, GetParam().texts));
-    EXPECT_EQ(temp_.readBytes("UBList0.dat"), fileOf(GetParam().texts));
-    EXPECT_EQ(ListFile::readAll(path), GetParam().texts);
-}
-
 std::vector<std::string> numbered(int count) {
     std::vector<std::string> texts;
     for (int i = 0; i < count; ++i) texts.push_back("D:\\lib\\part" + std::to_string(i) + ".dwg");
     return texts;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ListFileFormat,
-    testing::Values(FormatRow{"empty", {}}, FormatRow{"one_path", {"C:\\Parts\\valve.dwg"}},
-                    FormatRow{"korean_names", {"주 관리창", "배관 부품"}},
-                    FormatRow{"26_byte_path", {"C:\\lib\\abcdefghijklmno.dwg"}},
-                    FormatRow{"26_byte_korean_name", {"가나다라마바사아자차카타파"}},
-                    FormatRow{"length_0x0A", {"C:\\a\\b.dwg"}},
-                    FormatRow{"count_0x0A", numbered(10)},
-                    FormatRow{"259_bytes", {"C:\\" + std::string(252, 'p') + ".dwg"}}),
-    [](const auto& row) { return std::string(row.param.name); });
+// Equal bytes on disk also prove that files written so by another program load.
+TEST(ListFile, WritesTheFormatAndReadsItBack) {
+    const std::pair<const char*, std::vector<std::string>> rows[] = {
+        {"empty", {}},
+        {"one path", {"C:\\Parts\\valve.dwg"}},
+        {"korean names", {"주 관리창", "배관 부품"}},
+        {"26-byte path", {"C:\\lib\\abcdefghijklmno.dwg"}},
+        {"26-byte korean name", {"가나다라마바사아자차카타파"}},
+        {"length 0x0A", {"C:\\a\\b.dwg"}},
+        {"count 0x0A", numbered(10)},
+        {"259 bytes", {"C:\\" + std::string(252, 'p') + ".dwg"}},
+    };
+    cad::sys::TestTempFolder temp;
+    const std::string path = temp.file("UBList0.dat");
+    for (const auto& [name, texts] : rows) {
+        ASSERT_TRUE(ListFile::write(path, texts)) << name;
+        EXPECT_EQ(temp.readBytes("UBList0.dat"), fileOf(texts)) << name;
+        EXPECT_EQ(ListFile::readAll(path), texts) << name;
+    }
+}
 
 TEST(ListFile, TwentySixEntriesWriteACountThatReadsAsAnEmptyFile) {
     cad::sys::TestTempFolder temp;
@@ -94,40 +86,31 @@ TEST(ListFile, MissingFileDoesNotOpen) {
     EXPECT_EQ(ListFile::readAll(temp.file("UBList9.dat")), std::nullopt);
 }
 
-struct DamageRow {
-    const char* name;
-    std::string bytes;
-    std::vector<std::string> texts;
-};
-
-class ListFileDamage : public testing::TestWithParam<DamageRow> {};
-
-TEST_P(ListFileDamage, KeepsWhatWasReadBeforeTheDamage) {
+TEST(ListFile, DamagedFileKeepsWhatWasReadBeforeTheDamage) {
+    const std::string a = "C:\\a.dwg", b = "C:\\b.dwg";
+    const struct {
+        const char* name;
+        std::string bytes;
+        std::vector<std::string> texts;
+    } rows[] = {
+        {"truncated inside text",
+         le32(3) + record(a) + record(b) + record("C:\\c.dwg").substr(0, 11),
+         {a, b}},
+        {"count beyond entries", le32(5) + record(a), {a}},
+        {"zero length skipped", le32(3) + record(a) + le32(0) + le32(0) + record(b), {a, b}},
+        {"negative length skipped", le32(2) + le32(0) + le32(-40) + record(b), {b}},
+        {"length 260 stops",
+         le32(2) + record(a) + le32(0) + le32(260) + std::string(260, 'p'),
+         {a}},
+        {"absurd length stops", le32(2) + record(a) + le32(0) + le32(0x7FFFFFFF) + "xyz", {a}},
+        {"eof byte ends data", le32(2) + record(a) + "\x1A" + record(b), {a}},
+    };
     cad::sys::TestTempFolder temp;
-    temp.writeBytes("UBList0.dat", GetParam().bytes);
-    EXPECT_EQ(ListFile::readAll(temp.file("UBList0.dat")), GetParam().texts);
+    for (const auto& row : rows) {
+        temp.writeBytes("UBList0.dat", row.bytes);
+        EXPECT_EQ(ListFile::readAll(temp.file("UBList0.dat")), row.texts) << row.name;
+    }
 }
-
-const std::string kA = "C:\\a.dwg";
-const std::string kB = "C:\\b.dwg";
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ListFileDamage,
-    testing::Values(
-        DamageRow{"truncated_inside_text",
-                  le32(3) + record(kA) + record(kB) + record("C:\\c.dwg").substr(0, 11),
-                  {kA, kB}},
-        DamageRow{"count_beyond_entries", le32(5) + record(kA), {kA}},
-        DamageRow{
-            "zero_length_skipped", le32(3) + record(kA) + le32(0) + le32(0) + record(kB), {kA, kB}},
-        DamageRow{"negative_length_skipped", le32(2) + le32(0) + le32(-40) + record(kB), {kB}},
-        DamageRow{"length_260_stops",
-                  le32(2) + record(kA) + le32(0) + le32(260) + std::string(260, 'p'),
-                  {kA}},
-        DamageRow{
-            "absurd_length_stops", le32(2) + record(kA) + le32(0) + le32(0x7FFFFFFF) + "xyz", {kA}},
-        DamageRow{"eof_byte_ends_data", le32(2) + record(kA) + "\x1A" + record(kB), {kA}}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace vantor

@@ -16,6 +16,7 @@
 #include "vantor/registry/ListFile.h"
 #include "vantor/registry/TreeRebuilder.h"
 #include "vantor/ui/ModuleSettings.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -23,6 +24,7 @@ namespace {
 using cad::app::ScriptedDialogs;
 using Kind = ScriptedDialogs::Kind;
 using Outcome = ManagementWindows::Outcome;
+using testing_support::boxesShown;
 
 class RecordingTree : public TreeRebuilder {
 public:
@@ -77,27 +79,16 @@ TEST_F(ManagementWindowsTest, FirstUseMakesTheMainWindowAndItsTabList) {
     EXPECT_TRUE(dialogs_.messageBoxes().empty());
 }
 
-struct SelectRow {
-    const char* name;
-    std::string curListName;
-    int selection;
-};
-
-class TabListSelection : public ManagementWindowsTest,
-                         public testing::WithParamInterface<SelectRow> {};
-
-TEST_P(TabListSelection, SelectsTheRememberedWindowOrTheFirst) {
+TEST_F(ManagementWindowsTest, TabListSelectsTheRememberedWindowOrTheFirst) {
     writeTabList({"주 관리창", "배관", "배관 부품"});
-    settings_.curListName = GetParam().curListName;
-    windows_->loadTabList();
-    EXPECT_EQ(windows_->selection(), GetParam().selection);
+    // Exact names only: "배관 부" is no window.
+    for (const auto& [remembered, selection] :
+         {std::pair{"배관 부품", 2}, std::pair{"배관 부", 0}, std::pair{"옛 관리창", 0}}) {
+        settings_.curListName = remembered;
+        windows_->loadTabList();
+        EXPECT_EQ(windows_->selection(), selection) << remembered;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, TabListSelection,
-                         testing::Values(SelectRow{"named_window", "배관 부품", 2},
-                                         SelectRow{"exact_match_only", "배관 부", 0},
-                                         SelectRow{"missing_window", "옛 관리창", 0}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(ManagementWindowsTest, LoadingAListShowsProgressAndRebuildsTheTree) {
     writeTabList({"주 관리창", "밸브"});
@@ -179,11 +170,8 @@ TEST_F(ManagementWindowsTest, MainWindowCanBeRenamedButNotDeleted) {
     EXPECT_EQ(listOnDisk(0), std::vector<std::string>{"C:\\v.dwg"});
 
     EXPECT_EQ(windows_->deleteWindow(), Outcome::Refused);
-    const auto boxes = dialogs_.messageBoxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, "기본 관리창은 삭제할 수 없습니다.");
-    EXPECT_EQ(boxes[0].title, "삭제 에러");
-    EXPECT_EQ(boxes[0].icon(), cad::app::MB_ICONERROR);
+    EXPECT_EQ(boxesShown(dialogs_),
+              std::vector<std::string>{"삭제 에러: 기본 관리창은 삭제할 수 없습니다. [error]"});
     EXPECT_EQ(tabListOnDisk(), (std::vector<std::string>{"기본", "밸브"}));
 }
 
@@ -200,12 +188,9 @@ TEST_F(ManagementWindowsTest, DeletingWindowTwoOfFourRenumbersTheFilesBehind) {
     dialogs_.clearCalls();
 
     EXPECT_EQ(windows_->deleteWindow(), Outcome::Done);
-    const auto boxes = dialogs_.messageBoxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, "리스트를 정말로 삭제하시겠습니까?");
-    EXPECT_EQ(boxes[0].title, "리스트 삭제");
-    EXPECT_EQ(boxes[0].buttons(), cad::app::MB_OKCANCEL);
-    EXPECT_EQ(boxes[0].icon(), cad::app::MB_ICONWARNING);
+    EXPECT_EQ(boxesShown(dialogs_),
+              std::vector<std::string>{
+                  "리스트 삭제: 리스트를 정말로 삭제하시겠습니까? [warning ok-cancel]"});
 
     EXPECT_EQ(tabListOnDisk(), (std::vector<std::string>{"주 관리창", "하나", "셋"}));
     EXPECT_EQ(listOnDisk(1), std::vector<std::string>{"C:\\1.dwg"});

@@ -12,6 +12,7 @@
 #include "cad/db/SymbolTable.h"
 #include "cad/sys/FileSystem.h"
 #include "cad/sys/TestTempFolder.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -58,16 +59,11 @@ TEST(ListBase, DrawingWithoutFileNameIsNeitherListedNorSaved) {
     EXPECT_FALSE(list.build(db));
     EXPECT_TRUE(list.blocks().empty());
     EXPECT_NE(list.save(db), cad::ErrorStatus::eOk);
-    const std::vector<cad::app::ScriptedDialogs::Call> boxes = dialogs.messageBoxes();
-    ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0].text,
-              "파일이름을 가져올 수 없습니다.\n- CListBase::BuildDWG(AcDbDatabase * pDb, BOOL "
-              "bDocument) error");
-    EXPECT_EQ(boxes[1].text, "파일이름을 가져올 수 없습니다.\n- CListBase::saveDWG() error");
-    for (const auto& box : boxes) {
-        EXPECT_EQ(box.title, "파일 이름 확인 에러");
-        EXPECT_EQ(box.icon(), cad::app::MB_ICONERROR);
-    }
+    const std::string told = "파일 이름 확인 에러: 파일이름을 가져올 수 없습니다.\n- CListBase::";
+    EXPECT_EQ(testing_support::boxesShown(dialogs),
+              (std::vector<std::string>{
+                  told + "BuildDWG(AcDbDatabase * pDb, BOOL bDocument) error [error]",
+                  told + "saveDWG() error [error]"}));
 }
 
 TEST(ListBase, SaveWritesTheDrawingUnderItsNameAndDropsItsCache) {

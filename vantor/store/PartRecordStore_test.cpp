@@ -13,6 +13,8 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Xrecord.h"
+#include "vantor/store/TestLibrary.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -37,14 +39,6 @@ bool sameChain(const ResBufChain& a, const ResBufChain& b) {
 
 class PartRecords : public testing::Test {
 protected:
-    void SetUp() override {
-        auto named = cad::db::open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForWrite);
-        ASSERT_EQ(named->setAt("User data list", std::make_unique<Dictionary>(), library),
-                  ErrorStatus::eOk);
-        named.close();
-        auto lib = cad::db::open<Dictionary>(library, OpenMode::ForWrite);
-        ASSERT_EQ(lib->setAt("육각볼트", std::make_unique<Dictionary>(), group), ErrorStatus::eOk);
-    }
     void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
 
     PartRecord minimal(std::string kname) {
@@ -54,11 +48,12 @@ protected:
         return record;
     }
     ObjectId addRaw(const std::string& key, ResBufChain chain) {
-        auto dictionary = cad::db::open<Dictionary>(group, OpenMode::ForWrite);
         auto xrecord = std::make_unique<Xrecord>();
         xrecord->setFromRbChain(std::move(chain));
         ObjectId id;
-        EXPECT_EQ(dictionary->setAt(key, std::move(xrecord), id), ErrorStatus::eOk);
+        EXPECT_EQ(cad::db::open<Dictionary>(group, OpenMode::ForWrite)
+                      ->setAt(key, std::move(xrecord), id),
+                  ErrorStatus::eOk);
         return id;
     }
     std::string keyOf(ObjectId id) {
@@ -71,8 +66,8 @@ protected:
     }
 
     cad::db::Database db;
-    ObjectId library;
-    ObjectId group;
+    ObjectId group = testing_support::addDictionary(
+        testing_support::addDictionary(db.namedObjectsDictionaryId(), "User data list"), "육각볼트");
 };
 
 TEST_F(PartRecords, KeysFillTheFirstGap) {
@@ -196,10 +191,8 @@ TEST_F(PartRecords, AddingToASelectedRecordAddsToItsGroup) {
     EXPECT_TRUE(dialogs.calls().empty());
 
     EXPECT_TRUE(addPartRecord(ObjectId::kNull, minimal("c"), dialogs).isNull());
-    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].text, "데이터가 추가되지 않았습니다.");
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "저장 에러");
-    EXPECT_EQ(dialogs.messageBoxes()[0].icon(), cad::app::MB_ICONERROR);
+    EXPECT_EQ(testing_support::boxesShown(dialogs),
+              std::vector<std::string>{"저장 에러: 데이터가 추가되지 않았습니다. [error]"});
 }
 
 }  // namespace

@@ -6,39 +6,34 @@
 namespace vantor {
 namespace {
 
-struct Row {
-    const char* name;
-    const char* group;
-    const char* kname;
-    std::optional<MissingField::Field> field;
-    const char* message;
-};
-
-class RequiredFields : public testing::TestWithParam<Row> {};
-
-TEST_P(RequiredFields, ReportsTheFirstBlankField) {
+TEST(RequiredFields, ReportsTheFirstBlankField) {
+    using Field = MissingField::Field;
+    const std::string group = "\"그 룹\"을(를) 반드시 입력하십시오.";
+    const struct {
+        const char* name;
+        const char* group;
+        const char* kname;
+        std::optional<Field> field;
+        std::string message;
+    } rows[] = {
+        {"both empty names the group", "", "", Field::Group, group},
+        {"group of spaces", "   ", "볼트", Field::Group, group},
+        {"kname missing uses its label", "육각볼트", " ", Field::KName,
+         "\"부품명\"을(를) 반드시 입력하십시오."},
+        {"tab is content", "\t", "볼트", std::nullopt, ""},
+        {"both filled", "육각볼트", "볼트", std::nullopt, ""},
+    };
     FieldLabels::Texts labels = FieldLabels::defaults();
     labels[FieldLabels::KName] = "부품명";
-    std::optional<MissingField> missing =
-        findMissingField(GetParam().group, GetParam().kname, labels);
-    ASSERT_EQ(missing.has_value(), GetParam().field.has_value());
-    if (!missing) return;
-    EXPECT_EQ(missing->field, *GetParam().field);
-    EXPECT_EQ(missing->message, GetParam().message);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::optional<MissingField> missing = findMissingField(row.group, row.kname, labels);
+        ASSERT_EQ(missing.has_value(), row.field.has_value());
+        if (!missing) continue;
+        EXPECT_EQ(missing->field, *row.field);
+        EXPECT_EQ(missing->message, row.message);
+    }
 }
-
-using Field = MissingField::Field;
-
-INSTANTIATE_TEST_SUITE_P(Rows, RequiredFields,
-                         testing::Values(Row{"both_empty_names_the_group", "", "", Field::Group,
-                                             "\"그 룹\"을(를) 반드시 입력하십시오."},
-                                         Row{"group_of_spaces", "   ", "볼트", Field::Group,
-                                             "\"그 룹\"을(를) 반드시 입력하십시오."},
-                                         Row{"kname_missing_uses_its_label", "육각볼트", " ",
-                                             Field::KName, "\"부품명\"을(를) 반드시 입력하십시오."},
-                                         Row{"tab_is_content", "\t", "볼트", std::nullopt, ""},
-                                         Row{"both_filled", "육각볼트", "볼트", std::nullopt, ""}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace vantor

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "cad/app/ScriptedDialogs.h"
@@ -53,24 +54,8 @@ TEST(SupplierChain, LogoOf508BytesFillsTwoChunksThenZeroBytes) {
     EXPECT_EQ(*chain[126].text(), "비고");
 }
 
-struct ReadBackRow {
-    const char* name;
-    std::size_t size;
-    // Where the reader puts the tail of `size % 254` bytes: at that length's offset from the
-    // start, and the last fillers land there too when they are as long.
-    std::function<std::string(const std::string&)> expected;
-};
-
-class SupplierReadBack : public testing::TestWithParam<ReadBackRow> {};
-
-TEST_P(SupplierReadBack, FollowsTheTailRule) {
-    std::optional<SupplierInfo> read =
-        SupplierInfo::fromChain(infoWithLogo(GetParam().size).toChain());
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->logo, GetParam().expected(logoOf(GetParam().size)));
-    EXPECT_EQ(read->texts, infoWithLogo(0).texts);
-}
-
+// The tail of `size % 254` bytes is read back at that length's offset from the start of its
+// chunk, and the last fillers land there too when they are as long.
 std::string tailMoved(std::string logo) {
     const std::size_t tail = logo.size() % 254;
     const std::size_t start = logo.size() - tail;
@@ -80,22 +65,31 @@ std::string tailMoved(std::string logo) {
     return moved;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, SupplierReadBack,
-    testing::Values(
-        ReadBackRow{"multiple_of_254_unchanged", 508, [](const std::string& l) { return l; }},
-        ReadBackRow{"largest_logo_unchanged", 30226, [](const std::string& l) { return l; }},
-        ReadBackRow{"tail_of_46_lands_at_offset_46", 300, tailMoved},
-        ReadBackRow{"bitmap_150_by_40", 18134, tailMoved},
-        ReadBackRow{"tail_of_one_overwritten_by_the_fillers", 255,
-                    [](const std::string& l) {
-                        std::string expected = l;
-                        expected[1] = '\0';
-                        expected[254] = '\0';
-                        return expected;
-                    }},
-        ReadBackRow{"empty_logo", 0, [](const std::string& l) { return l; }}),
-    [](const auto& row) { return std::string(row.param.name); });
+TEST(SupplierChain, ReadBackFollowsTheTailRule) {
+    auto same = [](const std::string& logo) { return logo; };
+    auto tailOfOne = [](const std::string& logo) {
+        std::string expected = logo;
+        expected[1] = '\0';  // the tail, then overwritten by the fillers
+        expected[254] = '\0';
+        return expected;
+    };
+    const struct {
+        const char* name;
+        std::size_t size;
+        std::function<std::string(const std::string&)> expected;
+    } rows[] = {
+        {"multiple of 254 unchanged", 508, same}, {"largest logo unchanged", 30226, same},
+        {"tail of 46 lands at offset 46", 300, tailMoved}, {"bitmap 150 by 40", 18134, tailMoved},
+        {"tail of one overwritten by the fillers", 255, tailOfOne}, {"empty logo", 0, same},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::optional<SupplierInfo> read = SupplierInfo::fromChain(infoWithLogo(row.size).toChain());
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->logo, row.expected(logoOf(row.size)));
+        EXPECT_EQ(read->texts, infoWithLogo(0).texts);
+    }
+}
 
 // A DXF file holds at most 127 bytes per binary value: the chunks come back in pieces.
 ResBufChain splitAsDxf(const ResBufChain& chain) {
@@ -192,63 +186,51 @@ TEST_F(SupplierStore, RecordSurvivesADrawingFile) {
     EXPECT_EQ(read.openObjectCount(), 0);
 }
 
-struct RefusalRow {
-    const char* name;
-    std::size_t size;  // 0: no file at all
-    const char* message;
-};
-
-class SupplierLogoRefused : public SupplierStore, public testing::WithParamInterface<RefusalRow> {};
-
-TEST_P(SupplierLogoRefused, NothingIsWritten) {
-    SupplierInfo info = infoWithLogo(0);
-    info.logoPath = folder.file("logo.bmp");
-    if (GetParam().size > 0) folder.writeBytes("logo.bmp", logoOf(GetParam().size));
-    EXPECT_NE(info.writeTo(db, dialogs), cad::ErrorStatus::eOk);
-    EXPECT_FALSE(SupplierInfo::readFrom(db));
-    const std::vector<cad::app::ScriptedDialogs::Call> boxes = dialogs.messageBoxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, GetParam().message);
-    EXPECT_EQ(boxes[0].icon(), cad::app::MB_ICONERROR);
+TEST_F(SupplierStore, LogoThatIsMissingOrTooLargeIsRefusedAndNothingWritten) {
+    const struct {
+        const char* name;
+        std::size_t size;  // 0: no file at all
+        const char* message;
+    } rows[] = {
+        {"missing file", 0,
+         "BMP 화일이 없거나 경로가 잘못 설정되어 있습니다.\n다시 확인하여 주십시오."},
+        {"one byte too large", 30227,
+         "BMP 화일이 너무 큽니다. 30,226 바이트 이하의 화일만 저장할 수 있습니다.\n150 X 40 "
+         "픽셀 사이즈의 BMP 이미지를 등록하여 주십시오."},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        cad::app::ScriptedDialogs told;
+        SupplierInfo info = infoWithLogo(0);
+        info.logoPath = folder.file(row.name);
+        if (row.size > 0) folder.writeBytes(row.name, logoOf(row.size));
+        EXPECT_NE(info.writeTo(db, told), cad::ErrorStatus::eOk);
+        EXPECT_FALSE(SupplierInfo::readFrom(db));
+        ASSERT_EQ(told.messageBoxes().size(), 1u);
+        EXPECT_EQ(told.messageBoxes()[0].text, row.message);
+        EXPECT_EQ(told.messageBoxes()[0].icon(), cad::app::MB_ICONERROR);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, SupplierLogoRefused,
-    testing::Values(RefusalRow{"missing_file", 0,
-                               "BMP 화일이 없거나 경로가 잘못 설정되어 있습니다.\n다시 확인하여 "
-                               "주십시오."},
-                    RefusalRow{"one_byte_too_large", 30227,
-                               "BMP 화일이 너무 큽니다. 30,226 바이트 이하의 화일만 저장할 수 "
-                               "있습니다.\n150 X 40 픽셀 사이즈의 BMP 이미지를 등록하여 "
-                               "주십시오."}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-struct PanelRow {
-    const char* name;
-    const char* internet;
-    const char* shown;
-    const char* link;
-};
-
-class SupplierPanelInternet : public testing::TestWithParam<PanelRow> {};
-
-TEST_P(SupplierPanelInternet, LinksToTheUpperCasedAddress) {
-    SupplierInfo info;
-    info.texts[SupplierInfo::Internet] = GetParam().internet;
-    SupplierPanel panel = SupplierPanel::from(info);
-    EXPECT_EQ(panel.internet, GetParam().shown);
-    EXPECT_EQ(panel.internetLink, GetParam().link);
+TEST(SupplierPanel, InternetLinksToTheUpperCasedAddress) {
+    const struct {
+        const char* internet;
+        const char* shown;
+        const char* link;
+    } rows[] = {
+        {"www.vantor.co.kr", "WWW.VANTOR.CO.KR", "HTTP://WWW.VANTOR.CO.KR"},
+        {"http://www.vantor.co.kr", "WWW.VANTOR.CO.KR", "HTTP://WWW.VANTOR.CO.KR"},
+        {"Vantor.kr/부품", "VANTOR.KR/부품", "HTTP://VANTOR.KR/부품"},  // Korean path kept
+        {"", "", ""},
+    };
+    for (const auto& row : rows) {
+        SupplierInfo info;
+        info.texts[SupplierInfo::Internet] = row.internet;
+        SupplierPanel panel = SupplierPanel::from(info);
+        EXPECT_EQ(panel.internet, row.shown) << row.internet;
+        EXPECT_EQ(panel.internetLink, row.link) << row.internet;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, SupplierPanelInternet,
-                         testing::Values(PanelRow{"bare_host", "www.vantor.co.kr",
-                                                  "WWW.VANTOR.CO.KR", "HTTP://WWW.VANTOR.CO.KR"},
-                                         PanelRow{"lower_case_scheme", "http://www.vantor.co.kr",
-                                                  "WWW.VANTOR.CO.KR", "HTTP://WWW.VANTOR.CO.KR"},
-                                         PanelRow{"korean_path_kept", "Vantor.kr/부품",
-                                                  "VANTOR.KR/부품", "HTTP://VANTOR.KR/부품"},
-                                         PanelRow{"empty", "", "", ""}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(SupplierPanel, TextsAndMailLink) {
     SupplierPanel panel = SupplierPanel::from(infoWithLogo(0));

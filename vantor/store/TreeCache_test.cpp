@@ -99,11 +99,6 @@ TEST(TreeCacheFile, BytesFollowTheLayout) {
     EXPECT_EQ(read, written);
 }
 
-struct DamageRow {
-    const char* name;
-    std::string bytes;
-};
-
 std::string int32Bytes(std::int32_t v) {
     Layout l;
     l.int32(v);
@@ -124,49 +119,35 @@ std::string entryBytes(std::int32_t nameLength, const std::string& name, const s
     return l.raw;
 }
 
-class TreeCacheDamage : public testing::TestWithParam<DamageRow> {};
-
-TEST_P(TreeCacheDamage, IsRefused) {
+TEST(TreeCacheFile, DamagedFilesAreRefused) {
+    const std::string bolt = entryBytes(4, "Bolt", "5");
+    const std::pair<const char*, std::string> rows[] = {
+        {"count cut short", std::string("\x01\x00", 2)},
+        {"negative count", int32Bytes(-1)},
+        {"count beyond entries", int32Bytes(2) + bolt},
+        {"count byte 0x1A ends the data", int32Bytes(26) + bolt},
+        {"length beyond file", int32Bytes(1) + entryBytes(0x7FFFFFF0, "Bolt", "5")},
+        {"negative length", int32Bytes(1) + entryBytes(-3, "Bolt", "5")},
+        {"id not digits", int32Bytes(1) + entryBytes(4, "Bolt", "5x")},
+        {"flag two", int32Bytes(1) + int32Bytes(2) + bolt.substr(4)},
+        {"cut inside a text", (int32Bytes(1) + bolt).substr(0, 30)},
+    };
     TestTempFolder folder;
-    folder.writeBytes("d.vnf", GetParam().bytes);
-    std::vector<TreeCacheNode> read;
-    EXPECT_FALSE(TreeCache::readFile(folder.file("d.vnf"), read));
+    for (const auto& [name, bytes] : rows) {
+        folder.writeBytes("d.vnf", bytes);
+        std::vector<TreeCacheNode> read;
+        EXPECT_FALSE(TreeCache::readFile(folder.file("d.vnf"), read)) << name;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TreeCacheDamage,
-    testing::Values(
-        DamageRow{"count_cut_short", std::string("\x01\x00", 2)},
-        DamageRow{"negative_count", int32Bytes(-1)},
-        DamageRow{"count_beyond_entries", int32Bytes(2) + entryBytes(4, "Bolt", "5")},
-        DamageRow{"count_byte_0x1A_ends_the_data", int32Bytes(26) + entryBytes(4, "Bolt", "5")},
-        DamageRow{"length_beyond_file", int32Bytes(1) + entryBytes(0x7FFFFFF0, "Bolt", "5")},
-        DamageRow{"negative_length", int32Bytes(1) + entryBytes(-3, "Bolt", "5")},
-        DamageRow{"id_not_digits", int32Bytes(1) + entryBytes(4, "Bolt", "5x")},
-        DamageRow{"flag_two", int32Bytes(1) + int32Bytes(2) + entryBytes(4, "Bolt", "5").substr(4)},
-        DamageRow{"cut_inside_a_text", (int32Bytes(1) + entryBytes(4, "Bolt", "5")).substr(0, 30)}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-struct PathRow {
-    const char* name;
-    const char* drawing;
-    const char* cache;
-};
-
-class TreeCachePath : public testing::TestWithParam<PathRow> {};
-
-TEST_P(TreeCachePath, LowerCasesTheNameAndReplacesTheExtension) {
-    EXPECT_EQ(TreeCache::pathFor(GetParam().drawing), GetParam().cache);
+TEST(TreeCachePath, LowerCasesTheNameAndReplacesTheExtension) {
+    EXPECT_EQ(TreeCache::pathFor("C:\\Lib\\Parts.DWG"), "C:\\Lib\\parts.vnf");
+    EXPECT_EQ(TreeCache::pathFor("/Work/Lib/Bolts.dxf"),
+              "/Work/Lib/bolts.vnf");  // folders keep case
+    EXPECT_EQ(TreeCache::pathFor("/l/m.v2.dxf"), "/l/m.v2.vnf");
+    EXPECT_EQ(TreeCache::pathFor("/l/Plain"), "/l/plain.vnf");
+    EXPECT_EQ(TreeCache::pathFor("/l/부품A.dxf"), "/l/부품a.vnf");
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, TreeCachePath,
-                         testing::Values(PathRow{"dwg", "C:\\Lib\\Parts.DWG", "C:\\Lib\\parts.vnf"},
-                                         PathRow{"dxf_folders_keep_case", "/Work/Lib/Bolts.dxf",
-                                                 "/Work/Lib/bolts.vnf"},
-                                         PathRow{"last_dot_only", "/l/m.v2.dxf", "/l/m.v2.vnf"},
-                                         PathRow{"no_extension", "/l/Plain", "/l/plain.vnf"},
-                                         PathRow{"korean_name", "/l/부품A.dxf", "/l/부품a.vnf"}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 class TreeCacheCurrency : public testing::Test {
 protected:

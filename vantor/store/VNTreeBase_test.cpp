@@ -16,6 +16,7 @@
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/TestLibrary.h"
 #include "vantor/store/TreeCache.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -26,8 +27,10 @@ using cad::app::ScriptedDialogs;
 using cad::db::ObjectId;
 using testing_support::addDictionary;
 using testing_support::addRecord;
+using testing_support::boxesShown;
 using testing_support::setWriteTime;
 using Kind = TreeNode::Kind;
+using Strings = std::vector<std::string>;
 
 // The tree of one drawing as text: one line per node, indented by depth.
 std::string outline(const std::vector<const TreeNode*>& roots) {
@@ -75,13 +78,16 @@ protected:
         EXPECT_NE(found, nullptr);
         return *found;
     }
-    // Loads afresh, from the drawing (the cache being stale), and answers the outline.
-    std::string reloaded() {
-        CVNTreeBase fresh(dialogs);
+    // A tree loaded afresh, from the drawing (the cache being stale), and its outline.
+    CVNTreeBase& reloadedTree() {
+        fresh = std::make_unique<CVNTreeBase>(dialogs);
         cad::sys::deleteFile(cachePath);
-        fresh.loadDrawing(drawing);
+        fresh->loadDrawing(drawing);
+        return *fresh;
+    }
+    std::string reloaded() {
         std::vector<const TreeNode*> roots;
-        for (const auto& root : fresh.roots()) roots.push_back(root.get());
+        for (const auto& root : reloadedTree().roots()) roots.push_back(root.get());
         return outline(roots);
     }
 
@@ -90,6 +96,7 @@ protected:
     std::string cachePath = folder.file("standard.vnf");
     ScriptedDialogs dialogs;
     CVNTreeBase tree{dialogs};
+    std::unique_ptr<CVNTreeBase> fresh;
 };
 
 const char* const kStandardOutline =
@@ -254,11 +261,9 @@ TEST_F(TreeBase, BuildingNodesLeavesNothingOpenAndNeedsAFileName) {
     cad::db::Database db;
     std::vector<TreeCacheNode> nodes;
     EXPECT_FALSE(tree.buildNodes(db, LibraryKind::User, false, nodes));
-    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].text,
-              "파일이름을 가져올 수 없습니다.\n- CVNTreeBase::BuildNode(AcDbDatabase * pDb, BOOL "
-              "bDocument) error");
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "파일 이름 확인 에러");
+    EXPECT_EQ(boxesShown(dialogs),
+              Strings{"파일 이름 확인 에러: 파일이름을 가져올 수 없습니다.\n- "
+                      "CVNTreeBase::BuildNode(AcDbDatabase * pDb, BOOL bDocument) error [error]"});
 
     db.setFileName(drawing);
     ASSERT_TRUE(tree.buildNodes(db, LibraryKind::Supplier, false, nodes));
@@ -285,17 +290,7 @@ TEST_F(TreeBase, WhichNodesTakeWhichEditing) {
     EXPECT_TRUE(dialogs.calls().empty());
 }
 
-struct RenameRow {
-    const char* name;
-    std::vector<std::string> node;
-    const char* newName;
-    bool renamed;
-    bool refused;  // the same-name message shown
-};
-
-class TreeBaseRename : public TreeBase, public testing::WithParamInterface<RenameRow> {};
-
-TEST_P(TreeBaseRename, OnlySiblingsCount) {
+TEST_F(TreeBase, RenameIsRefusedOnlyForASiblingsName) {
     writeStandardLibrary();
     {
         // A category of the same name elsewhere in the tree.
@@ -303,96 +298,78 @@ TEST_P(TreeBaseRename, OnlySiblingsCount) {
         addDictionary(libraryDictionaryId(*db, LibraryKind::Supplier, false), "육각볼트");
         ASSERT_EQ(db->save(), cad::ErrorStatus::eOk);
     }
-    tree.loadDrawing(drawing);
-    TreeNode& renamed = node(GetParam().node);
-    EXPECT_EQ(tree.renameCategory(renamed, GetParam().newName), GetParam().renamed);
-    if (GetParam().refused) {
-        ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-        EXPECT_EQ(dialogs.messageBoxes()[0].text, "같은 이름이 이미 존재합니다.");
-        EXPECT_EQ(dialogs.messageBoxes()[0].title, "이름 변경 에러");
-    } else {
-        EXPECT_TRUE(dialogs.calls().empty());
+    const Strings nuts = {"User data list", "볼트", "너트"}, bolts = {"User data list", "볼트"},
+                  flanges = {"Adv data list", "Flanges"};
+    const Strings refused = {"이름 변경 에러: 같은 이름이 이미 존재합니다. [error]"};
+    const struct {
+        const char* name;
+        Strings node;
+        const char* newName;
+        bool renamed;
+        Strings boxes;
+    } rows[] = {
+        {"sibling", nuts, "육각볼트", false, refused},
+        {"sibling in the supplier library", flanges, "육각볼트", false, refused},
+        {"own name", nuts, "너트", true, {}},
+        // "육각볼트" is the category's child and a category of the other library: no sibling.
+        {"name elsewhere in the tree", bolts, "육각볼트", true, {}},
+        {"letter case only", flanges, "FLANGES", true, {}},
+        {"blank", bolts, "   ", false, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        cad::sys::deleteFile(cachePath);
+        tree.loadDrawing(drawing);
+        dialogs.clearCalls();
+        TreeNode& renamed = node(row.node);
+        EXPECT_EQ(tree.renameCategory(renamed, row.newName), row.renamed);
+        EXPECT_EQ(boxesShown(dialogs), row.boxes);
+        Strings keys = row.node;
+        if (row.renamed) keys.back() = row.newName;
+        EXPECT_EQ(renamed.name, keys.back());
+        EXPECT_NE(reloadedTree().findNode(drawing, keys), nullptr);
+        if (row.renamed) {
+            ASSERT_TRUE(tree.renameCategory(node(keys), row.node.back()));
+        }
     }
-    std::vector<std::string> keys = GetParam().node;
-    if (GetParam().renamed) keys.back() = GetParam().newName;
-    EXPECT_EQ(renamed.name, keys.back());
-    CVNTreeBase fresh(dialogs);
-    cad::sys::deleteFile(cachePath);
-    fresh.loadDrawing(drawing);
-    EXPECT_NE(fresh.findNode(drawing, keys), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TreeBaseRename,
-    testing::Values(
-        RenameRow{"sibling", {"User data list", "볼트", "너트"}, "육각볼트", false, true},
-        RenameRow{"sibling_in_the_supplier_library",
-                  {"Adv data list", "Flanges"},
-                  "육각볼트",
-                  false,
-                  true},
-        RenameRow{"own_name", {"User data list", "볼트", "너트"}, "너트", true, false},
-        // "육각볼트" is the category's child and a category of the other library: no sibling.
-        RenameRow{
-            "name_elsewhere_in_the_tree", {"User data list", "볼트"}, "육각볼트", true, false},
-        RenameRow{"letter_case_only", {"Adv data list", "Flanges"}, "FLANGES", true, false},
-        RenameRow{"blank", {"User data list", "볼트"}, "   ", false, false}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-struct DeleteRow {
-    const char* name;
-    std::vector<std::string> node;
-    const char* question;
-    int answer;
-};
-
-class TreeBaseDelete : public TreeBase, public testing::WithParamInterface<DeleteRow> {};
-
-TEST_P(TreeBaseDelete, AsksByWhatTheCategoryHolds) {
+// A category with something below it asks in other words.
+TEST_F(TreeBase, DeleteAsksByWhatTheCategoryHolds) {
+    const std::string empty = "분류 삭제: 정말 삭제하시겠습니까? [warning ok-cancel]";
+    const std::string full =
+        "분류 삭제: 하위 분류 또는 데이터가 존재합니다.\n그래도 삭제하시겠습니까? [warning "
+        "ok-cancel]";
+    const struct {
+        const char* name;
+        Strings node;
+        const std::string& question;
+        int answer;
+    } rows[] = {
+        {"category cancelled", {"User data list", "볼트"}, full, IDCANCEL},
+        {"empty group", {"User data list", "볼트", "너트"}, empty, IDOK},
+        {"group with records", {"User data list", "볼트", "육각볼트"}, full, IDOK},
+    };
     writeStandardLibrary();
     tree.loadDrawing(drawing);
-    dialogs.pushAnswer(GetParam().answer);
-    const bool deleted = tree.deleteCategory(&node(GetParam().node));
-    EXPECT_EQ(deleted, GetParam().answer == IDOK);
-    const std::vector<ScriptedDialogs::Call> boxes = dialogs.messageBoxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    const ScriptedDialogs::Call& asked = boxes[0];
-    EXPECT_EQ(asked.text, GetParam().question);
-    EXPECT_EQ(asked.title, "분류 삭제");
-    EXPECT_EQ(asked.buttons(), cad::app::MB_OKCANCEL);
-    EXPECT_EQ(asked.icon(), cad::app::MB_ICONWARNING);
-    EXPECT_EQ(tree.findNode(drawing, GetParam().node) == nullptr, deleted);
-    CVNTreeBase fresh(dialogs);
-    cad::sys::deleteFile(cachePath);
-    fresh.loadDrawing(drawing);
-    EXPECT_EQ(fresh.findNode(drawing, GetParam().node) == nullptr, deleted);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        dialogs.clearCalls();
+        dialogs.pushAnswer(row.answer);
+        const bool deleted = tree.deleteCategory(&node(row.node));
+        EXPECT_EQ(deleted, row.answer == IDOK);
+        EXPECT_EQ(boxesShown(dialogs), Strings{row.question});
+        EXPECT_EQ(tree.findNode(drawing, row.node) == nullptr, deleted);
+        EXPECT_EQ(reloadedTree().findNode(drawing, row.node) == nullptr, deleted);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TreeBaseDelete,
-    testing::Values(DeleteRow{"empty_group",
-                              {"User data list", "볼트", "너트"},
-                              "정말 삭제하시겠습니까?",
-                              IDOK},
-                    DeleteRow{"group_with_records",
-                              {"User data list", "볼트", "육각볼트"},
-                              "하위 분류 또는 데이터가 존재합니다.\n그래도 삭제하시겠습니까?",
-                              IDOK},
-                    DeleteRow{"category_cancelled",
-                              {"User data list", "볼트"},
-                              "하위 분류 또는 데이터가 존재합니다.\n그래도 삭제하시겠습니까?",
-                              IDCANCEL}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(TreeBase, DeletingARecordNodeIsRefused) {
     writeStandardLibrary();
     tree.loadDrawing(drawing);
     TreeNode* record = node({"Adv data list", "Flanges"}).children.front().get();
     EXPECT_FALSE(tree.deleteCategory(record));
-    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].text, "분류가 아닙니다.");
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "분류 삭제 에러");
-    EXPECT_EQ(dialogs.messageBoxes()[0].icon(), cad::app::MB_ICONERROR);
+    EXPECT_EQ(boxesShown(dialogs), Strings{"분류 삭제 에러: 분류가 아닙니다. [error]"});
     EXPECT_FALSE(tree.deleteCategory(nullptr));
 }
 
@@ -407,10 +384,8 @@ TEST_F(TreeBase, DeleteAllDataAsksThenEmptiesTheGroupAndSaves) {
         TreeNode& node = this->node({"User data list", "볼트", group});
         ASSERT_TRUE(tree.deleteAllData(node)) << group;
         EXPECT_TRUE(node.children.empty());
-        ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-        EXPECT_EQ(dialogs.messageBoxes()[0].text, "모두 삭제하시겠습니까?");
-        EXPECT_EQ(dialogs.messageBoxes()[0].title, "데이터 모두 삭제");
-        EXPECT_EQ(dialogs.messageBoxes()[0].icon(), cad::app::MB_ICONWARNING);
+        EXPECT_EQ(boxesShown(dialogs),
+                  Strings{"데이터 모두 삭제: 모두 삭제하시겠습니까? [warning ok-cancel]"});
         EXPECT_GT(*cad::sys::lastWriteTime(drawing), before) << "saved";
     }
     EXPECT_EQ(reloaded(),

@@ -6,48 +6,38 @@
 
 #include "cad/app/ScriptedDialogs.h"
 #include "vantor/ui/ModuleSettings.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
 
 using cad::app::ScriptedDialogs;
 
-struct OkRow {
-    const char* name;
-    std::vector<std::pair<std::size_t, std::string>> edits;
-    int firstBlank;
-};
-
-class LabelsOk : public testing::TestWithParam<OkRow> {};
-
-TEST_P(LabelsOk, ReportsTheFirstBlankOnceAndStoresAll) {
-    ModuleSettings settings;
-    FieldLabels::Texts texts = FieldLabels::defaults();
-    for (const auto& [index, text] : GetParam().edits) texts[index] = text;
-    ScriptedDialogs dialogs;
-
-    EXPECT_EQ(FieldLabels::applyLabels(settings, texts, dialogs), GetParam().firstBlank);
-    EXPECT_EQ(settings.labels, texts);
-    const auto boxes = dialogs.messageBoxes();
-    if (GetParam().firstBlank < 0) {
-        EXPECT_TRUE(boxes.empty());
-        return;
+TEST(FieldLabels, OkReportsTheFirstBlankOnceAndStoresAll) {
+    const std::vector<std::string> blank = {"빈문자열 에러: 빈 문자열은 입력할 수 없습니다. [error]"};
+    const struct {
+        const char* name;
+        std::vector<std::pair<std::size_t, std::string>> edits;
+        int firstBlank;
+    } rows[] = {
+        {"all filled", {{FieldLabels::Price, "단가"}}, -1},
+        {"weight cleared", {{FieldLabels::Weight, ""}}, FieldLabels::Weight},
+        {"two blanks, first reported", {{FieldLabels::Draw3, ""}, {FieldLabels::EName, "   "}},
+         FieldLabels::EName},
+        {"last title spaces", {{FieldLabels::Draw6, " "}}, FieldLabels::Draw6},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ModuleSettings settings;
+        FieldLabels::Texts texts = FieldLabels::defaults();
+        for (const auto& [index, text] : row.edits) texts[index] = text;
+        ScriptedDialogs dialogs;
+        EXPECT_EQ(FieldLabels::applyLabels(settings, texts, dialogs), row.firstBlank);
+        EXPECT_EQ(settings.labels, texts);
+        EXPECT_EQ(testing_support::boxesShown(dialogs),
+                  row.firstBlank < 0 ? std::vector<std::string>{} : blank);
     }
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, "빈 문자열은 입력할 수 없습니다.");
-    EXPECT_EQ(boxes[0].title, "빈문자열 에러");
-    EXPECT_EQ(boxes[0].icon(), cad::app::MB_ICONERROR);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, LabelsOk,
-    testing::Values(OkRow{"all_filled", {{FieldLabels::Price, "단가"}}, -1},
-                    OkRow{"weight_cleared", {{FieldLabels::Weight, ""}}, FieldLabels::Weight},
-                    OkRow{"two_blanks_first_reported",
-                          {{FieldLabels::Draw3, ""}, {FieldLabels::EName, "   "}},
-                          FieldLabels::EName},
-                    OkRow{"last_title_spaces", {{FieldLabels::Draw6, " "}}, FieldLabels::Draw6}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(FieldLabels, ResetThenCancelKeepsTheDefaults) {
     ModuleSettings settings;

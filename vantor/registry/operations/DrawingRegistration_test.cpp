@@ -140,26 +140,17 @@ TEST_F(Registration, ExplorerRegistersOnceThenRefusesTheDuplicate) {
     EXPECT_EQ(dialogs.messageBoxes()[1].icon(), cad::app::MB_ICONERROR);
 }
 
-struct RepairRow {
-    const char* name;
-    const char* given;
-    const char* repaired;
-};
-
-class DialogPathRepair : public testing::TestWithParam<RepairRow> {};
-
-TEST_P(DialogPathRepair, DropsIndexThreeOnlyAfterADoubledBackslashAtIndexOne) {
-    EXPECT_EQ(DrawingRegistration::repairDialogPath(GetParam().given), GetParam().repaired);
+TEST(DialogPathRepair, DropsIndexThreeOnlyAfterADoubledBackslashAtIndexOne) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"C\\\\xy", "C\\\\y"},
+        {"C\\\\x", "C\\\\x"},                      // four bytes
+        {"C:\\\\a.dwg", "C:\\\\a.dwg"},            // doubled at 2
+        {"\\\\srv\\a.dwg", "\\\\srv\\a.dwg"},  // network
+        {"C\\a\\\\b.dwg", "C\\a\\\\b.dwg"},    // first doubled later
+    };
+    for (const auto& [given, repaired] : rows)
+        EXPECT_EQ(DrawingRegistration::repairDialogPath(given), repaired) << given;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DialogPathRepair,
-    testing::Values(RepairRow{"five_bytes", "C\\\\xy", "C\\\\y"},
-                    RepairRow{"four_bytes_kept", "C\\\\x", "C\\\\x"},
-                    RepairRow{"doubled_at_2_kept", "C:\\\\a.dwg", "C:\\\\a.dwg"},
-                    RepairRow{"network_kept", "\\\\srv\\a.dwg", "\\\\srv\\a.dwg"},
-                    RepairRow{"first_doubled_later_kept", "C\\a\\\\b.dwg", "C\\a\\\\b.dwg"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(Registration, RemoveOptimiseRowsAndTheOpenQueue) {
     const std::string a = drawing("a.dxf");
