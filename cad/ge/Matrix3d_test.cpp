@@ -60,32 +60,21 @@ TEST(Matrix3d, ProductAppliesTheRightOperandFirst) {
     EXPECT_TRUE(((turn * move) * Point3d(1, 0, 0)).isEqualTo({0, 11, 0}, kLoose));
 }
 
-struct InverseRow {
-    const char* name;
-    Matrix3d m;
-};
+TEST(Matrix3d, InverseUndoesTheMatrixFromEitherSideUnlessSingular) {
+    const std::pair<const char*, Matrix3d> rows[] = {
+        {"placement", Matrix3d::translation({100, -20, 3}) *
+                          Matrix3d::rotation(0.7, {0, 0, 1}, {5, 5, 0}) *
+                          Matrix3d::scaling(Scale3d(-2, 3, 0.5), {1, 2, 3})},
+        {"tiny but regular scale", Matrix3d::scaling(1e-6, {4, 4, 4})},
+        {"needs row swaps", Matrix3d().setCoordSystem({1, 2, 3}, {0, 0, 2}, {3, 0, 0}, {0, -1, 1})},
+        {"tilted plane", Matrix3d::planeToWorld({0.3, -0.5, 0.8})},
+    };
+    for (const auto& [name, m] : rows) {
+        EXPECT_FALSE(m.isSingular()) << name;
+        EXPECT_TRUE((m.inverse() * m).isEqualTo(Matrix3d::kIdentity, kLoose)) << name;
+        EXPECT_TRUE((m * m.inverse()).isEqualTo(Matrix3d::kIdentity, kLoose)) << name;
+    }
 
-class Inverse : public testing::TestWithParam<InverseRow> {};
-
-TEST_P(Inverse, UndoesTheMatrixFromEitherSide) {
-    const Matrix3d& m = GetParam().m;
-    ASSERT_FALSE(m.isSingular());
-    EXPECT_TRUE((m.inverse() * m).isEqualTo(Matrix3d::kIdentity, kLoose));
-    EXPECT_TRUE((m * m.inverse()).isEqualTo(Matrix3d::kIdentity, kLoose));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Matrix3d, Inverse,
-    testing::Values(InverseRow{"placement", Matrix3d::translation({100, -20, 3}) *
-                                                Matrix3d::rotation(0.7, {0, 0, 1}, {5, 5, 0}) *
-                                                Matrix3d::scaling(Scale3d(-2, 3, 0.5), {1, 2, 3})},
-                    InverseRow{"tiny_but_regular_scale", Matrix3d::scaling(1e-6, {4, 4, 4})},
-                    InverseRow{"needs_row_swaps", Matrix3d().setCoordSystem({1, 2, 3}, {0, 0, 2},
-                                                                            {3, 0, 0}, {0, -1, 1})},
-                    InverseRow{"tilted_plane", Matrix3d::planeToWorld({0.3, -0.5, 0.8})}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-TEST(Matrix3d, SingularMatrixHasNoInverse) {
     const Matrix3d flat = Matrix3d::scaling(Scale3d(1, 1, 0));
     EXPECT_TRUE(flat.isSingular());
     const Matrix3d untouched = Matrix3d::translation({1, 2, 3});
@@ -127,42 +116,39 @@ TEST(Matrix3d, AlignCoordSysMapsOriginAndAxes) {
     EXPECT_TRUE((m * (fromOrigin + fromZ)).isEqualTo(toOrigin + toZ));
 }
 
-struct PlaneRow {
-    const char* name;
-    Vector3d normal;
-    Vector3d xAxis;  // the arbitrary-axis rule's choice
-};
-
-class PlaneToWorld : public testing::TestWithParam<PlaneRow> {};
-
-TEST_P(PlaneToWorld, FollowsTheArbitraryAxisRule) {
-    const PlaneRow& row = GetParam();
-    const Matrix3d m = Matrix3d::planeToWorld(row.normal);
-    Point3d origin;
-    Vector3d x, y, z;
-    m.getCoordSystem(origin, x, y, z);
-    EXPECT_TRUE(origin.isEqualTo(Point3d::kOrigin));
-    EXPECT_TRUE(x.isEqualTo(row.xAxis.normal(), kLoose));
-    EXPECT_TRUE(z.isEqualTo(row.normal.normal(), kLoose));
-    EXPECT_TRUE(y.isEqualTo(z.crossProduct(x), kLoose));
-    EXPECT_NEAR(m.det(), 1.0, 1e-12);
-    EXPECT_TRUE((Matrix3d::worldToPlane(row.normal) * m).isEqualTo(Matrix3d::kIdentity, kLoose));
+TEST(Matrix3d, PlaneToWorldFollowsTheArbitraryAxisRule) {
+    // The rule switches at 1/64 = 0.015625 on both x and y of the unit normal: below it on
+    // both, X = Wy x N; otherwise X = Wz x N.
+    const struct {
+        const char* name;
+        Vector3d normal;
+        Vector3d xAxis;
+    } rows[] = {
+        {"world z", {0, 0, 1}, {1, 0, 0}},
+        {"minus z mirrors x", {0, 0, -1}, {-1, 0, 0}},
+        {"unnormalised z", {0, 0, 4}, {1, 0, 0}},
+        {"x just below threshold", {0.0156, 0, 1}, {1, 0, -0.0156}},
+        {"x just above threshold", {0.0157, 0, 1}, {0, 1, 0}},
+        {"y just above threshold", {0, 0.0157, 1}, {-1, 0, 0}},
+        {"both below threshold", {-0.015, 0.015, 1}, {1, 0, 0.015}},
+        {"world x", {1, 0, 0}, {0, 1, 0}},
+        {"world y", {0, 1, 0}, {-1, 0, 0}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Matrix3d m = Matrix3d::planeToWorld(row.normal);
+        Point3d origin;
+        Vector3d x, y, z;
+        m.getCoordSystem(origin, x, y, z);
+        EXPECT_TRUE(origin.isEqualTo(Point3d::kOrigin));
+        EXPECT_TRUE(x.isEqualTo(row.xAxis.normal(), kLoose));
+        EXPECT_TRUE(z.isEqualTo(row.normal.normal(), kLoose));
+        EXPECT_TRUE(y.isEqualTo(z.crossProduct(x), kLoose));
+        EXPECT_NEAR(m.det(), 1.0, 1e-12);
+        EXPECT_TRUE(
+            (Matrix3d::worldToPlane(row.normal) * m).isEqualTo(Matrix3d::kIdentity, kLoose));
+    }
 }
-
-// The rule switches at 1/64 = 0.015625 on both x and y of the unit normal: below it on both,
-// X = Wy x N; otherwise X = Wz x N.
-INSTANTIATE_TEST_SUITE_P(
-    Matrix3d, PlaneToWorld,
-    testing::Values(PlaneRow{"world_z", {0, 0, 1}, {1, 0, 0}},
-                    PlaneRow{"minus_z_mirrors_x", {0, 0, -1}, {-1, 0, 0}},
-                    PlaneRow{"unnormalised_z", {0, 0, 4}, {1, 0, 0}},
-                    PlaneRow{"x_just_below_threshold", {0.0156, 0, 1}, {1, 0, -0.0156}},
-                    PlaneRow{"x_just_above_threshold", {0.0157, 0, 1}, {0, 1, 0}},
-                    PlaneRow{"y_just_above_threshold", {0, 0.0157, 1}, {-1, 0, 0}},
-                    PlaneRow{"both_below_threshold", {-0.015, 0.015, 1}, {1, 0, 0.015}},
-                    PlaneRow{"world_x", {1, 0, 0}, {0, 1, 0}},
-                    PlaneRow{"world_y", {0, 1, 0}, {-1, 0, 0}}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace cad::ge

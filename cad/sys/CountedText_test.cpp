@@ -10,6 +10,11 @@
 
 #include "cad/sys/TestTempFolder.h"
 
+#if defined(__GNUC__) && !defined(__clang__)
+// GCC takes the free() below for a mismatch with operator new; the two replacements are a pair.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
+
 // The largest single request since the last reset, so a test can show that a damaged
 // length is refused without taking memory for it.
 static std::size_t largestAllocation = 0;
@@ -102,14 +107,8 @@ TEST(CountedTextTest, ListWithCountAndLengthBytes0x0AReadsBackUnchanged) {
     entries[6] = "\xB6\xF3\xC0\xCC\xBA\xEA\xB7\xAF\xB8\xAE.dwg";  // code page 949 bytes
     writeList(folder, entries);
 
-    std::string onDisk = folder.readBytes("UBList0.dat");
-    EXPECT_EQ(onDisk.substr(0, 5), "\r\n\0\0\0"s) << "count 10 is stored with an inserted CR";
-    std::size_t at = onDisk.find(
-        "\0\0\0\0\r\n\0\0\0"
-        "0123456789"s);
-    EXPECT_NE(at, std::string::npos) << "length 10 is stored with an inserted CR";
-    EXPECT_NE(onDisk.find("\0\0\0\0\r\n\r\n\0\0"s), std::string::npos);
-
+    // The lengths' bytes on disk are pinned above; here the count's 0x0A gets its CR too.
+    EXPECT_EQ(folder.readBytes("UBList0.dat").substr(0, 5), "\r\n\0\0\0"s);
     EXPECT_EQ(readList(folder), entries);
 }
 
