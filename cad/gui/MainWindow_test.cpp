@@ -8,6 +8,7 @@
 #include <QTabBar>
 
 #include "cad/app/Application.h"
+#include "cad/app/MenuGroup.h"
 #include "cad/gui/DrawingArea.h"
 #include "cad/gui/TestApplication.h"
 
@@ -22,23 +23,17 @@ protected:
     MainWindow window_{app_, [this](const std::string& text) { typed_.push_back(text); }};
 };
 
-app::MenuItem item(app::MenuItem::Kind kind, std::string label = {}, std::string macro = {}) {
-    app::MenuItem made;
-    made.kind = kind;
-    made.label = std::move(label);
-    made.macro = std::move(macro);
-    return made;
-}
-
+// A pull-down with a command, a separator and a cascade holding one more command.
 app::PopMenu vantorMenu() {
-    app::PopMenu menu;
-    menu.alias = "POP1";
-    menu.label = "&Vantor";
-    app::MenuItem tools = item(app::MenuItem::Kind::Submenu, "도구");
-    tools.items.push_back(item(app::MenuItem::Kind::Command, "열기", "^C^C_UBLO "));
-    menu.items = {item(app::MenuItem::Kind::Command, "라이브러리(&L)", "^C^C_VNK "),
-                  item(app::MenuItem::Kind::Separator), tools};
-    return menu;
+    app::MenuGroup group;
+    std::string error;
+    EXPECT_EQ(
+        app::MenuGroup::parse("***MENUGROUP=Vantor\n***POP1\n[&Vantor]\n"
+                              "[라이브러리(&L)]^C^C_VNK \n[--]\n[->도구]\n[<-열기]^C^C_UBLO \n",
+                              "v.mns", group, error),
+        ErrorStatus::eOk)
+        << error;
+    return group.menus().at(0);
 }
 
 TEST_F(MainWindowTest, GroupMenusAreRenderedAndTypeTheirMacros) {
