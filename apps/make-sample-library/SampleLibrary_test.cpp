@@ -85,12 +85,10 @@ TEST_F(CommittedSample, RecordsBlocksAndSupplierRead) {
     EXPECT_TRUE(bolts.problems.empty());
     ASSERT_EQ(bolts.records.size(), 6u);
     const PartRecord& m10 = bolts.records[2];
-    EXPECT_EQ(m10.key, "QRB_VANTORDATA-2");
-    EXPECT_EQ(m10.spec, "M10x40");
-    EXPECT_EQ(m10.viewBlocks[0], "HB-M10X40-F");
-    EXPECT_EQ(m10.viewBlocks[1], "");
-    EXPECT_EQ(m10.viewBlocks[2], "HB-M10X40-P");
-    EXPECT_EQ(m10.weight, "0.033");
+    EXPECT_EQ(std::tie(m10.key, m10.spec, m10.weight),
+              std::tuple("QRB_VANTORDATA-2", "M10x40", "0.033"));
+    EXPECT_EQ(std::tie(m10.viewBlocks[0], m10.viewBlocks[1], m10.viewBlocks[2]),
+              std::tuple("HB-M10X40-F", "", "HB-M10X40-P"));
 
     CListBase list(dialogs);
     ASSERT_TRUE(list.build(*db));

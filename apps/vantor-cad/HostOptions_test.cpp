@@ -25,26 +25,18 @@ TEST(HostOptions, RepeatableOptionsKeepTheirOrderAndScriptImpliesHeadless) {
     EXPECT_FALSE(gui->sdi);
 }
 
-struct RefusedCase {
-    const char* name;
-    std::vector<std::string> arguments;
-    const char* error;
-};
-
-class RefusedOptions : public testing::TestWithParam<RefusedCase> {};
-
-TEST_P(RefusedOptions, SayWhatIsWrong) {
-    std::string error;
-    EXPECT_FALSE(HostOptions::parse(GetParam().arguments, error));
-    EXPECT_EQ(error, GetParam().error);
+TEST(HostOptions, RefusalsSayWhatIsWrong) {
+    const std::pair<std::vector<std::string>, const char*> rows[] = {
+        {{"--verbose"}, "unknown option \"--verbose\""},
+        {{"--headless", "--load"}, "--load needs a value"},
+        {{"--sdi", "2"}, "--sdi takes 0 or 1, not \"2\""},
+    };
+    for (const auto& [arguments, expected] : rows) {
+        std::string error;
+        EXPECT_FALSE(HostOptions::parse(arguments, error)) << expected;
+        EXPECT_EQ(error, expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Options, RefusedOptions,
-    testing::Values(RefusedCase{"unknown", {"--verbose"}, "unknown option \"--verbose\""},
-                    RefusedCase{"missingValue", {"--headless", "--load"}, "--load needs a value"},
-                    RefusedCase{"sdiNotABoolean", {"--sdi", "2"}, "--sdi takes 0 or 1, not \"2\""}),
-    [](const testing::TestParamInfo<RefusedCase>& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace vantorcad

@@ -25,32 +25,25 @@ protected:
     ScriptLineDialogs dialogs_{input_, [this](std::string_view text) { printed_ += text; }};
 };
 
-struct AnswerCase {
-    const char* name;
-    const char* line;
-    unsigned flags;
-    int answer;
-};
-
-class QuestionLines : public ScriptLineDialogsTest,
-                      public testing::WithParamInterface<AnswerCase> {};
-
-TEST_P(QuestionLines, AnswerTheBoxOrCancelIt) {
-    feed(std::string(GetParam().line) + "\nNEXT\n");
-    EXPECT_EQ(dialogs_.messageBox("text", "title", GetParam().flags), GetParam().answer);
-    EXPECT_EQ(nextCommandLine(), "NEXT");
+TEST_F(ScriptLineDialogsTest, QuestionLinesAnswerTheBoxOrCancelIt) {
+    const struct {
+        const char* line;
+        unsigned flags;
+        int answer;
+    } rows[] = {
+        // clang-format off
+        {"OK", MB_OKCANCEL, IDOK}, {"cancel", MB_OKCANCEL, IDCANCEL}, {"Yes", MB_YESNO, IDYES},
+        {"No", MB_YESNOCANCEL, IDNO}, {"<esc>", MB_YESNOCANCEL, IDCANCEL},
+        {"^C", MB_YESNO, IDNO},          // a yes-no box has no cancel
+        {"Yes", MB_OKCANCEL, IDCANCEL},  // the word of another box
+        // clang-format on
+    };
+    for (const auto& row : rows) {
+        feed(std::string(row.line) + "\nNEXT\n");
+        EXPECT_EQ(dialogs_.messageBox("text", "title", row.flags), row.answer) << row.line;
+        EXPECT_EQ(nextCommandLine(), "NEXT") << row.line;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Lines, QuestionLines,
-    testing::Values(AnswerCase{"ok", "OK", MB_OKCANCEL, IDOK},
-                    AnswerCase{"cancelAnyCase", "cancel", MB_OKCANCEL, IDCANCEL},
-                    AnswerCase{"yes", "Yes", MB_YESNO, IDYES},
-                    AnswerCase{"no", "No", MB_YESNOCANCEL, IDNO},
-                    AnswerCase{"escapeToken", "<esc>", MB_YESNOCANCEL, IDCANCEL},
-                    AnswerCase{"yesNoHasNoCancel", "^C", MB_YESNO, IDNO},
-                    AnswerCase{"wordOfAnotherBox", "Yes", MB_OKCANCEL, IDCANCEL}),
-    [](const testing::TestParamInfo<AnswerCase>& row) { return row.param.name; });
 
 TEST_F(ScriptLineDialogsTest, AnOkOnlyBoxTakesAnOkLineButNothingElse) {
     feed("OK\nVNK\n");
@@ -70,11 +63,8 @@ TEST_F(ScriptLineDialogsTest, FileFolderAndNameDialogsTakeTheirLine) {
     EXPECT_EQ(dialogs_.askText("Name", "이름", ""), "");  // an empty name is the user's answer
     EXPECT_EQ(dialogs_.askText("Name", "이름", ""), "새 관리창");
     EXPECT_EQ(dialogs_.chooseFolder("Folder", "/"), std::nullopt);  // the input ended
-}
-
-TEST_F(ScriptLineDialogsTest, AnEmptyLineCancelsAFileDialog) {
     feed("\n");
-    EXPECT_EQ(dialogs_.openFiles("Open", "*.dxf", "/", false), std::nullopt);
+    EXPECT_EQ(dialogs_.openFiles("Open", "*.dxf", "/", false), std::nullopt) << "empty line";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // `vantor place` on the sample library: parts placed into a new drawing and into one that has
 // them already, the refusals, and the result read back by ezdxf.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,6 +10,8 @@
 #include "tests/support/ExternalReaders.h"
 
 namespace {
+
+using testing::HasSubstr;
 
 using vantor::cli::testing_support::CliOutcome;
 using vantor::cli::testing_support::runVantor;
@@ -43,7 +46,7 @@ TEST_F(PlaceCommand, PlacesPartsWithTheirBomMarksIntoANewDrawing) {
         0);
 
     const auto audit = vantor::test::ezdxfAudit(target());
-    EXPECT_NE(audit.output.find("errors 0 fixes 0"), std::string::npos) << audit.output;
+    EXPECT_THAT(audit.output, HasSubstr("errors 0 fixes 0"));
     const auto read = vantor::test::runEzdxf(
         "import sys, ezdxf\n"
         "doc = ezdxf.readfile(sys.argv[1])\n"
@@ -55,45 +58,34 @@ TEST_F(PlaceCommand, PlacesPartsWithTheirBomMarksIntoANewDrawing) {
         "print('groups', [g.dxf.description for name, g in doc.groups])\n",
         target());
     const std::string& out = read.output;
-    EXPECT_NE(out.find("HB-M10X40-F 0 30 1  "), std::string::npos) << out;
-    EXPECT_NE(out.find("GV-10K-50A-S 0 0 -2.0"), std::string::npos) << out;
-    EXPECT_NE(out.find("QRBBM2 BOM 30 1 육각볼트 1 14"), std::string::npos) << out;
-    EXPECT_NE(out.find("QRBBM2 BOM 0 1 게이트 밸브 1 14"), std::string::npos) << out;
-    EXPECT_NE(out.find("blocks 1\npoints 1\ngroups ['품명:육각볼트, 사양:M10x40']"),
-              std::string::npos)
-        << out;
+    EXPECT_THAT(out, HasSubstr("HB-M10X40-F 0 30 1  "));
+    EXPECT_THAT(out, HasSubstr("GV-10K-50A-S 0 0 -2.0"));
+    EXPECT_THAT(out, HasSubstr("QRBBM2 BOM 30 1 육각볼트 1 14"));
+    EXPECT_THAT(out, HasSubstr("QRBBM2 BOM 0 1 게이트 밸브 1 14"));
+    EXPECT_THAT(out, HasSubstr("blocks 1\npoints 1\ngroups ['품명:육각볼트, 사양:M10x40']"));
 }
 
-struct RefusalRow {
-    const char* name;
-    std::vector<std::string> args;  // after the library
-    int exitCode;
-    const char* message;
-};
-
-class PlaceRefusal : public PlaceCommand, public testing::WithParamInterface<RefusalRow> {};
-
-TEST_P(PlaceRefusal, SaysWhyAndWritesNothing) {
-    std::vector<std::string> args = GetParam().args;
-    args.insert(args.begin(), kSample);
-    args.insert(args.begin() + 3, target());
-    const CliOutcome run = place(args);
-    EXPECT_EQ(run.exitCode, GetParam().exitCode);
-    EXPECT_NE(run.err.find(GetParam().message), std::string::npos) << run.err;
-    EXPECT_FALSE(std::filesystem::exists(target()));
+TEST_F(PlaceCommand, RefusalsSayWhyAndWriteNothing) {
+    const struct {
+        std::vector<std::string> args;  // after the library, the group and the record
+        int exitCode;
+        const char* message;
+    } rows[] = {
+        {{"QRB_VANTORDATA-0"}, 2, "usage: vantor place"},
+        {{"QRB_VANTORDATA-0", "--at", "0,0", "--angle", "400"},
+         2,
+         "[입력 에러] Sorry, Range = -360 to 360"},
+        {{"QRB_VANTORDATA-99", "--at", "0,0"}, 1, "no part record 'QRB_VANTORDATA-99'"},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::string> args = row.args;
+        args.insert(args.begin(), {kSample, kBolts});
+        args.insert(args.begin() + 3, target());
+        const CliOutcome run = place(args);
+        EXPECT_EQ(run.exitCode, row.exitCode) << row.message;
+        EXPECT_THAT(run.err, HasSubstr(row.message));
+        EXPECT_FALSE(std::filesystem::exists(target()));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, PlaceRefusal,
-    testing::Values(RefusalRow{"no_point", {kBolts, "QRB_VANTORDATA-0"}, 2, "usage: vantor place"},
-                    RefusalRow{"angle_out_of_range",
-                               {kBolts, "QRB_VANTORDATA-0", "--at", "0,0", "--angle", "400"},
-                               2,
-                               "[입력 에러] Sorry, Range = -360 to 360"},
-                    RefusalRow{"unknown_record",
-                               {kBolts, "QRB_VANTORDATA-99", "--at", "0,0"},
-                               1,
-                               "no part record 'QRB_VANTORDATA-99'"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The vantor command line run as a program on a temporary module folder: the management
 // window commands, their JSON, their messages and exit codes.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,6 +11,8 @@
 #include "vantor/registry/ListFile.h"
 
 namespace {
+
+using testing::HasSubstr;
 
 using Outcome = vantor::cli::testing_support::CliOutcome;
 using vantor::cli::testing_support::shellQuoted;
@@ -47,8 +50,7 @@ TEST_F(VantorCli, AddDeleteAndListWorkOnTheSameFiles) {
     ASSERT_TRUE(vantor::ListFile::write(data("UBList2.dat"), {"C:\\v\\gate.dwg"}));
 
     const Outcome windows = run({"windows", "--json"});
-    EXPECT_NE(windows.out.find("\"name\":\"배관 \\\"A\\\"\\\\B\""), std::string::npos)
-        << windows.out;
+    EXPECT_THAT(windows.out, HasSubstr("\"name\":\"배관 \\\"A\\\"\\\\B\""));
     EXPECT_NE(windows.out.find("\"position\":2,\"name\":\"밸브\""), std::string::npos);
 
     const Outcome deleted = run({"window", "delete", "1"});
@@ -65,33 +67,23 @@ TEST_F(VantorCli, AddDeleteAndListWorkOnTheSameFiles) {
               "\"active\":1}]}\n");
 }
 
-TEST_F(VantorCli, MainWindowCannotBeDeleted) {
+TEST_F(VantorCli, RefusalsAnswerTheExitCodeWithAMessage) {
     const Outcome refused = run({"window", "delete", "0"});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_EQ(refused.err, "[삭제 에러] 기본 관리창은 삭제할 수 없습니다.\n");
     EXPECT_EQ(refused.out, "");
+    const std::pair<std::vector<std::string>, int> rows[] = {
+        {{}, 2},
+        {{"frobnicate"}, 2},
+        {{"windows", "--xml"}, 2},
+        {{"window", "delete", "x"}, 2},  // a position that is not a number
+        {{"list", "5"}, 1},              // a missing window
+    };
+    for (const auto& [args, exitCode] : rows) {
+        const Outcome result = run(args);
+        EXPECT_EQ(result.exitCode, exitCode) << testing::PrintToString(args);
+        EXPECT_FALSE(result.err.empty()) << testing::PrintToString(args);
+    }
 }
-
-struct UsageRow {
-    const char* name;
-    std::vector<std::string> args;
-    int exitCode;
-};
-
-class VantorCliUsage : public VantorCli, public testing::WithParamInterface<UsageRow> {};
-
-TEST_P(VantorCliUsage, AnswersTheExitCodeWithAMessage) {
-    const Outcome result = run(GetParam().args);
-    EXPECT_EQ(result.exitCode, GetParam().exitCode);
-    EXPECT_FALSE(result.err.empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, VantorCliUsage,
-    testing::Values(UsageRow{"no_command", {}, 2}, UsageRow{"unknown_command", {"frobnicate"}, 2},
-                    UsageRow{"unknown_option", {"windows", "--xml"}, 2},
-                    UsageRow{"position_not_a_number", {"window", "delete", "x"}, 2},
-                    UsageRow{"missing_window", {"list", "5"}, 1}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
