@@ -83,30 +83,20 @@ TEST_F(PlacementInHost, PointAndAngleLeaveThePartWithItsBomMark) {
     EXPECT_THAT(audit.output, HasSubstr("errors 0 fixes 0"));
 }
 
-struct EndingRow {
-    const char* name;
-    std::vector<std::string> lines;
-    const char* outcome;
-};
-
-class DragEndsInHost : public PlacementInHost, public testing::WithParamInterface<EndingRow> {};
-
-TEST_P(DragEndsInHost, LeaveNoTraceAndTheirOutcome) {
-    const std::string out = run(0x0C00, GetParam().lines);
-    EXPECT_THAT(out, HasSubstr(GetParam().outcome));
-    cad::db::Database db(false);
-    ASSERT_EQ(db.readDwgFile(drawing()), cad::ErrorStatus::eOk);
-    EXPECT_TRUE(
-        cad::db::open<cad::db::BlockTableRecord>(db.modelSpaceId(), cad::db::OpenMode::ForRead)
-            ->entityIds()
-            .empty());
+TEST_F(PlacementInHost, DragEndingsLeaveNoTraceAndTheirOutcome) {
+    for (const auto& [lines, outcome] :
+         {std::pair{std::vector<std::string>{"UBLI", "<esc>"}, "[state] outcome 1"},
+          std::pair{std::vector<std::string>{"UBLI", ""}, "[state] outcome 0"},
+          std::pair{std::vector<std::string>{"UBLI", "5,5", "U", "X"}, "[state] outcome 1"}}) {
+        SCOPED_TRACE(testing::PrintToString(lines));
+        EXPECT_THAT(run(0x0C00, lines), HasSubstr(outcome));
+        cad::db::Database db(false);
+        ASSERT_EQ(db.readDwgFile(drawing()), cad::ErrorStatus::eOk);
+        EXPECT_TRUE(
+            cad::db::open<cad::db::BlockTableRecord>(db.modelSpaceId(), cad::db::OpenMode::ForRead)
+                ->entityIds()
+                .empty());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DragEndsInHost,
-    testing::Values(EndingRow{"escape", {"UBLI", "<esc>"}, "[state] outcome 1"},
-                    EndingRow{"enter_at_the_point", {"UBLI", ""}, "[state] outcome 0"},
-                    EndingRow{"undo_then_exit", {"UBLI", "5,5", "U", "X"}, "[state] outcome 1"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -33,13 +33,7 @@ inline ExternalRun runCommand(const std::string& command) {
 
 inline std::string shellQuoted(const std::string& text) {
     std::string quoted = "'";
-    for (const char c : text) {
-        if (c == '\'') {
-            quoted += "'\\''";
-        } else {
-            quoted += c;
-        }
-    }
+    for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return quoted + "'";
 }
 
