@@ -25,6 +25,17 @@ protected:
         editor_.setInputSource(&script_);
     }
     std::string shown() const { return editor_.commandLine().text(); }
+    // A point request's result code and point.
+    std::pair<int, ge::Point3d> point(const char* prompt = "") {
+        ge::Point3d p{-1, -1, -1};
+        const int code = editor_.getPoint(prompt, p);
+        return {code, p};
+    }
+    std::string word(bool spacesAllowed) {
+        std::string text = "<none>";
+        EXPECT_EQ(editor_.getString("\nWord: ", text, spacesAllowed), RTNORM);
+        return text;
+    }
 
     Editor editor_;
     ScriptInputSource script_;
@@ -81,17 +92,16 @@ INSTANTIATE_TEST_SUITE_P(Cases, GetPoint, testing::Values(
 TEST_F(EditorTest, KeywordAnswersAreReportedByGetInput) {
     feed({"ex", "U", "hello"});
     std::string text;
-    ge::Point3d point;
     editor_.initGet(0, "Undo eXit");
-    ASSERT_EQ(editor_.getPoint("", point), RTKWORD);
+    ASSERT_EQ(point().first, RTKWORD);
     editor_.getInput(text);
     EXPECT_EQ(text, "eXit");
     editor_.initGet(0, "Undo eXit _Undo Exit");
-    ASSERT_EQ(editor_.getPoint("", point), RTKWORD);
+    ASSERT_EQ(point().first, RTKWORD);
     editor_.getInput(text);
     EXPECT_EQ(text, "Undo");  // the global name
     // initGet holds for one request only: the keyword list is gone now.
-    EXPECT_EQ(editor_.getPoint("", point), RTCAN);  // "hello" refused, then the script ends
+    EXPECT_EQ(point().first, RTCAN);  // "hello" refused, then the script ends
 }
 
 // ---- Angles ----
@@ -144,10 +154,10 @@ TEST_F(EditorTest, IntegersAndRealsHonourTheFlags) {
     editor_.initGet(RSG_NOZERO | RSG_NONEG);
     EXPECT_EQ(editor_.getInteger("\nCount: ", value), RTNORM);
     EXPECT_EQ(value, 7);
-    EXPECT_THAT(shown(), HasSubstr("\nRequires an integer value."));
-    EXPECT_THAT(shown(), HasSubstr("\nRequires an integer between -32768 and 32767."));
-    EXPECT_THAT(shown(), HasSubstr("\nValue must be nonzero."));
-    EXPECT_THAT(shown(), HasSubstr("\nValue must be positive."));
+    for (const char* refusal :
+         {"\nRequires an integer value.", "\nRequires an integer between -32768 and 32767.",
+          "\nValue must be nonzero.", "\nValue must be positive."})
+        EXPECT_THAT(shown(), HasSubstr(refusal));
 
     double real = 0;
     EXPECT_EQ(editor_.getReal("", real), RTNORM);
@@ -194,15 +204,10 @@ INSTANTIATE_TEST_SUITE_P(Cases, GetKeyword, testing::Values(
 
 TEST_F(EditorTest, StringsEndAtSpaceUnlessSpacesAllowed) {
     feed({"부품 이름 A", "two words", ""});
-    std::string text;
-    EXPECT_EQ(editor_.getString("\nName: ", text, true), RTNORM);
-    EXPECT_EQ(text, "부품 이름 A");
-    EXPECT_EQ(editor_.getString("\nWord: ", text), RTNORM);
-    EXPECT_EQ(text, "two");
-    EXPECT_EQ(editor_.getString("\nWord: ", text), RTNORM);
-    EXPECT_EQ(text, "words");
-    EXPECT_EQ(editor_.getString("\nWord: ", text), RTNORM);  // Enter: the empty text
-    EXPECT_EQ(text, "");
+    EXPECT_EQ(word(true), "부품 이름 A");
+    EXPECT_EQ(word(false), "two");
+    EXPECT_EQ(word(false), "words");
+    EXPECT_EQ(word(false), "");  // Enter: the empty text
 }
 
 // ---- Where input comes from ----
@@ -211,14 +216,10 @@ TEST_F(EditorTest, TypedAheadTextComesFirstAndEchoesOnlyWhenAsked) {
     feed({"5,5"});
     editor_.typeAhead("1,1 2,2\n", false);
     editor_.typeAhead("\x03", true);
-    ge::Point3d p;
-    EXPECT_EQ(editor_.getPoint("\nA: ", p), RTNORM);
-    EXPECT_EQ(p, ge::Point3d(1, 1, 0));
-    EXPECT_EQ(editor_.getPoint("\nB: ", p), RTNORM);
-    EXPECT_EQ(p, ge::Point3d(2, 2, 0));
-    EXPECT_EQ(editor_.getPoint("\nC: ", p), RTCAN);   // 0x03 is Esc
-    EXPECT_EQ(editor_.getPoint("\nD: ", p), RTNORM);  // now the source
-    EXPECT_EQ(p, ge::Point3d(5, 5, 0));
+    EXPECT_EQ(point("\nA: "), std::pair(RTNORM, ge::Point3d(1, 1, 0)));
+    EXPECT_EQ(point("\nB: "), std::pair(RTNORM, ge::Point3d(2, 2, 0)));
+    EXPECT_EQ(point("\nC: ").first, RTCAN);                              // 0x03 is Esc
+    EXPECT_EQ(point("\nD: "), std::pair(RTNORM, ge::Point3d(5, 5, 0)));  // now the source
     EXPECT_EQ(shown(), "\nA: \nB: \nC: *Cancel*\nD: 5,5");
 }
 
@@ -232,9 +233,8 @@ TEST_F(EditorTest, TextWithoutEnterWaitsForTheRestOfTheAnswer) {
         queue.pop_front();
         return true;
     });
-    ge::Point3d p;
-    EXPECT_EQ(editor_.getPoint("", p), RTNORM);
-    EXPECT_EQ(p, ge::Point3d(12, 30, 0));  // "12," + "3" + "0" from the script's Enter-ended line
+    // "12," + "3" + "0" from the script's Enter-ended line
+    EXPECT_EQ(point(), std::pair(RTNORM, ge::Point3d(12, 30, 0)));
 }
 
 // ---- Filters and monitors ----
@@ -262,9 +262,7 @@ TEST_F(EditorTest, FiltersSeeEventsWithModifiersAndMaySwallowThem) {
     ASSERT_TRUE(editor_.registerMessageFilter(&recordAndSwallowCtrl));
     EXPECT_FALSE(editor_.registerMessageFilter(&recordAndSwallowCtrl));
     feed({"<key> shift", "<move> 4,4 shift", "<pick> 1,1 ctrl", "<pick> 2,3"});
-    ge::Point3d p;
-    EXPECT_EQ(editor_.getPoint("", p), RTNORM);
-    EXPECT_EQ(p, ge::Point3d(2, 3, 0));  // the ctrl pick was swallowed
+    EXPECT_EQ(point(), std::pair(RTNORM, ge::Point3d(2, 3, 0)));  // the ctrl pick was swallowed
 
     ASSERT_EQ(filtered.size(), 4u);
     EXPECT_EQ(std::tuple(filtered[0].message, filtered[0].keyCode, filtered[0].shift),
@@ -288,9 +286,7 @@ TEST_F(EditorTest, PostedMessagesComeBeforeOtherInput) {
     click.message = WM_LBUTTONDOWN;
     click.point = {6, 6, 0};
     editor_.postWindowMessage(click);
-    ge::Point3d p;
-    EXPECT_EQ(editor_.getPoint("", p), RTNORM);
-    EXPECT_EQ(p, ge::Point3d(6, 6, 0));
+    EXPECT_EQ(point(), std::pair(RTNORM, ge::Point3d(6, 6, 0)));
 }
 
 }  // namespace

@@ -41,13 +41,12 @@ TEST(FileSystemTest, ExistenceOfFilesAndFolders) {
     folder.writeBytes("a.dwg", "");
     fs::create_directory(folder.path() / "sub");
     fs::create_symlink(folder.file("a.dwg"), folder.path() / "link.dwg");
-    EXPECT_TRUE(fileExists(folder.file("a.dwg")));
-    EXPECT_TRUE(fileExists(folder.file("link.dwg")));
-    EXPECT_FALSE(fileExists(folder.file("sub")));
-    EXPECT_FALSE(fileExists(folder.file("missing")));
-    EXPECT_TRUE(folderExists(folder.file("sub")));
-    EXPECT_FALSE(folderExists(folder.file("a.dwg")));
-    EXPECT_FALSE(folderExists(folder.file("missing")));
+    for (const auto& [name, isFile, isFolder] :
+         {std::tuple{"a.dwg", true, false}, std::tuple{"link.dwg", true, false},
+          std::tuple{"sub", false, true}, std::tuple{"missing", false, false}}) {
+        EXPECT_EQ(fileExists(folder.file(name)), isFile) << name;
+        EXPECT_EQ(folderExists(folder.file(name)), isFolder) << name;
+    }
 }
 
 TEST(FileSystemTest, RenameNeverReplacesAndDeleteTakesOnlyFiles) {
