@@ -10,6 +10,7 @@
 #include "cad/ed/Editor.h"
 #include "cad/ed/ScriptInputSource.h"
 #include "vantor/placement/PlacementTestDrawing.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -18,17 +19,8 @@ using namespace testing_support;
 using cad::db::BlockTableRecord;
 using cad::db::Database;
 
-class BlockTransferTest : public ::testing::Test {
-protected:
-    void TearDown() override {
-        EXPECT_EQ(library.openObjectCount(), 0);
-        EXPECT_EQ(target.openObjectCount(), 0);
-    }
-    Database library;
-    Database target;
-};
-
-TEST_F(BlockTransferTest, CopyIntoExistingBlockKeepsRecordReferencesAndLayerColours) {
+TEST(BlockTransfer, CopyIntoExistingBlockKeepsRecordReferencesAndLayerColours) {
+    Database library, target;
     const ObjectId source = addBlock(library, "PART", {1, 2, 0});
     addLine(source, addLayer(library, "EDGE", 1), {0, 0, 0}, {10, 0, 0});
     append(source,
@@ -56,67 +48,64 @@ TEST_F(BlockTransferTest, CopyIntoExistingBlockKeepsRecordReferencesAndLayerColo
     EXPECT_TRUE(line->endPoint().isEqualTo({10, 0, 0}));
     line.close();
     EXPECT_EQ(cad::db::open<cad::db::LayerTableRecord>(edge, OpenMode::ForRead)->colorIndex(), 5);
+    EXPECT_EQ(library.openObjectCount() + target.openObjectCount(), 0);
 }
 
-struct CaptureCase {
-    const char* name;
-    bool exists;
-    int answer;  // to the update question
-    bool sameDatabase;
-    bool made;
-};
+TEST(BlockTransfer, CaptureAsksBeforeReplacingAndClonesByDatabase) {
+    const struct {
+        const char* name;
+        bool exists;
+        int answer;  // to the update question
+        bool sameDatabase, made;
+    } rows[] = {
+        {"new block from another drawing", false, cad::app::IDOK, false, true},
+        {"new block in the same drawing", false, cad::app::IDOK, true, true},
+        {"existing block updated on OK", true, cad::app::IDOK, false, true},
+        {"existing block kept on cancel", true, cad::app::IDCANCEL, true, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Database library, target;
+        Database& source = row.sameDatabase ? target : library;
+        const ObjectId line =
+            addLine(source.modelSpaceId(), source.layerZero(), {0, 0, 0}, {4, 4, 0});
+        ObjectId existing;
+        if (row.exists) {
+            existing = addBlock(target, "WASHER");
+            addLine(existing, target.layerZero(), {0, 0, 0}, {1, 0, 0});
+            addLine(existing, target.layerZero(), {0, 0, 0}, {0, 1, 0});
+        }
+        cad::ed::Editor editor;
+        cad::ed::ScriptInputSource script({"WASHER", "2,3"});
+        editor.setInputSource(&script);
+        cad::app::ScriptedDialogs dialogs;
+        dialogs.pushAnswer(row.answer);
 
-class Capture : public BlockTransferTest, public ::testing::WithParamInterface<CaptureCase> {};
-
-TEST_P(Capture, AsksBeforeReplacingAndClonesByDatabase) {
-    const CaptureCase& row = GetParam();
-    Database& source = row.sameDatabase ? target : library;
-    const ObjectId line = addLine(source.modelSpaceId(), source.layerZero(), {0, 0, 0}, {4, 4, 0});
-    ObjectId existing;
-    if (row.exists) {
-        existing = addBlock(target, "WASHER");
-        addLine(existing, target.layerZero(), {0, 0, 0}, {1, 0, 0});
-        addLine(existing, target.layerZero(), {0, 0, 0}, {0, 1, 0});
+        const ObjectId made =
+            BlockTransfer::capture({line}, target, row.sameDatabase, editor, dialogs);
+        EXPECT_EQ(boxesShown(dialogs),
+                  row.exists
+                      ? std::vector<std::string>{"블록 갱신: " +
+                                                 std::string(BlockTransfer::kUpdateQuestion) +
+                                                 " [warning ok-cancel]"}
+                      : std::vector<std::string>{});
+        const ObjectId block = lookUp(target.blockTableId(), "WASHER");
+        if (!row.made) {
+            EXPECT_TRUE(made.isNull());
+            EXPECT_EQ(entitiesOf(block).size(), 2u);  // untouched
+        } else {
+            ASSERT_EQ(made, block);
+            EXPECT_TRUE(!row.exists || made == existing);
+            ASSERT_EQ(entitiesOf(block).size(), 1u);
+            EXPECT_NE(entitiesOf(block)[0], line);
+            EXPECT_TRUE(cad::db::open<BlockTableRecord>(block, OpenMode::ForRead)
+                            ->origin()
+                            .isEqualTo({2, 3, 0}));
+            EXPECT_EQ(entitiesOf(source.modelSpaceId()).size(), 1u);  // the selection stays
+        }
+        EXPECT_EQ(library.openObjectCount() + target.openObjectCount(), 0);
     }
-    cad::ed::Editor editor;
-    cad::ed::ScriptInputSource script({"WASHER", "2,3"});
-    editor.setInputSource(&script);
-    cad::app::ScriptedDialogs dialogs;
-    dialogs.pushAnswer(row.answer);
-
-    const ObjectId made = BlockTransfer::capture({line}, target, row.sameDatabase, editor, dialogs);
-    ASSERT_EQ(dialogs.messageBoxes().size(), row.exists ? 1u : 0u);
-    if (row.exists) {
-        EXPECT_EQ(dialogs.messageBoxes()[0].text, BlockTransfer::kUpdateQuestion);
-        EXPECT_EQ(dialogs.messageBoxes()[0].title, "블록 갱신");
-        EXPECT_EQ(dialogs.messageBoxes()[0].flags,
-                  cad::app::MB_OKCANCEL | cad::app::MB_ICONWARNING);
-    }
-    const ObjectId block = lookUp(target.blockTableId(), "WASHER");
-    if (!row.made) {
-        EXPECT_TRUE(made.isNull());
-        EXPECT_EQ(entitiesOf(block).size(), 2u);  // untouched
-        return;
-    }
-    ASSERT_EQ(made, block);
-    if (row.exists) {
-        EXPECT_EQ(made, existing);
-    }
-    ASSERT_EQ(entitiesOf(block).size(), 1u);
-    EXPECT_NE(entitiesOf(block)[0], line);
-    EXPECT_TRUE(
-        cad::db::open<BlockTableRecord>(block, OpenMode::ForRead)->origin().isEqualTo({2, 3, 0}));
-    EXPECT_EQ(entitiesOf(source.modelSpaceId()).size(), 1u);  // the selection stays
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    BlockTransfer, Capture,
-    ::testing::Values(
-        CaptureCase{"new_block_from_another_drawing", false, cad::app::IDOK, false, true},
-        CaptureCase{"new_block_in_the_same_drawing", false, cad::app::IDOK, true, true},
-        CaptureCase{"existing_block_updated_on_ok", true, cad::app::IDOK, false, true},
-        CaptureCase{"existing_block_kept_on_cancel", true, cad::app::IDCANCEL, true, false}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace vantor

@@ -187,42 +187,37 @@ TEST_F(TreeBase, NewCategoryInAMissingUserLibraryMakesTheLibrary) {
 }
 
 // A cache is only a cache: whatever is wrong with it, the tree comes from the drawing.
-struct DamageRow {
-    const char* name;
-    std::function<void(std::vector<TreeCacheNode>&)> damage;
-};
-
-class TreeBaseDamagedCache : public TreeBase, public testing::WithParamInterface<DamageRow> {};
-
-TEST_P(TreeBaseDamagedCache, IsRebuiltFromTheDrawing) {
+TEST_F(TreeBase, DamagedCacheIsRebuiltFromTheDrawing) {
+    using Nodes = std::vector<TreeCacheNode>&;
+    const std::pair<const char*, std::function<void(Nodes)>> rows[] = {
+        {"parent nowhere", [](Nodes n) { n[3].parentId = 999999; }},
+        {"parent later in the file", [](Nodes n) { std::swap(n[1], n[2]); }},
+        {"cycle", [](Nodes n) { n[1].parentId = n[2].id; }},
+        {"parent is a record", [](Nodes n) { n[5].parentId = n[4].id; }},
+        {"repeated id", [](Nodes n) { n[3].id = n[2].id; }},
+        {"another drawing's path", [](Nodes n) { n[0].drawingPath = "/elsewhere.dxf"; }},
+        {"second user root", [](Nodes n) { n[6].libraryKey = n[6].name = n[0].name; }},
+        {"count byte 0x1A", [](Nodes n) { n.resize(26, n.back()); }},
+    };
     writeStandardLibrary();
-    tree.loadDrawing(drawing);
-    std::vector<TreeCacheNode> nodes;
-    ASSERT_TRUE(TreeCache::readFile(cachePath, nodes));
-    GetParam().damage(nodes);
-    TreeCache::write(cachePath, nodes);
-    setWriteTime(drawing, 30);
-    setWriteTime(cachePath, 31);
+    for (const auto& [name, damage] : rows) {
+        SCOPED_TRACE(name);
+        cad::sys::deleteFile(cachePath);
+        tree.loadDrawing(drawing);
+        std::vector<TreeCacheNode> nodes;
+        ASSERT_TRUE(TreeCache::readFile(cachePath, nodes));
+        damage(nodes);
+        TreeCache::write(cachePath, nodes);
+        setWriteTime(drawing, 30);
+        setWriteTime(cachePath, 31);
 
-    ASSERT_EQ(tree.loadDrawing(drawing), CVNTreeBase::LoadResult::Loaded);
-    EXPECT_EQ(outline(rootsOfDrawing()), kStandardOutline);
-    std::vector<TreeCacheNode> rewritten;
-    EXPECT_TRUE(TreeCache::readFile(cachePath, rewritten));
-    EXPECT_EQ(rewritten.size(), 9u);
+        ASSERT_EQ(tree.loadDrawing(drawing), CVNTreeBase::LoadResult::Loaded);
+        EXPECT_EQ(outline(rootsOfDrawing()), kStandardOutline);
+        std::vector<TreeCacheNode> rewritten;
+        EXPECT_TRUE(TreeCache::readFile(cachePath, rewritten));
+        EXPECT_EQ(rewritten.size(), 9u);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TreeBaseDamagedCache,
-    testing::Values(
-        DamageRow{"parent_nowhere", [](auto& n) { n[3].parentId = 999999; }},
-        DamageRow{"parent_later_in_the_file", [](auto& n) { std::swap(n[1], n[2]); }},
-        DamageRow{"cycle", [](auto& n) { n[1].parentId = n[2].id; }},
-        DamageRow{"parent_is_a_record", [](auto& n) { n[5].parentId = n[4].id; }},
-        DamageRow{"repeated_id", [](auto& n) { n[3].id = n[2].id; }},
-        DamageRow{"another_drawings_path", [](auto& n) { n[0].drawingPath = "/elsewhere.dxf"; }},
-        DamageRow{"second_user_root", [](auto& n) { n[6].libraryKey = n[6].name = n[0].name; }},
-        DamageRow{"count_byte_0x1A", [](auto& n) { n.resize(26, n.back()); }}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(TreeBase, DrawingOf26NodesShowsAlthoughItsCacheReadsEmpty) {
     {

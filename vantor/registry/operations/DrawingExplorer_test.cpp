@@ -37,45 +37,40 @@ protected:
     DrawingExplorer explorer{host.documentManager(), dialogs};
 };
 
-struct InfoRow {
-    const char* name;
-    const char* file;
-    bool heldByAnotherProgram;
-    Selection selection;
-    const char* message;  // "title: text"; empty for none
-};
-
-class DrawingInformation : public Explorer, public testing::WithParamInterface<InfoRow> {};
-
-TEST_P(DrawingInformation, ReadsOrSaysWhyNot) {
-    const InfoRow& row = GetParam();
-    cad::sys::SharedFile other;
-    if (row.heldByAnotherProgram) {
-        ASSERT_EQ(other.open(folder.file(row.file), cad::sys::ShareMode::DenyWrite),
-                  cad::ErrorStatus::eOk);
+TEST_F(Explorer, DrawingInformationReadsOrSaysWhyNot) {
+    const struct {
+        const char* name;
+        const char* file;
+        bool heldByAnotherProgram;
+        Selection selection;
+        const char* message;  // "title: text"; empty for none
+    } rows[] = {
+        {"readable", "part.dxf", false, Selection::Shown, ""},
+        {"missing (76)", "gone.dxf", false, Selection::Missing,
+         "도면정보: 이 도면은 존재하지 않습니다.\n'F5' 키를 눌러 리스트를 갱신하십시오."},
+        {"damaged (190)", "broken.dxf", false, Selection::Damaged,
+         "도면정보: 이 도면은 손상되었습니다.\n도면을 복구하십시오."},
+        {"held elsewhere, read shared", "part.dxf", true, Selection::ReadOnly,
+         "읽기전용모드: (주의) 이 도면은 다른 프로그램에서 이미 사용되고 있으므로,\n수정작업은 "
+         "하실 수 없습니다. (읽기 전용)"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        dialogs.clearCalls();
+        cad::sys::SharedFile other;
+        if (row.heldByAnotherProgram) {
+            ASSERT_EQ(other.open(folder.file(row.file), cad::sys::ShareMode::DenyWrite),
+                      cad::ErrorStatus::eOk);
+        }
+        DrawingExplorer fresh{host.documentManager(), dialogs};
+        EXPECT_EQ(fresh.selectDrawing(folder.file(row.file)), row.selection);
+        const bool read = row.selection == Selection::Shown || row.selection == Selection::ReadOnly;
+        EXPECT_EQ(fresh.selectedDatabase() != nullptr, read);
+        Strings boxes;
+        for (const auto& box : dialogs.messageBoxes()) boxes.push_back(box.title + ": " + box.text);
+        EXPECT_EQ(boxes, *row.message ? Strings{row.message} : Strings{});
     }
-
-    EXPECT_EQ(explorer.selectDrawing(folder.file(row.file)), row.selection);
-    const bool read = row.selection == Selection::Shown || row.selection == Selection::ReadOnly;
-    EXPECT_EQ(explorer.selectedDatabase() != nullptr, read);
-    Strings boxes;
-    for (const auto& box : dialogs.messageBoxes()) boxes.push_back(box.title + ": " + box.text);
-    EXPECT_EQ(boxes, *row.message ? Strings{row.message} : Strings{});
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DrawingInformation,
-    testing::Values(
-        InfoRow{"readable", "part.dxf", false, Selection::Shown, ""},
-        InfoRow{"missing_76", "gone.dxf", false, Selection::Missing,
-                "도면정보: 이 도면은 존재하지 않습니다.\n'F5' 키를 눌러 리스트를 갱신하십시오."},
-        InfoRow{"damaged_190", "broken.dxf", false, Selection::Damaged,
-                "도면정보: 이 도면은 손상되었습니다.\n도면을 복구하십시오."},
-        InfoRow{"held_elsewhere_read_shared", "part.dxf", true, Selection::ReadOnly,
-                "읽기전용모드: (주의) 이 도면은 다른 프로그램에서 이미 사용되고 "
-                "있으므로,\n수정작업은 하실 수 "
-                "없습니다. (읽기 전용)"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(R14CopyPath, EndsInDxf) {
     EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/copy"), "/out/copy.dxf");
