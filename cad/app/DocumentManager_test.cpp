@@ -132,20 +132,20 @@ TEST_F(DocumentTest, ADrawingOpenTwiceIsReadOnlyTheSecondTimeAndLocksNest) {
 
 TEST_F(DocumentTest, QuiescenceAndApplicationContextFollowCommands) {
     Document* doc = open("a.dxf");
-    struct Seen {
-        bool quiescent, appContext, appContextInside;
-    } seen{};
-    static Seen* probe;
-    probe = &seen;
     DocumentManager& manager = docs();
+    struct Seen {
+        DocumentManager* manager;
+        bool quiescent, appContext, appContextInside;
+    } seen{&manager, false, false, false};
     app_.commandStack().addCommand("T", "PROBE", "PROBE", 0, [&] {
         seen.quiescent = manager.isQuiescent(manager.curDocument());
         seen.appContext = manager.isApplicationContext();
         manager.executeInApplicationContext(
-            [](void* m) {
-                probe->appContextInside = static_cast<DocumentManager*>(m)->isApplicationContext();
+            [](void* data) {
+                auto* inside = static_cast<Seen*>(data);
+                inside->appContextInside = inside->manager->isApplicationContext();
             },
-            &manager);
+            &seen);
     });
     EXPECT_TRUE(docs().isQuiescent(doc));
     EXPECT_TRUE(docs().isApplicationContext());

@@ -17,7 +17,6 @@ class PointJig : public Jig {
 public:
     using Jig::Jig;
     DragStatus sampler() override {
-        ++samples;
         setKeywordList("Setting eXit");
         ge::Point3d p;
         DragStatus status = acquirePoint(p);
@@ -33,7 +32,6 @@ public:
     db::Entity* entity() const override { return nullptr; }
 
     ge::Point3d point{-1e9, 0, 0};
-    int samples = 0;
     int updates = 0;
 };
 
