@@ -82,8 +82,9 @@ TEST(SystemVariables, SetCurrentViewUpdatesTheViewVariables) {
     EXPECT_TRUE(var(editor, "VIEWMODE") == SysVarValue(2 | 16));
 
     const ViewRecord back = editor.currentView();
-    EXPECT_EQ(std::tuple(back.centerPoint, back.width, back.target, back.backClipDistance),
-              std::tuple(view.centerPoint, 160.0, view.target, -4.0));
+    EXPECT_EQ(std::tuple(back.centerPoint, back.width, back.target, back.lensLength, back.viewTwist,
+                         back.backClipDistance),
+              std::tuple(view.centerPoint, 160.0, view.target, 35.0, 0.5, -4.0));
     EXPECT_TRUE(back.frontClipEnabled && !back.frontClipAtEye && !back.perspectiveEnabled);
 }
 
