@@ -23,10 +23,8 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 using namespace testing_support;
 
-class BlockReferenceTest : public ::testing::Test {
+class BlockReferenceTest : public testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     // A marker block as the BOM mark makes it: circle, "BM" centred on the base point, and
     // invisible attribute definitions 1.0 apart below it.
     ObjectId addMarkerBlock() {
@@ -67,7 +65,6 @@ protected:
         return id;
     }
 
-    Database db;
 };
 
 // Block origin (1, 1, 0), position (10, 5, 0): `blockPoint` lands on `expected`.

@@ -20,13 +20,9 @@ namespace {
 using testing_support::append;
 using testing_support::tagsOf;
 
-class BlockTableRecordTest : public ::testing::Test {
+class BlockTableRecordTest : public testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     ObjectId addBlock(std::string_view name) { return testing_support::addBlock(db, name); }
-
-    Database db;
 };
 
 TEST_F(BlockTableRecordTest, AppendedEntitiesComeBackInOrderWithoutErasedOnes) {

@@ -7,18 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "cad/db/Database.h"
-#include "cad/db/ObjectPtr.h"
-#include "cad/db/TagRecorder.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Xrecord.h"
 
 namespace cad::db {
 namespace {
 
-class DictionaryTest : public ::testing::Test {
+class DictionaryTest : public testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     // A new empty dictionary, or an extended record holding `text`, under `key` of `parent`.
     ObjectId addDictionary(ObjectId parent, std::string_view key) {
         ObjectId id;
@@ -41,7 +37,6 @@ protected:
         return result;
     }
 
-    Database db;
     ObjectId root = db.namedObjectsDictionaryId();
 };
 

@@ -12,10 +12,8 @@
 namespace cad::db {
 namespace {
 
-class GroupTest : public ::testing::Test {
+class GroupTest : public testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     ObjectId addLine() {
         return testing_support::append(db.modelSpaceId(), std::make_unique<Line>());
     }
@@ -29,8 +27,6 @@ protected:
         const auto& reactors = object->persistentReactors();
         return std::find(reactors.begin(), reactors.end(), group) != reactors.end();
     }
-
-    Database db;
 };
 
 TEST_F(GroupTest, AnonymousGroupsTakeTheLowestFreeNumber) {

@@ -33,11 +33,7 @@ std::string valueAfter(const TagRecorder& recorder, std::string_view marker, int
     return it == tags.end() ? "<none>" : it->value;
 }
 
-class SymbolTableTest : public ::testing::Test {
-protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-    Database db;
-};
+using SymbolTableTest = testing_support::DrawingTest;
 
 TEST_F(SymbolTableTest, LooksUpNamesWithoutRegardToCase) {
     ObjectId bom;

@@ -20,6 +20,13 @@
 
 namespace cad::db::testing_support {
 
+// A fixture with a new drawing, which every test must leave with no object open.
+class DrawingTest : public ::testing::Test {
+protected:
+    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
+    Database db;
+};
+
 inline ObjectId addRecord(ObjectId table, std::unique_ptr<SymbolTableRecord> record,
                           std::string_view name, std::int16_t flags = 0) {
     record->setName(name);

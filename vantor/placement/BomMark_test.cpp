@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "cad/db/LinetypeTableRecord.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
 #include "cad/db/TextStyleTableRecord.h"
 #include "cad/ed/Editor.h"
@@ -21,10 +22,8 @@ using cad::db::Database;
 
 const std::string kShippedLinetypes = std::string(VANTOR_SOURCE_DIR) + "/data/acadiso.lin";
 
-class BomMarkTest : public ::testing::Test {
+class BomMarkTest : public cad::db::testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-    Database db;
     cad::ed::Editor editor;
 };
 
@@ -99,10 +98,11 @@ TEST(BomAttributes, TextOfATagIsTheRecordFieldOrTheTagItself) {
     record.price = "120";
     record.user[5] = "납기 2주";
     const std::pair<const char*, const char*> rows[] = {
-        {"NAME", "육각볼트"}, {"QTY", "1"},     {"USER6", "납기 2주"},
+        {"NAME", "육각볼트"}, {"QTY", "1"},   {"USER6", "납기 2주"},
         {"name", "name"},     {"DWG", "DWG"},  // lower case is unknown too
     };
-    for (const auto& [tag, text] : rows) EXPECT_EQ(BomAttributes::textFor(tag, record), text) << tag;
+    for (const auto& [tag, text] : rows)
+        EXPECT_EQ(BomAttributes::textFor(tag, record), text) << tag;
 }
 
 }  // namespace
