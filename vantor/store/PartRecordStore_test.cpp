@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cad/app/ScriptedDialogs.h"
-#include "cad/db/Database.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Xrecord.h"
@@ -37,10 +37,8 @@ bool sameChain(const ResBufChain& a, const ResBufChain& b) {
     return true;
 }
 
-class PartRecords : public testing::Test {
+class PartRecords : public cad::db::testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     PartRecord minimal(std::string kname) {
         PartRecord record;
         record.group = "육각볼트";
@@ -65,7 +63,6 @@ protected:
         return cad::db::open<Xrecord>(id, OpenMode::ForRead)->rbChain();
     }
 
-    cad::db::Database db;
     ObjectId group = testing_support::addDictionary(
         testing_support::addDictionary(db.namedObjectsDictionaryId(), "User data list"), "육각볼트");
 };

@@ -11,6 +11,7 @@
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/sys/TestTempFolder.h"
 #include "vantor/store/SupplierPanel.h"
 
@@ -138,11 +139,9 @@ TEST(SupplierChain, UnusableChainsAreNoRecord) {
     EXPECT_FALSE(SupplierInfo::fromChain(wrongType));
 }
 
-class SupplierStore : public testing::Test {
+class SupplierStore : public cad::db::testing_support::DrawingTest {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
     cad::sys::TestTempFolder folder;
-    cad::db::Database db;
     cad::app::ScriptedDialogs dialogs;
 };
 
