@@ -14,6 +14,7 @@
 #include "vantor/store/TestLibrary.h"
 #include "vantor/store/VNTreeBase.h"
 #include "vantor/ui/ModuleSettings.h"
+#include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
 namespace {
@@ -144,12 +145,9 @@ TEST(ExportMessages, SavedNoPathAndUnopenableFile) {
     settings.savePath = folder.file("parts.csv");
     EXPECT_TRUE(exporter.runAndReport(dialogs));
 
-    const auto boxes = dialogs.messageBoxes();
-    ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0].title + ": " + boxes[0].text,
-              "외부저장에러: 저장위치를 지정하지 않았습니다.");
-    EXPECT_EQ(boxes[1].title + ": " + boxes[1].text,
-              "저장완료: " + settings.savePath + "\"\n에 저장되었습니다.");
+    EXPECT_EQ(testing_support::boxesShown(dialogs),
+              (Fields{"외부저장에러: 저장위치를 지정하지 않았습니다. [error]",
+                      "저장완료: " + settings.savePath + "\"\n에 저장되었습니다. [information]"}));
 }
 
 }  // namespace
