@@ -171,10 +171,8 @@ TEST(OcsFromFile, GivesTheWorldGeometry) {
 }
 
 // A drawing with every entity type, non-default values everywhere.
-class EveryEntityFile : public ::testing::TestWithParam<DxfVersion> {
+class EveryEntityFile : public DrawingTest, public ::testing::WithParamInterface<DxfVersion> {
 protected:
-    void TearDown() override { EXPECT_EQ(db.openObjectCount(), 0); }
-
     void build() {
         const ObjectId ms = db.modelSpaceId();
         auto line = std::make_unique<Line>(ge::Point3d{1, 2, 3}, ge::Point3d{4, 5, 6});
@@ -272,7 +270,6 @@ protected:
         return entities;
     }
 
-    Database db;
     sys::TestTempFolder folder;
 };
 
