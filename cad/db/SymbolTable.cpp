@@ -49,7 +49,10 @@ std::string_view SymbolTable::className() const {
 
 ErrorStatus SymbolTable::checkRecord(const SymbolTableRecord& record, ObjectId self) const {
     if (record.tableKind() != kind_) return ErrorStatus::eWrongObjectType;
-    if (kind_ != SymbolTableKind::Viewport && !lookUp(record.name(), false, self).isNull())
+    // Viewports share "*ACTIVE"; text styles that load shape files share the empty name.
+    const bool mayRepeat = kind_ == SymbolTableKind::Viewport ||
+                           (kind_ == SymbolTableKind::TextStyle && record.name().empty());
+    if (!mayRepeat && !lookUp(record.name(), false, self).isNull())
         return ErrorStatus::eDuplicateKey;
     return ErrorStatus::eOk;
 }

@@ -1,3 +1,5 @@
+// Mapped files: the bytes as on disk, still readable after the file is closed and after
+// pages are let go, and files with nothing to map.
 #include "cad/sys/MappedFile.h"
 
 #include <gtest/gtest.h>

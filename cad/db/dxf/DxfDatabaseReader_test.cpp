@@ -22,9 +22,11 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/SymbolTable.h"
+#include "cad/db/TextStyleTableRecord.h"
 #include "cad/db/Xrecord.h"
 #include "cad/db/dxf/DxfFile.h"
 #include "cad/db/dxf/StructureLoader.h"
+#include "cad/sys/TestTempFolder.h"
 
 namespace cad::db::dxf {
 namespace {
@@ -285,6 +287,38 @@ INSTANTIATE_TEST_SUITE_P(
                        "AcDbBlockTableRecord\n"),
                kIssueBadTableRecord}),
     [](const testing::TestParamInfo<Repair>& row) { return std::string(row.param.name); });
+
+// Text styles that load shape files have no name, and a drawing may have several of them.
+TEST(InlineDrawings, NamelessShapeStylesAreAllKept) {
+    std::string shapes = "0\nTABLE\n2\nSTYLE\n5\n7\n330\n0\n100\nAcDbSymbolTable\n70\n3\n";
+    for (const char* handle : {"8", "9"}) {
+        shapes += std::string("0\nSTYLE\n5\n") + handle +
+                  "\n330\n7\n100\nAcDbSymbolTableRecord\n100\nAcDbTextStyleTableRecord\n"
+                  "2\n\n70\n1\n40\n0\n41\n1\n50\n0\n71\n0\n42\n1\n3\nshape" +
+                  handle + ".shx\n4\n\n";
+    }
+    const std::string text = damaged(drawing(""), "0\nENDTAB\n0\nENDSEC\n",
+                                     "0\nENDTAB\n" + shapes + "0\nENDTAB\n0\nENDSEC\n");
+    const auto shapeFiles = [](const Database& db) {
+        std::vector<std::string> files;
+        for (const ObjectId id : open<SymbolTable>(db.textStyleTableId(), OpenMode::ForRead)
+                                     ->recordIds()) {
+            auto style = open<TextStyleTableRecord>(id, OpenMode::ForRead);
+            if (style->name().empty()) files.push_back(style->fileName());
+        }
+        return files;
+    };
+    Database db(false);
+    ASSERT_EQ(db.readDxfBytes(text, "shapes.dxf"), ErrorStatus::eOk) << db.lastErrorMessage();
+    const std::vector<int> codes = issueCodes(db);
+    EXPECT_EQ(std::count(codes.begin(), codes.end(), kIssueBadTableRecord), 0);
+    EXPECT_EQ(shapeFiles(db), (std::vector<std::string>{"shape8.shx", "shape9.shx"}));
+    sys::TestTempFolder folder;
+    ASSERT_EQ(db.saveAs(folder.file("shapes.dxf")), ErrorStatus::eOk);
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(folder.file("shapes.dxf")), ErrorStatus::eOk);
+    EXPECT_EQ(shapeFiles(back), shapeFiles(db));
+}
 
 TEST(Repairs, MadeRecordsAreWhatTheReferencesName) {
     Database db(false);
