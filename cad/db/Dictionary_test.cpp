@@ -38,6 +38,7 @@ protected:
     }
 
     ObjectId root = db.namedObjectsDictionaryId();
+    ObjectId group = addDictionary(root, "Group");
 };
 
 TEST_F(DictionaryTest, KeysMatchWithoutRegardToAsciiCase) {
@@ -60,7 +61,6 @@ TEST_F(DictionaryTest, KeysMatchWithoutRegardToAsciiCase) {
 }
 
 TEST_F(DictionaryTest, EntriesComeInKeyOrderWithUnderscoreAfterLetters) {
-    const ObjectId group = addDictionary(root, "Group");
     for (const char* key :
          {"b", "\xEA\xB0\x80", "_x", "QRB_VANTORDATA-2", "A", "QRB_VANTORDATA-10"})
         addXrecord(group, key, key);
@@ -84,7 +84,6 @@ TEST_F(DictionaryTest, SetAtOnAnExistingKeyReplacesAndErasesTheOldEntry) {
 }
 
 TEST_F(DictionaryTest, RefusalsLeaveTheDictionaryAsItWas) {
-    const ObjectId group = addDictionary(root, "Group");
     const ObjectId zero = addXrecord(group, "QRB_VANTORDATA-0", "a");
     addXrecord(group, "QRB_VANTORDATA-1", "b");
     auto dictionary = open<Dictionary>(group, OpenMode::ForWrite);
@@ -107,7 +106,6 @@ TEST_F(DictionaryTest, RefusalsLeaveTheDictionaryAsItWas) {
 }
 
 TEST_F(DictionaryTest, SetNameMovesTheEntryToItsNewPlace) {
-    const ObjectId group = addDictionary(root, "Group");
     const ObjectId a = addXrecord(group, "a", "a");
     addXrecord(group, "m", "m");
     {
@@ -122,7 +120,6 @@ TEST_F(DictionaryTest, SetNameMovesTheEntryToItsNewPlace) {
 }
 
 TEST_F(DictionaryTest, RemoveTakesTheEntryButNotTheObject) {
-    const ObjectId group = addDictionary(root, "Group");
     const ObjectId record = addXrecord(group, "QRB_VANTORDATA-1", "x");
     ObjectId removed;
     {
@@ -157,7 +154,6 @@ TEST_F(DictionaryTest, ErasingADictionaryErasesEverythingBelowIt) {
 }
 
 TEST_F(DictionaryTest, ChangesNeedTheDictionaryOpenForWrite) {
-    const ObjectId group = addDictionary(root, "Group");
     auto reader = open<Dictionary>(group, OpenMode::ForRead);
     ObjectId id;
     EXPECT_EQ(reader->setAt("k", std::make_unique<Xrecord>(), id),
@@ -178,7 +174,6 @@ TEST_F(DictionaryTest, ChangesNeedTheDictionaryOpenForWrite) {
 }
 
 TEST_F(DictionaryTest, WritesLiveEntriesAsSoftOrHardOwnerReferences) {
-    const ObjectId group = addDictionary(root, "Group");
     const ObjectId kept = addXrecord(group, "b", "b");
     const ObjectId gone = addXrecord(group, "a", "a");
     open<Xrecord>(gone, OpenMode::ForWrite)->erase();
