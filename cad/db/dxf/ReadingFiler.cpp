@@ -125,22 +125,25 @@ std::optional<std::string> ReadingFiler::keptValue(const Tag& tag, sys::CodePage
 bool ReadingFiler::read(DbObject& object, TagSpan tags) {
     error_.reset();
     unreadableLinks_.clear();
-    for (const Tag& tag : tags) {
-        if (tag.code < 0) {
-            error_ = badCode(tag, place_);
-            return false;
-        }
-    }
-    prepare(tags);
+    if (!prepare(tags)) return false;
     readCommonPart(object);
     if (!error_) object.dxfFields(*this);
     if (!error_) finish(object);
     return !error_;
 }
 
-void ReadingFiler::prepare(TagSpan tags) {
-    tags_ = tags;
+bool ReadingFiler::prepare(TagSpan tags) {
     const auto size = static_cast<std::uint32_t>(tags.size());
+    // One pass finds both a code that no file can hold and where the extended data begins.
+    bodyEnd_ = size;
+    for (std::uint32_t i = 0; i < size; ++i) {
+        if (tags[i].code < 0) {
+            error_ = badCode(tags[i], place_);
+            return false;
+        }
+        if (tags[i].code == kFirstXdataCode && i > 0 && bodyEnd_ == size) bodyEnd_ = i;
+    }
+    tags_ = tags;
     flags_.assign(size, 0);
     segments_.clear();
     recordStarts_.clear();
@@ -149,13 +152,6 @@ void ReadingFiler::prepare(TagSpan tags) {
     lastEntered_ = 0;
     owner_ = Handle{};
 
-    bodyEnd_ = size;
-    for (std::uint32_t i = 1; i < size; ++i) {
-        if (tags[i].code == kFirstXdataCode) {
-            bodyEnd_ = i;
-            break;
-        }
-    }
     segments_.push_back({0, 1, bodyEnd_, false});
     for (std::uint32_t i = 1; i < bodyEnd_; ++i) {
         if (tags[i].code == kMarkerCode) {
@@ -174,6 +170,7 @@ void ReadingFiler::prepare(TagSpan tags) {
     }
     markerless_ = segments_.size() == 1;
     scope_ = {1, bodyEnd_, false, true};
+    return true;
 }
 
 void ReadingFiler::readCommonPart(DbObject& object) {
@@ -299,12 +296,12 @@ std::optional<double> ReadingFiler::takeDouble(int code) {
 }
 
 bool ReadingFiler::takeHandle(const Tag& tag, ObjectId& id) {
-    if (trimBlanks(tag.value).empty()) {
+    const auto value = toHandle(tag);
+    if (!value && trimBlanks(tag.value).empty()) {
         // Some writers leave an unset link empty rather than writing 0.
         id = ObjectId::kNull;
         return true;
     }
-    const auto value = toHandle(tag);
     if (!value) {
         unreadableLinks_.push_back(
             dxfError(place_, tag.line,

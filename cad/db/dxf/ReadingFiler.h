@@ -119,7 +119,9 @@ private:
         std::uint32_t end = 0;  // where the last record ends
     };
 
-    void prepare(TagSpan tags);
+    // Indexes the structure's segments and groups; false, with the error, when a tag has a
+    // negative code.
+    bool prepare(TagSpan tags);
     void readCommonPart(DbObject& object);
     void finish(DbObject& object);
     void keep(DbObject& object, const std::string& subclass, std::uint32_t begin,

@@ -19,6 +19,13 @@ bool isDigit(char c) {
     return static_cast<unsigned char>(c - '0') < 10;
 }
 
+// trimBlanks for this file's parsers, which the compiler can inline.
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
 // Every handle of every object is parsed, so the digits are looked up rather than compared.
 constexpr std::array<std::int8_t, 256> kHexDigits = [] {
     std::array<std::int8_t, 256> table{};
@@ -110,13 +117,11 @@ std::string_view withoutPlus(std::string_view text) {
 }  // namespace
 
 std::string_view trimBlanks(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    return text;
+    return trimmed(text);
 }
 
 std::optional<double> toDouble(const Tag& tag) {
-    const std::string_view text = withoutPlus(trimBlanks(tag.value));
+    const std::string_view text = withoutPlus(trimmed(tag.value));
     double value = 0;
     if (parsePlainDecimal(text, value)) return value;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -127,7 +132,7 @@ std::optional<double> toDouble(const Tag& tag) {
 }
 
 std::optional<std::int64_t> toInt(const Tag& tag) {
-    const std::string_view text = withoutPlus(trimBlanks(tag.value));
+    const std::string_view text = withoutPlus(trimmed(tag.value));
     std::int64_t value = 0;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (ec != std::errc() || end != text.data() + text.size()) return {};
@@ -154,7 +159,7 @@ std::optional<std::int64_t> toInt(const Tag& tag) {
 }
 
 std::optional<std::uint64_t> toHandle(const Tag& tag) {
-    const std::string_view text = trimBlanks(tag.value);
+    const std::string_view text = trimmed(tag.value);
     if (text.empty() || text.size() > 16) return {};
     std::uint64_t value = 0;
     for (const char c : text) {
@@ -166,7 +171,7 @@ std::optional<std::uint64_t> toHandle(const Tag& tag) {
 }
 
 std::optional<std::string> toBinary(const Tag& tag) {
-    const std::string_view text = trimBlanks(tag.value);
+    const std::string_view text = trimmed(tag.value);
     if (text.size() % 2 != 0) return {};
     std::string bytes(text.size() / 2, '\0');
     for (std::size_t i = 0; i < bytes.size(); ++i) {
