@@ -145,6 +145,7 @@ bool ReadingFiler::prepare(TagSpan tags) {
     }
     tags_ = tags;
     flags_.assign(size, 0);
+    takeScope_ = Scope{};
     segments_.clear();
     recordStarts_.clear();
     recordLists_.clear();
@@ -255,7 +256,19 @@ void ReadingFiler::keep(DbObject& object, const std::string& subclass, std::uint
 
 const Tag* ReadingFiler::take(int code) {
     if (error_) return nullptr;
-    for (std::uint32_t i = scope_.begin; i < scope_.end; ++i) {
+    std::uint32_t from = scope_.begin;
+    if (!scope_.lastRecord) {
+        // Flags are only ever added while an object is read, so the tags before the first one
+        // without any are never taken again: fields read in order (a point's x, y and z) do not
+        // walk over the ones read before them.
+        if (takeScope_.begin != scope_.begin || takeScope_.end != scope_.end) {
+            takeScope_ = scope_;
+            takeFrom_ = scope_.begin;
+        }
+        while (takeFrom_ < scope_.end && flags_[takeFrom_] != 0) ++takeFrom_;
+        from = takeFrom_;
+    }
+    for (std::uint32_t i = from; i < scope_.end; ++i) {
         const std::uint8_t flags = flags_[i];
         if (flags & (kGrouped | kMarker)) continue;
         if (flags & kRead) {

@@ -152,6 +152,9 @@ private:
     std::vector<RecordList> recordLists_;
     ResBufChain chainBuffer_;
     Scope scope_;
+    // Where take() may start in takeScope_ (the scope it last looked in, if still current).
+    Scope takeScope_;
+    std::uint32_t takeFrom_ = 0;
     std::uint32_t bodyEnd_ = 0;
     bool markerless_ = false;
     std::size_t lastEntered_ = 0;  // the segment of the last subclass found; 0 before any
