@@ -1,8 +1,8 @@
 // A drawing database: the objects of one drawing, their ids and handles, the symbol tables
 // and dictionaries, reading from and saving to DXF files, and cloning between databases.
-// The implementation is split by concern: Database.cpp (object store, open and close),
-// DatabaseContent.cpp (default drawing content and the well-known objects),
-// DatabaseFiles.cpp (reading and saving), DatabaseClone.cpp (deep and wblock cloning).
+// The implementation is split by concern: Database.cpp (adding objects, open and close, over
+// the slots of ObjectStore), DatabaseContent.cpp (default drawing content and the well-known
+// objects), DatabaseFiles.cpp (reading and saving), DatabaseClone.cpp (deep and wblock cloning).
 #pragma once
 
 #include <memory>
