@@ -31,31 +31,27 @@ TEST_P(ToDouble, ParsesOrRefuses) {
 
 INSTANTIATE_TEST_SUITE_P(
     Values, ToDouble,
-    testing::Values(DoubleRow{"plain", "1.5", 1.5}, DoubleRow{"leading_blanks", "   -2.25", -2.25},
-                    DoubleRow{"trailing_blanks_and_cr", "3.0 \t\r", 3.0},
-                    DoubleRow{"plus_sign", "+4", 4.0}, DoubleRow{"exponent", "1.0E-08", 1e-8},
-                    DoubleRow{"no_integer_part", ".5", 0.5},
+    testing::Values(
+        DoubleRow{"plain", "1.5", 1.5}, DoubleRow{"leading_blanks", "   -2.25", -2.25},
+        DoubleRow{"trailing_blanks_and_cr", "3.0 \t\r", 3.0}, DoubleRow{"plus_sign", "+4", 4.0},
+        DoubleRow{"exponent", "1.0E-08", 1e-8}, DoubleRow{"no_integer_part", ".5", 0.5},
 
-                    DoubleRow{"empty", "", std::nullopt}, DoubleRow{"blank", "   ", std::nullopt},
-                    DoubleRow{"trailing_garbage", "1.5x", std::nullopt},
-                    DoubleRow{"comma_decimal", "1,5", std::nullopt},
+        DoubleRow{"empty", "", std::nullopt}, DoubleRow{"blank", "   ", std::nullopt},
+        DoubleRow{"trailing_garbage", "1.5x", std::nullopt},
+        DoubleRow{"comma_decimal", "1,5", std::nullopt},
 
-                    DoubleRow{"tiny_exponent", "1e-05", 1e-5},
-                    DoubleRow{"plus_exponent", "+2.5E+3", 2500.0},
-                    DoubleRow{"no_fraction_digits", "-7.", -7.0},
-                    DoubleRow{"point_alone", ".", std::nullopt},
-                    DoubleRow{"minus_alone", "-", std::nullopt},
-                    DoubleRow{"exponent_without_digits", "1e", std::nullopt},
-                    DoubleRow{"signed_exponent_without_digits", "1e+", std::nullopt},
-                    DoubleRow{"two_points", "1.2.3", std::nullopt},
-                    DoubleRow{"blank_inside", "1 5", std::nullopt},
-                    DoubleRow{"two_signs", "+-1", std::nullopt},
-                    DoubleRow{"two_pluses", "++1", std::nullopt},
-                    DoubleRow{"negative_inf", "-inf", std::nullopt},
-                    DoubleRow{"infinity", "Infinity", std::nullopt},
-                    DoubleRow{"nan", "nan", std::nullopt}, DoubleRow{"inf", "inf", std::nullopt},
-                    DoubleRow{"overflow", "1e999", std::nullopt},
-                    DoubleRow{"negative_overflow", "-1.8e308", std::nullopt}),
+        DoubleRow{"tiny_exponent", "1e-05", 1e-5}, DoubleRow{"plus_exponent", "+2.5E+3", 2500.0},
+        DoubleRow{"no_fraction_digits", "-7.", -7.0}, DoubleRow{"point_alone", ".", std::nullopt},
+        DoubleRow{"minus_alone", "-", std::nullopt},
+        DoubleRow{"exponent_without_digits", "1e", std::nullopt},
+        DoubleRow{"signed_exponent_without_digits", "1e+", std::nullopt},
+        DoubleRow{"two_points", "1.2.3", std::nullopt},
+        DoubleRow{"blank_inside", "1 5", std::nullopt}, DoubleRow{"two_signs", "+-1", std::nullopt},
+        DoubleRow{"two_pluses", "++1", std::nullopt},
+        DoubleRow{"negative_inf", "-inf", std::nullopt},
+        DoubleRow{"infinity", "Infinity", std::nullopt}, DoubleRow{"nan", "nan", std::nullopt},
+        DoubleRow{"inf", "inf", std::nullopt}, DoubleRow{"overflow", "1e999", std::nullopt},
+        DoubleRow{"negative_overflow", "-1.8e308", std::nullopt}),
     [](const testing::TestParamInfo<DoubleRow>& row) { return row.param.name; });
 
 // What a value is by from_chars alone, under the same rules for blanks, '+' and values that
@@ -64,7 +60,8 @@ std::optional<double> byFromChars(std::string_view text) {
     const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
     while (!text.empty() && blank(text.front())) text.remove_prefix(1);
     while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+') text.remove_prefix(1);
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+')
+        text.remove_prefix(1);
     double value = 0;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (ec != std::errc() || end != text.data() + text.size() || !std::isfinite(value)) return {};
@@ -79,12 +76,24 @@ public:
     std::string next() {
         std::string text;
         switch (pick(6)) {
-            case 0: text = shortest(anyDouble()); break;
-            case 1: text = printed("%.17g", scaled()); break;
-            case 2: text = printed("%.*f", scaled(), static_cast<int>(pick(17))); break;
-            case 3: text = printed("%.*e", scaled(), static_cast<int>(pick(17))); break;
-            case 4: text = digits(); break;
-            default: text = mutated(digits()); break;
+            case 0:
+                text = shortest(anyDouble());
+                break;
+            case 1:
+                text = printed("%.17g", scaled());
+                break;
+            case 2:
+                text = printed("%.*f", scaled(), static_cast<int>(pick(17)));
+                break;
+            case 3:
+                text = printed("%.*e", scaled(), static_cast<int>(pick(17)));
+                break;
+            case 4:
+                text = digits();
+                break;
+            default:
+                text = mutated(digits());
+                break;
         }
         if (pick(8) == 0) text = std::string(pick(3), ' ') + text + std::string(pick(3), ' ');
         return text;
@@ -175,12 +184,30 @@ TEST(ToDouble, AgreesBitForBitWithFromChars) {
         }
     }
     // The limits of exact parsing, and signed zeros.
-    for (const char* text :
-         {"9007199254740992", "9007199254740993", "9007199254740992e22", "9007199254740993e-22",
-          "1e22", "1e23", "1e-22", "1e-23", "123456789012345678", "1234567890123456789",
-          "12345678901234567890", "0.30000000000000004", "4.9e-324", "2.2250738585072014e-308",
-          "1.7976931348623157e308", "1e-400", "-0", "-0.0", "+0", "0e999", "-.0e-5", "1e+05",
-          "00000000000000000000001.5", "0.0000000000000000000000001"}) {
+    for (const char* text : {"9007199254740992",
+                             "9007199254740993",
+                             "9007199254740992e22",
+                             "9007199254740993e-22",
+                             "1e22",
+                             "1e23",
+                             "1e-22",
+                             "1e-23",
+                             "123456789012345678",
+                             "1234567890123456789",
+                             "12345678901234567890",
+                             "0.30000000000000004",
+                             "4.9e-324",
+                             "2.2250738585072014e-308",
+                             "1.7976931348623157e308",
+                             "1e-400",
+                             "-0",
+                             "-0.0",
+                             "+0",
+                             "0e999",
+                             "-.0e-5",
+                             "1e+05",
+                             "00000000000000000000001.5",
+                             "0.0000000000000000000000001"}) {
         const auto expected = byFromChars(text);
         const auto value = toDouble(Tag{10, text, 1});
         ASSERT_EQ(value.has_value(), expected.has_value()) << text;
