@@ -153,12 +153,12 @@ bool ReadingFiler::prepare(TagSpan tags) {
     lastEntered_ = 0;
     owner_ = Handle{};
 
-    segments_.push_back({0, 1, bodyEnd_, false});
+    segments_.push_back({0, 1, bodyEnd_, false, {}});
     for (std::uint32_t i = 1; i < bodyEnd_; ++i) {
         if (tags[i].code == kMarkerCode) {
             flags_[i] |= kMarker;
             segments_.back().end = i;
-            segments_.push_back({i, i + 1, bodyEnd_, false});
+            segments_.push_back({i, i + 1, bodyEnd_, false, trimBlanks(tags[i].value)});
         } else if (opensGroup(tags[i])) {
             // A group ends at its "}" or, in a damaged file, at the end of its segment.
             std::uint32_t j = i;
@@ -216,7 +216,7 @@ void ReadingFiler::finish(DbObject& object) {
     std::string previous;
     for (std::size_t s = 1; s < segments_.size() && !error_; ++s) {
         const Segment& segment = segments_[s];
-        const std::string_view marker = trimBlanks(tags_[segment.marker].value);
+        const std::string_view marker = segment.name;
         if (segment.entered) {
             previous = marker;
             keep(object, previous, segment.begin, segment.end);
@@ -341,7 +341,7 @@ void ReadingFiler::subclass(std::string_view marker) {
     if (!markerless_) {
         for (std::size_t s = 1; s < segments_.size(); ++s) {
             Segment& segment = segments_[s];
-            if (segment.entered || trimBlanks(tags_[segment.marker].value) != marker) continue;
+            if (segment.entered || segment.name != marker) continue;
             segment.entered = true;
             flags_[segment.marker] |= kRead;
             lastEntered_ = s;

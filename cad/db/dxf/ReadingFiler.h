@@ -111,6 +111,7 @@ private:
         std::uint32_t begin = 0;
         std::uint32_t end = 0;
         bool entered = false;
+        std::string_view name;  // the marker's value, trimmed once
     };
     struct RecordList {
         std::size_t firstStart = 0;  // into recordStarts_
