@@ -65,13 +65,13 @@ std::optional<TagSpan> DxfFile::tagsOf(const TagRun& run) {
         return TagSpan(tags_).subspan(run.start, run.count);
     }
     reached(run.start);
-    scratch_.clear();
+    scratch_.resize(run.count);
     TextTagCursor cursor(bytes_, run.start, run.line);
-    Tag tag;
     std::optional<DxfError> error;
-    while (scratch_.size() < run.count && cursor.next(tag, error)) scratch_.push_back(tag);
-    if (scratch_.size() != run.count || scratch_.empty() || scratch_.front().code != 0)
-        return std::nullopt;
+    for (Tag& tag : scratch_) {
+        if (!cursor.next(tag, error)) return std::nullopt;
+    }
+    if (scratch_.empty() || scratch_.front().code != 0) return std::nullopt;
     return TagSpan(scratch_);
 }
 

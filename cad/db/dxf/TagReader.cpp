@@ -1,6 +1,6 @@
-// Splitting DXF files into tags. Text files are scanned line by line and values stay views
-// into the buffer; the tag vector is sized once from the line count, so reading allocates
-// nothing per tag.
+// Splitting DXF files into tags: the cursor's rare paths (errors, odd code lines, long
+// values), whole-file reading and binary files. Text values stay views into the buffer; the
+// tag vector is sized once from the line count, so reading allocates nothing per tag.
 #include "cad/db/dxf/TagReader.h"
 
 #include <algorithm>
@@ -54,29 +54,11 @@ bool isEof(const Tag& tag) {
     return tag.code == 0 && trimBlanks(tag.value) == "EOF";
 }
 
-// The end of the line that starts at `p`. Most values are a few bytes long, so the first
-// sixteen bytes are looked at eight at a time in registers before memchr is called: its set-up
-// costs more than such a short line.
-const char* lineEnd(const char* p, const char* end) {
-    constexpr std::uint64_t kOnes = 0x0101010101010101;
-    constexpr std::uint64_t kHigh = 0x8080808080808080;
-    for (int word = 0; word < 2 && end - p >= 8; ++word, p += 8) {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, p, sizeof bytes);
-        const std::uint64_t x = bytes ^ (kOnes * '\n');  // bytes equal to LF become zero
-        // The lowest set bit marks the first zero byte (higher ones may be false alarms).
-        const std::uint64_t zero = (x - kOnes) & ~x & kHigh;
-        if (zero != 0) return p + (std::countr_zero(zero) >> 3);
-    }
-    const auto* newline = static_cast<const char*>(std::memchr(p, '\n', end - p));
-    return newline ? newline : end;
-}
-
 // A group code line: digits with optional blanks around them (some writers right-align codes
 // in a field of three, others pad on the right). Scanned by hand rather than with memchr and
 // from_chars: the line is a few bytes long and this loop runs for every tag. Answers where
 // the line ends (its LF or the end of the file), or nullptr when it is no group code.
-const char* parseCode(const char* p, const char* end, int& code) {
+const char* parseCodeLine(const char* p, const char* end, int& code) {
     constexpr int kMaxDigits = 5;
     while (p < end && (*p == ' ' || *p == '\t')) ++p;
     const char* digits = p;
@@ -250,37 +232,30 @@ TextTagCursor::TextTagCursor(std::string_view bytes, std::uint32_t offset, std::
       end_(bytes.data() + bytes.size()),
       line_(line) {}
 
-bool TextTagCursor::next(Tag& tag, std::optional<DxfError>& error) {
-    while (p_ < end_) {
-        int code = 0;
-        const char* codeEnd = parseCode(p_, end_, code);
-        if (!codeEnd) {
-            std::string_view found(p_, static_cast<std::size_t>(lineEnd(p_, end_) - p_));
-            if (found.ends_with('\r')) found.remove_suffix(1);
-            error = dxfError(TagPlace::Line, line_,
-                             "expected a group code, found '" + excerpt(found) + "'");
-            return false;
-        }
-        if (codeEnd == end_ || codeEnd + 1 == end_) {
-            error = endAfterCode(TagPlace::Line, line_, code);
-            return false;
-        }
-        const char* value = codeEnd + 1;
-        const char* valueEnd = lineEnd(value, end_);
-        p_ = valueEnd == end_ ? end_ : valueEnd + 1;
+const char* TextTagCursor::parseAnyCode(const char* p, int& code) const {
+    return parseCodeLine(p, end_, code);
+}
 
-        if (valueEnd > value && valueEnd[-1] == '\r') --valueEnd;
-        if (valueEnd > value && isBlank(valueEnd[-1])) {
-            const ValueType type = valueTypeOf(code);
-            if (type != ValueType::String && type != ValueType::Comment) {
-                while (valueEnd > value && isBlank(valueEnd[-1])) --valueEnd;
-            }
-        }
-        tag = Tag{code, {value, static_cast<std::size_t>(valueEnd - value)}, line_};
-        line_ += 2;
-        if (code != kComment) return true;
-    }
-    return false;
+const char* TextTagCursor::endOfLine(const char* p) const {
+    const auto* newline = static_cast<const char*>(std::memchr(p, '\n', end_ - p));
+    return newline ? newline : end_;
+}
+
+const char* TextTagCursor::trimmedEnd(int code, const char* value, const char* end) {
+    const ValueType type = valueTypeOf(code);
+    if (type == ValueType::String || type == ValueType::Comment) return end;
+    while (end > value && isBlank(end[-1])) --end;
+    return end;
+}
+
+DxfError TextTagCursor::badCode() const {
+    std::string_view found(p_, static_cast<std::size_t>(endOfLine(p_) - p_));
+    if (found.ends_with('\r')) found.remove_suffix(1);
+    return dxfError(TagPlace::Line, line_, "expected a group code, found '" + excerpt(found) + "'");
+}
+
+DxfError TextTagCursor::endAfter(int code) const {
+    return endAfterCode(TagPlace::Line, line_, code);
 }
 
 bool TagReader::isBinaryDxf(std::string_view bytes) {

@@ -53,6 +53,13 @@ INSTANTIATE_TEST_SUITE_P(
                             "0@1=SECTION|70@3=     1|"},
                     TextRow{"no_final_newline", "0\nSECTION\n0\nEOF", "0@1=SECTION|0@3=EOF|"},
                     TextRow{"codes_padded_both_sides", "\t 10 \r\n1.5\n", "10@1=1.5|"},
+                    // Three wide, as most writers have it, and every other width.
+                    TextRow{"code_widths",
+                            "  5\n1\n 62\r\n2\n330\n3\n0  \n4\n 1 \n5\n1001\n6\n8\n7\n",
+                            "5@1=1|62@3=2|330@5=3|0@7=4|1@9=5|1001@11=6|8@13=7|"},
+                    TextRow{"value_of_sixteen_and_more_bytes",
+                            "  1\n0123456789ABCDEF\n  1\n0123456789ABCDEFG\n",
+                            "1@1=0123456789ABCDEF|1@3=0123456789ABCDEFG|"},
                     TextRow{"utf8_bom", "\xEF\xBB\xBF  0\nEOF\n", "0@1=EOF|"},
                     // Text keeps its blanks; numbers and handles lose trailing ones.
                     TextRow{"string_keeps_blanks", "  1\n  text  \n", "1@1=  text  |"},
@@ -100,6 +107,8 @@ INSTANTIATE_TEST_SUITE_P(
                   "line 1: expected a group code, found '\\x89PNG'"},
         DamageRow{"code_with_text_after", " 10 x\n1\n", 1,
                   "line 1: expected a group code, found ' 10 x'"},
+        DamageRow{"blank_inside_code", "  0\nA\n1 0\nx\n", 3,
+                  "line 3: expected a group code, found '1 0'"},
         DamageRow{"dwg", "AC1015\0\0\0\0", 0, "DWG files cannot be read; save the drawing as DXF"}),
     [](const testing::TestParamInfo<DamageRow>& row) { return row.param.name; });
 
