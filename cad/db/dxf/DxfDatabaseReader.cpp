@@ -872,7 +872,9 @@ private:
             return true;
         }
         if (owner.isNull()) owner = entityOwner(*entity);
-        const bool complex = dynamic_cast<const ComplexEntity*>(entity) != nullptr;
+        // Only these two own sub-entities; asked by name, since a failing cast is slow and
+        // nearly every entity would fail it.
+        const bool complex = type == "INSERT" || type == "POLYLINE";
         const ObjectId id = store(std::move(object), item, owner);
         if (dropping) {
             drop(id);
