@@ -16,6 +16,7 @@
 #include "cad/db/Line.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SymbolTable.h"
+#include "cad/db/TestDrawing.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/PartRecordStore.h"
 #include "vantor/store/TestLibrary.h"
@@ -24,53 +25,15 @@ namespace vantor::testing_support {
 
 using cad::db::ObjectId;
 using cad::db::OpenMode;
-
-inline ObjectId lookUp(ObjectId table, std::string_view name) {
-    ObjectId id;
-    cad::db::open<cad::db::SymbolTable>(table, OpenMode::ForRead)->getAt(name, id);
-    return id;
-}
-
-inline ObjectId addTableRecord(ObjectId table, std::unique_ptr<cad::db::SymbolTableRecord> record,
-                               std::string_view name) {
-    record->setName(name);
-    ObjectId id;
-    EXPECT_EQ(
-        cad::db::open<cad::db::SymbolTable>(table, OpenMode::ForWrite)->add(std::move(record), id),
-        cad::ErrorStatus::eOk);
-    return id;
-}
-
-inline ObjectId addLayer(cad::db::Database& db, std::string_view name, std::int16_t color) {
-    auto layer = std::make_unique<cad::db::LayerTableRecord>();
-    layer->setColorIndex(color);
-    return addTableRecord(db.layerTableId(), std::move(layer), name);
-}
-
-inline ObjectId addBlock(cad::db::Database& db, std::string_view name,
-                         const cad::ge::Point3d& origin = {}) {
-    auto block = std::make_unique<cad::db::BlockTableRecord>();
-    block->setOrigin(origin);
-    return addTableRecord(db.blockTableId(), std::move(block), name);
-}
-
-inline ObjectId append(ObjectId block, std::unique_ptr<cad::db::Entity> entity) {
-    ObjectId id;
-    EXPECT_EQ(cad::db::open<cad::db::BlockTableRecord>(block, OpenMode::ForWrite)
-                  ->appendEntity(std::move(entity), id),
-              cad::ErrorStatus::eOk);
-    return id;
-}
+using cad::db::testing_support::addBlock;
+using cad::db::testing_support::addLayer;
+using cad::db::testing_support::append;
+using cad::db::testing_support::entitiesOf;
+using cad::db::testing_support::lookUp;
 
 inline ObjectId addLine(ObjectId block, ObjectId layer, const cad::ge::Point3d& from,
                         const cad::ge::Point3d& to) {
-    auto line = std::make_unique<cad::db::Line>(from, to);
-    line->setLayer(layer);
-    return append(block, std::move(line));
-}
-
-inline std::vector<ObjectId> entitiesOf(ObjectId block) {
-    return cad::db::open<cad::db::BlockTableRecord>(block, OpenMode::ForRead)->entityIds();
+    return append(block, std::make_unique<cad::db::Line>(from, to), layer);
 }
 
 // A library drawing: block "BOLT-F" (a line on layer "PART" of colour 1 and the attribute
