@@ -25,11 +25,14 @@ DxfVersion savedVersionOf(DxfVersion read) {
 
 ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareMode, bool) {
     if (openCount_ > 0) return ErrorStatus::eInvalidOpenState;
-    // The file stays open, and shared as asked, until it has been read.
+    // The file stays open, and shared as asked, until it has been read. A file system that
+    // cannot map files has its bytes read instead.
     sys::SharedFile file;
     sys::MappedFile mapping;
+    std::string bytes;
     ErrorStatus es = file.open(path, shareMode);
-    if (es == ErrorStatus::eOk) es = mapping.map(file);
+    const bool mapped = es == ErrorStatus::eOk && mapping.map(file) == ErrorStatus::eOk;
+    if (es == ErrorStatus::eOk && !mapped) es = file.readAll(bytes);
     if (es != ErrorStatus::eOk) {
         lastErrorMessage_ = path + ": " +
                             (es == ErrorStatus::eFileNotFound    ? "the file does not exist"
@@ -37,7 +40,9 @@ ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareM
                                                                  : "the file cannot be read");
         return es;
     }
-    es = readDxf(dxf::DxfFile::fromMapping(std::move(mapping)), path);
+    es = readDxf(mapped ? dxf::DxfFile::fromMapping(std::move(mapping))
+                        : dxf::DxfFile::fromBytes(std::move(bytes)),
+                 path);
     if (es == ErrorStatus::eOk) fileName_ = path;
     return es;
 }
