@@ -58,26 +58,29 @@ bool parsePlainDecimal(std::string_view text, double& value) {
     const char* const end = p + text.size();
     const bool negative = p != end && *p == '-';
     if (negative) ++p;
+    // Zeros before the first significant digit only move the point. The digits are summed
+    // without a check each; more than 19 may have wrapped around, and go to from_chars.
+    const char* const integerStart = p;
+    while (p != end && *p == '0') ++p;
     std::uint64_t mantissa = 0;
-    int digits = 0;
+    const char* significant = p;
+    for (; p != end && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    std::ptrdiff_t digits = p - significant;
+    bool anyDigit = p != integerStart;
     std::int64_t exponent = 0;
-    bool anyDigit = false;
-    for (; p != end && isDigit(*p); ++p) {
-        anyDigit = true;
-        if (mantissa == 0 && *p == '0') continue;
-        if (++digits > kMaxMantissaDigits) return false;
-        mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-    }
     if (p != end && *p == '.') {
-        for (++p; p != end && isDigit(*p); ++p) {
-            anyDigit = true;
-            --exponent;
-            if (mantissa == 0 && *p == '0') continue;
-            if (++digits > kMaxMantissaDigits) return false;
-            mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+        const char* const fractionStart = ++p;
+        if (mantissa == 0) {
+            while (p != end && *p == '0') ++p;
         }
+        significant = p;
+        for (; p != end && isDigit(*p); ++p)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+        digits += p - significant;
+        exponent = -(p - fractionStart);
+        anyDigit = anyDigit || p != fractionStart;
     }
-    if (!anyDigit) return false;
+    if (!anyDigit || digits > kMaxMantissaDigits) return false;
     if (p != end && (*p == 'e' || *p == 'E')) {
         ++p;
         const bool negativeExponent = p != end && *p == '-';
