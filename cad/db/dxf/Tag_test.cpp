@@ -40,17 +40,11 @@ INSTANTIATE_TEST_SUITE_P(
         DoubleRow{"trailing_garbage", "1.5x", std::nullopt},
         DoubleRow{"comma_decimal", "1,5", std::nullopt},
 
-        DoubleRow{"tiny_exponent", "1e-05", 1e-5}, DoubleRow{"plus_exponent", "+2.5E+3", 2500.0},
-        DoubleRow{"no_fraction_digits", "-7.", -7.0}, DoubleRow{"point_alone", ".", std::nullopt},
-        DoubleRow{"minus_alone", "-", std::nullopt},
+        DoubleRow{"tiny_exponent", "1e-05", 1e-5}, DoubleRow{"point_alone", ".", std::nullopt},
         DoubleRow{"exponent_without_digits", "1e", std::nullopt},
-        DoubleRow{"signed_exponent_without_digits", "1e+", std::nullopt},
-        DoubleRow{"two_points", "1.2.3", std::nullopt},
-        DoubleRow{"blank_inside", "1 5", std::nullopt}, DoubleRow{"two_signs", "+-1", std::nullopt},
-        DoubleRow{"two_pluses", "++1", std::nullopt},
-        DoubleRow{"negative_inf", "-inf", std::nullopt},
-        DoubleRow{"infinity", "Infinity", std::nullopt}, DoubleRow{"nan", "nan", std::nullopt},
-        DoubleRow{"inf", "inf", std::nullopt}, DoubleRow{"overflow", "1e999", std::nullopt},
+        DoubleRow{"two_signs", "+-1", std::nullopt}, DoubleRow{"nan", "nan", std::nullopt},
+        DoubleRow{"negative_inf", "-inf", std::nullopt}, DoubleRow{"inf", "inf", std::nullopt},
+        DoubleRow{"overflow", "1e999", std::nullopt},
         DoubleRow{"negative_overflow", "-1.8e308", std::nullopt}),
     [](const testing::TestParamInfo<DoubleRow>& row) { return row.param.name; });
 
