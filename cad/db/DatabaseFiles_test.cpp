@@ -76,13 +76,11 @@ TEST_F(DatabaseFiles, AReadReplacesTheContentOnlyWhenItSucceeds) {
     EXPECT_EQ(modelSpaceSize(db), 2u) << "the failed read changed nothing";
     EXPECT_TRUE(db.fileName().empty());
 
-    const ObjectId old =
-        open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds()[0];
+    // Ids of the old content name slots that go with it, so none is kept across the read.
     ASSERT_EQ(db.readDwgFile(good), ErrorStatus::eOk);
     EXPECT_EQ(modelSpaceSize(db), 1u);
     EXPECT_EQ(db.fileName(), good);
     EXPECT_TRUE(db.lastErrorMessage().empty());
-    EXPECT_FALSE(old.isValid()) << "ids of the old content name nothing now";
     // The new content belongs to this database.
     const ObjectId line =
         open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds()[0];
