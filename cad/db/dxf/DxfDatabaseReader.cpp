@@ -24,6 +24,7 @@
 #include "cad/db/RawObject.h"
 #include "cad/db/SymbolTable.h"
 #include "cad/db/SymbolTableRecord.h"
+#include "cad/db/dxf/ItemReader.h"
 #include "cad/db/dxf/ObjectFactory.h"
 #include "cad/db/dxf/ReadingFiler.h"
 #include "cad/db/dxf/TextCodec.h"
@@ -215,8 +216,9 @@ private:
     // did when its structure was taken (another program wrote over it meanwhile).
     template <class Visit>
     bool eachItem(const Section& section, Visit visit) {
+        ItemReader items(file_, section.items);
         for (const TagRun& run : section.items) {
-            const std::optional<TagSpan> item = file_.tagsOf(run);
+            const std::optional<TagSpan> item = items.next();
             if (!item) return fail(run.line, "the file changed on disk while it was being read");
             if (!visit(*item)) return false;
         }
