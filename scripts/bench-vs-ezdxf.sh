@@ -87,7 +87,8 @@ for label, ours_name, theirs_name in rows:
     for what, index, unit in (('MB/s', 0, ''), ('peak memory', 1, 'x')):
         a = mine[index]
         b = other[index] if other else None
-        ratio = f'{a / b:.1f}x' if b else '-'
+        # A figure that rounds to nothing has no meaningful ratio.
+        ratio = f'{a / b:.1f}x' if b is not None and b >= 0.05 else '-'
         b_text = f'{b:.1f}{unit}' if b is not None else '-'
         print(f'{label + " " + what:34}{a:>11.1f}{unit or " "}{b_text:>12}{ratio:>10}')
 print()
