@@ -73,7 +73,7 @@ public:
         codes_.push_back(0);
         for (const auto& [code, value] : tags) {
             codes_.push_back(code);
-            values_.push_back(value);
+            values_.push_back(encodeText(value, kCodePage));
         }
         for (std::size_t i = 0; i < codes_.size(); ++i) {
             tags_.push_back(Tag{codes_[i], values_[i], 0});
@@ -81,6 +81,10 @@ public:
     }
     MadeTags(const MadeTags&) = delete;
     MadeTags& operator=(const MadeTags&) = delete;
+
+    // The values are text (names come already decoded from the file), so they are read
+    // in UTF-8 whatever the file's code page; carets still need their written form.
+    static constexpr sys::CodePage kCodePage = sys::CodePage::Utf8;
 
     TagSpan span() const { return tags_; }
 
@@ -364,7 +368,7 @@ private:
 
     // A structure the reader makes up, stored under a new handle.
     ObjectId make(const MadeTags& tags, ObjectId owner) {
-        ReadingFiler filer(db_, version_, codePage_, place_, *this);
+        ReadingFiler filer(db_, version_, MadeTags::kCodePage, place_, *this);
         auto object =
             ObjectFactory::create(typeOf(tags.span()), {}, Placement::Object, tags.span());
         if (!filer.read(*object, tags.span())) return ObjectId::kNull;

@@ -301,8 +301,8 @@ TEST(InlineDrawings, NamelessShapeStylesAreAllKept) {
                                      "0\nENDTAB\n" + shapes + "0\nENDTAB\n0\nENDSEC\n");
     const auto shapeFiles = [](const Database& db) {
         std::vector<std::string> files;
-        for (const ObjectId id : open<SymbolTable>(db.textStyleTableId(), OpenMode::ForRead)
-                                     ->recordIds()) {
+        for (const ObjectId id :
+             open<SymbolTable>(db.textStyleTableId(), OpenMode::ForRead)->recordIds()) {
             auto style = open<TextStyleTableRecord>(id, OpenMode::ForRead);
             if (style->name().empty()) files.push_back(style->fileName());
         }
@@ -373,19 +373,23 @@ TEST(InlineDrawings, FieldsOfALeftOutMarkerAreFoundInTheSubclassBefore) {
 
 TEST(Repairs, AnR12DrawingGetsWhatLaterVersionsHave) {
     // No handles, no BLOCK_RECORD table, no OBJECTS: everything a drawing has is made, and
-    // quietly, since R12 had none of it.
+    // quietly, since R12 had none of it. Names made from references read as they were
+    // written (here as escapes, so the code page plays no part).
     Database db(false);
-    ASSERT_EQ(db.readDxfBytes("0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1009\n0\nENDSEC\n"
-                              "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nPART\n70\n0\n10\n0\n"
-                              "20\n0\n0\nCIRCLE\n8\nPARTS\n10\n0\n20\n0\n40\n1\n0\nENDBLK\n8\n0\n"
-                              "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nINSERT\n8\n0\n2\nPART\n"
-                              "10\n5\n20\n5\n0\nLINE\n8\n0\n67\n1\n10\n0\n20\n0\n11\n1\n21\n1\n"
-                              "0\nENDSEC\n0\nEOF\n",
-                              "r12.dxf"),
+    ASSERT_EQ(db.readDxfBytes(
+                  "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1009\n0\nENDSEC\n"
+                  "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\n\\U+BD80\\U+D488\n70\n0\n"
+                  "10\n0\n"
+                  "20\n0\n0\nCIRCLE\n8\n\\U+BC30\\U+AD00\n10\n0\n20\n0\n40\n1\n0\nENDBLK\n8\n0\n"
+                  "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nINSERT\n8\n0\n2\n\\U+BD80\\U+D488\n"
+                  "10\n5\n20\n5\n0\nLINE\n8\n0\n67\n1\n10\n0\n20\n0\n11\n1\n21\n1\n"
+                  "0\nENDSEC\n0\nEOF\n",
+                  "r12.dxf"),
               ErrorStatus::eOk);
-    EXPECT_EQ(issueCodes(db), std::vector<int>{kIssueMissingSymbol}) << "layer PARTS";
+    EXPECT_EQ(issueCodes(db), std::vector<int>{kIssueMissingSymbol}) << "the circle's layer";
+    EXPECT_TRUE(recordNamed(db.layerTableId(), "배관").isValid());
     EXPECT_EQ(db.originalFileVersion(), DxfVersion::R12);
-    const ObjectId part = recordNamed(db.blockTableId(), "PART");
+    const ObjectId part = recordNamed(db.blockTableId(), "부품");
     ASSERT_TRUE(part.isValid());
     EXPECT_EQ(open<BlockTableRecord>(part, OpenMode::ForRead)->entityIds().size(), 1u);
     EXPECT_EQ(open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds().size(), 1u);
