@@ -269,6 +269,18 @@ std::string fromUtf8(std::string_view utf8, CodePage codePage, Unmappable policy
     return convert(converters().get(codePage, kEncode), utf8, replace);
 }
 
+bool canHold(std::string_view utf8, CodePage codePage) {
+    if (isAscii(utf8)) return true;
+    if (codePage == CodePage::Utf8) return sanitizeUtf8(utf8, "?") == utf8;
+    bool held = true;
+    const auto refuse = [&held](std::string_view, std::string&) {
+        held = false;
+        return std::size_t{1};
+    };
+    convert(converters().get(codePage, kEncode), utf8, refuse);
+    return held;
+}
+
 std::string cp949ToUtf8(std::string_view bytes) {
     return toUtf8(bytes, CodePage::Ansi949);
 }

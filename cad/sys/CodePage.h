@@ -65,6 +65,10 @@ std::string toUtf8(std::string_view bytes, CodePage codePage);
 std::string fromUtf8(std::string_view utf8, CodePage codePage,
                      Unmappable policy = Unmappable::QuestionMark);
 
+// Whether the code page holds every character of the UTF-8 text, so that encoding it needs
+// no replacement or escape. Text that is not valid UTF-8 is held by no page.
+bool canHold(std::string_view utf8, CodePage codePage);
+
 // Shorthands for the module's own files and for drawings before 2007, which are CP949.
 std::string cp949ToUtf8(std::string_view bytes);
 std::string utf8ToCp949(std::string_view utf8, Unmappable policy = Unmappable::QuestionMark);

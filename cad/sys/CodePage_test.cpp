@@ -90,6 +90,20 @@ TEST(CodePage, UnconvertibleTextGivesTheDocumentedOutcome) {
     }
 }
 
+TEST(CodePage, CanHoldIsTrueExactlyWhenEncodingNeedsNoReplacement) {
+    const struct {
+        std::string utf8;
+        CodePage codePage;
+        bool held;
+    } rows[] = {
+        {"배관 Ω", CodePage::Ansi949, true},  {"배관", CodePage::Ansi1252, false},
+        {"café", CodePage::Ansi1252, true},   {"café", CodePage::Ansi949, false},
+        {"plain", CodePage::Dos437, true},    {"a😀", CodePage::Utf8, true},
+        {"x\xE4\xB8", CodePage::Utf8, false}, {"x\xE4\xB8", CodePage::Ansi949, false},
+    };
+    for (const auto& row : rows) EXPECT_EQ(canHold(row.utf8, row.codePage), row.held) << row.utf8;
+}
+
 TEST(CodePage, DxfNamesParseIgnoringCaseAndEveryPageNameReadsBack) {
     const std::pair<std::string, std::optional<CodePage>> rows[] = {
         {"ANSI_949", CodePage::Ansi949}, {"ansi_1252", CodePage::Ansi1252},

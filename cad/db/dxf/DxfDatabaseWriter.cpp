@@ -20,6 +20,7 @@
 #include "cad/db/dxf/TagWriter.h"
 #include "cad/db/dxf/TextCodec.h"
 #include "cad/db/dxf/WritingFiler.h"
+#include "cad/db/dxf/WrittenCodePage.h"
 
 namespace cad::db::dxf {
 namespace {
@@ -151,7 +152,7 @@ public:
         : db_(db),
           version_(version),
           messages_(messages),
-          out_(db.codePage() == sys::CodePage::Utf8 ? sys::CodePage::Ansi1252 : db.codePage()),
+          out_(writtenCodePage(db)),
           filer_(out_, version, *this) {}
 
     // eOk, or eWasOpenedForWrite when an object could not be read because someone is

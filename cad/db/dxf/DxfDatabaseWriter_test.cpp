@@ -364,6 +364,22 @@ TEST_F(MadeDrawing, PaperSpaceEntitiesSaySo) {
     EXPECT_EQ(flags.at(line_.handle().toHex()), "");
 }
 
+TEST_F(MadeDrawing, ADeclaredCodePageThatCannotHoldTheNamesGivesWayTo949) {
+    // Drawings from 2007 on often declare ANSI_1252 over Korean names.
+    db_.setCodePage(sys::CodePage::Ansi1252);
+    EXPECT_EQ(parse(save())->structure.codePageName, "ANSI_949");
+    db_.setCodePage(sys::CodePage::Utf8);
+    EXPECT_EQ(parse(save())->structure.codePageName, "ANSI_949");
+    // With a name 949 lacks as well, escapes are unavoidable and the drawing's page stays.
+    auto accented = std::make_unique<LayerTableRecord>();
+    accented->setName("Café");
+    ObjectId unused;
+    ASSERT_EQ(
+        open<SymbolTable>(db_.layerTableId(), OpenMode::ForWrite)->add(std::move(accented), unused),
+        ErrorStatus::eOk);
+    EXPECT_EQ(parse(save())->structure.codePageName, "ANSI_1252");
+}
+
 TEST_F(MadeDrawing, KoreanTextIsWrittenInCodePage949AndReadsBackEqual) {
     const std::string path = save();
     const std::string bytes = folder_.readBytes("AC1015.dxf");
