@@ -13,6 +13,14 @@ namespace {
 // megabytes of it mapped in, at the cost of one system call per step.
 constexpr std::uint32_t kReleaseStep = 4u << 20;
 
+// Whether the first line ends in a carriage return of its own, as old Macintosh writers end
+// every line.
+bool endsLinesWithBareCr(std::string_view bytes) {
+    const std::size_t end = bytes.find_first_of("\r\n");
+    return end != std::string_view::npos && bytes[end] == '\r' &&
+           (end + 1 == bytes.size() || bytes[end + 1] != '\n');
+}
+
 }  // namespace
 
 DxfFile::DxfFile() : arena_(std::make_unique<TextArena>()) {}
@@ -52,6 +60,17 @@ void DxfFile::check() {
     error_ = TagReader::refusal(bytes_);
     binary_ = !error_ && TagReader::isBinaryDxf(bytes_);
     if (binary_) error_ = TagReader::read(bytes_, tags_, *arena_);
+    if (!error_ && !binary_ && endsLinesWithBareCr(bytes_)) readWithLineFeeds();
+}
+
+// Other readers take lines ended by a bare CR, so we do too; the tag reader knows LF and
+// CRLF only, so such a file is read from a copy with LF line ends.
+void DxfFile::readWithLineFeeds() {
+    auto copy = std::make_unique<std::string>(bytes_);
+    std::replace(copy->begin(), copy->end(), '\r', '\n');
+    mapping_ = sys::MappedFile();
+    owned_ = std::move(copy);
+    bytes_ = *owned_;
 }
 
 std::optional<TagSpan> DxfFile::heldTags() const {

@@ -54,6 +54,7 @@ private:
     DxfFile();
     // Refuses what is no DXF at all, and reads a binary file's tags.
     void check();
+    void readWithLineFeeds();
 
     std::unique_ptr<std::string> owned_;  // given bytes; behind a pointer so views survive moves
     sys::MappedFile mapping_;

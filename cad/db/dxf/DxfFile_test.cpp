@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <string>
 
@@ -174,6 +175,27 @@ TEST(CorpusFile, MissingFileIsAnError) {
     const DxfFile file = DxfFile::fromPath(path);
     ASSERT_FALSE(file.ok());
     EXPECT_EQ(file.error()->message, "cannot read " + path.string());
+}
+
+TEST(CorpusFile, LinesEndedByABareCarriageReturnReadAsAnyOther) {
+    std::string bytes;
+    {
+        std::ifstream in(corpus("ezdxf__small_r14.dxf"), std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(in), {});
+    }
+    std::erase(bytes, '\r');
+    std::string bareCr = bytes;
+    std::replace(bareCr.begin(), bareCr.end(), '\n', '\r');
+    DxfStructure expected;
+    DxfFile lineFeeds = DxfFile::fromBytes(bytes);
+    ASSERT_FALSE(StructureLoader::load(lineFeeds, expected));
+    DxfStructure structure;
+    DxfFile file = DxfFile::fromBytes(bareCr);
+    ASSERT_FALSE(StructureLoader::load(file, structure));
+    EXPECT_EQ(outline(structure), outline(expected));
+    const TagRun& last = structure.sections.back().items.back();
+    EXPECT_EQ(last.line, expected.sections.back().items.back().line);
+    EXPECT_EQ(file.tagsOf(last)->back().value, lineFeeds.tagsOf(last)->back().value);
 }
 
 // Tags view into the file's bytes; moving the file must not leave them dangling, even for a
