@@ -63,22 +63,6 @@ const CodePageInfo& info(CodePage codePage) {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD in UTF-8
 
-bool isAscii(std::string_view text) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-    const std::size_t size = text.size();
-    std::size_t i = 0;
-    // Eight bytes at a time: a set high bit anywhere in the word means a non-ASCII byte.
-    for (; i + 8 <= size; i += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes + i, sizeof word);
-        if (word & 0x8080808080808080ULL) return false;
-    }
-    for (; i < size; ++i) {
-        if (bytes[i] & 0x80) return false;
-    }
-    return true;
-}
-
 // Length of the well-formed UTF-8 sequence at the start of `text` (overlong forms, surrogates
 // and values above U+10FFFF are not well formed), or 0 when there is none.
 std::size_t utf8SequenceLength(std::string_view text, char32_t& codePoint) {
@@ -269,9 +253,40 @@ std::string fromUtf8(std::string_view utf8, CodePage codePage, Unmappable policy
     return convert(converters().get(codePage, kEncode), utf8, replace);
 }
 
+bool isAscii(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    const std::size_t size = text.size();
+    std::size_t i = 0;
+    // Eight bytes at a time: a set high bit anywhere in the word means a non-ASCII byte.
+    for (; i + 8 <= size; i += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, bytes + i, sizeof word);
+        if (word & 0x8080808080808080ULL) return false;
+    }
+    for (; i < size; ++i) {
+        if (bytes[i] & 0x80) return false;
+    }
+    return true;
+}
+
+bool isUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        // Drawings are mostly ASCII: eight bytes are passed over at a time where they are.
+        if (const std::string_view word = bytes.substr(0, 8); isAscii(word)) {
+            bytes.remove_prefix(word.size());
+            continue;
+        }
+        char32_t codePoint = 0;
+        const std::size_t length = utf8SequenceLength(bytes, codePoint);
+        if (length == 0) return false;
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
+
 bool canHold(std::string_view utf8, CodePage codePage) {
     if (isAscii(utf8)) return true;
-    if (codePage == CodePage::Utf8) return sanitizeUtf8(utf8, "?") == utf8;
+    if (codePage == CodePage::Utf8) return isUtf8(utf8);
     bool held = true;
     const auto refuse = [&held](std::string_view, std::string&) {
         held = false;

@@ -65,6 +65,12 @@ std::string toUtf8(std::string_view bytes, CodePage codePage);
 std::string fromUtf8(std::string_view utf8, CodePage codePage,
                      Unmappable policy = Unmappable::QuestionMark);
 
+// Whether every byte is below 0x80.
+bool isAscii(std::string_view bytes);
+
+// Whether the bytes are well-formed UTF-8 (plain ASCII is).
+bool isUtf8(std::string_view bytes);
+
 // Whether the code page holds every character of the UTF-8 text, so that encoding it needs
 // no replacement or escape. Text that is not valid UTF-8 is held by no page.
 bool canHold(std::string_view utf8, CodePage codePage);

@@ -136,7 +136,7 @@ public:
           db_(db),
           ids_(db.wellKnownIds()),
           version_(fileVersion()),
-          codePage_(fileCodePage(structure.acadVersion, structure.codePageName)),
+          codePage_(textCodePage()),
           filer_(db, version_, codePage_, place_, *this) {}
 
     std::optional<DxfError> load() {
@@ -197,6 +197,16 @@ private:
             return record.get();
         }
     };
+
+    // Called while constructing, as is fileVersion. Programs that ignore code pages write
+    // UTF-8 and declare ANSI_1252 (or nothing); bytes beyond ASCII that all read as UTF-8 are
+    // next to never Western text, so such a file's text is read as UTF-8.
+    sys::CodePage textCodePage() {
+        const sys::CodePage declared =
+            fileCodePage(structure_.acadVersion, structure_.codePageName);
+        if (declared == sys::CodePage::Ansi1252 && file_.hasUtf8Text()) return sys::CodePage::Utf8;
+        return declared;
+    }
 
     // Called while constructing, so it reads only what is set before version_.
     DxfVersion fileVersion() {

@@ -289,6 +289,22 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Repair>& row) { return std::string(row.param.name); });
 
 // Text styles that load shape files have no name, and a drawing may have several of them.
+TEST(InlineDrawings, Utf8TextUnderAWesternCodePageIsReadAsUtf8) {
+    const auto layerOfLine = [](const std::string& layerBytes) {
+        std::string bytes = drawing(line("30", layerBytes));
+        bytes.replace(bytes.find("ANSI_949"), 8, "ANSI_1252");
+        Database db(false);
+        EXPECT_EQ(db.readDxfBytes(bytes, "western.dxf"), ErrorStatus::eOk);
+        ObjectId lineId;
+        db.getObjectId(lineId, false, Handle{0x30});
+        auto layer = open<LayerTableRecord>(open<Entity>(lineId, OpenMode::ForRead)->layerId(),
+                                            OpenMode::ForRead);
+        return layer ? layer->name() : std::string("(none)");
+    };
+    EXPECT_EQ(layerOfLine("부품"), "부품");
+    EXPECT_EQ(layerOfLine("caf\xE9"), "café") << "bytes that are no UTF-8 keep the declared page";
+}
+
 TEST(InlineDrawings, NamelessShapeStylesAreAllKept) {
     std::string shapes = "0\nTABLE\n2\nSTYLE\n5\n7\n330\n0\n100\nAcDbSymbolTable\n70\n3\n";
     for (const char* handle : {"8", "9"}) {

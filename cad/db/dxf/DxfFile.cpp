@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "cad/db/dxf/TagReader.h"
+#include "cad/sys/CodePage.h"
 #include "cad/sys/SharedFile.h"
 
 namespace cad::db::dxf {
@@ -76,6 +77,28 @@ void DxfFile::readWithLineFeeds() {
 std::optional<TagSpan> DxfFile::heldTags() const {
     if (!binary_) return std::nullopt;
     return TagSpan(tags_);
+}
+
+bool DxfFile::hasUtf8Text() {
+    if (binary_) return false;
+    const auto continues = [this](std::size_t at) {
+        return at < bytes_.size() && (static_cast<unsigned char>(bytes_[at]) & 0xC0) == 0x80;
+    };
+    bool beyondAscii = false;
+    std::size_t from = 0;
+    while (from < bytes_.size()) {
+        // Chunks end where a character starts, so none is split between two.
+        const std::size_t end = std::min<std::size_t>(bytes_.size(), from + kReleaseStep);
+        std::size_t to = end;
+        while (to > from && continues(to)) --to;
+        if (to == from) to = end;  // no character starts here: the chunk is not UTF-8
+        const std::string_view chunk = bytes_.substr(from, to - from);
+        if (!sys::isUtf8(chunk)) return false;
+        beyondAscii = beyondAscii || !sys::isAscii(chunk);
+        mapping_.release(from, to);
+        from = to;
+    }
+    return beyondAscii;
 }
 
 std::optional<TagSpan> DxfFile::tagsOf(const TagRun& run) {

@@ -42,6 +42,9 @@ public:
     std::string_view bytes() const { return bytes_; }
     // The tags of a binary file, read whole; nothing for a text file.
     std::optional<TagSpan> heldTags() const;
+    // Whether a text file has bytes beyond ASCII and they all read as UTF-8. Scans the whole
+    // file, letting its pages go behind the scan.
+    bool hasUtf8Text();
 
     // The tags of a run the structure stage found, read again; valid until the next call.
     // Nothing when they no longer read as they did (the file changed on disk meanwhile).

@@ -198,6 +198,15 @@ TEST(CorpusFile, LinesEndedByABareCarriageReturnReadAsAnyOther) {
     EXPECT_EQ(file.tagsOf(last)->back().value, lineFeeds.tagsOf(last)->back().value);
 }
 
+TEST(CorpusFile, Utf8TextIsToldFromOtherBytesAcrossTheScansSteps) {
+    // The scan goes in steps of a few megabytes; the Hangul syllable straddles the first step.
+    std::string padding((4u << 20) - 1, 'a');
+    EXPECT_TRUE(DxfFile::fromBytes(padding + "한\n").hasUtf8Text());
+    EXPECT_FALSE(DxfFile::fromBytes(padding + "caf\xE9\n").hasUtf8Text()) << "Western text";
+    EXPECT_FALSE(DxfFile::fromBytes(padding + "\xBF\xBF\n").hasUtf8Text()) << "no lead";
+    EXPECT_FALSE(DxfFile::fromBytes(padding + "\n").hasUtf8Text()) << "nothing beyond ASCII";
+}
+
 // Tags view into the file's bytes; moving the file must not leave them dangling, even for a
 // file short enough to fit inside a std::string object.
 TEST(CorpusFile, TagsSurviveMovingTheFile) {

@@ -48,27 +48,26 @@ TEST_P(ReadText, GivesTheTagsWithTheirLines) {
 
 INSTANTIATE_TEST_SUITE_P(
     Conventions, ReadText,
-    testing::Values(TextRow{"lf", "  0\nSECTION\n  2\nHEADER\n", "0@1=SECTION|2@3=HEADER|"},
-                    TextRow{"crlf", "  0\r\nSECTION\r\n 70\r\n     1\r\n",
-                            "0@1=SECTION|70@3=     1|"},
-                    TextRow{"no_final_newline", "0\nSECTION\n0\nEOF", "0@1=SECTION|0@3=EOF|"},
-                    TextRow{"codes_padded_both_sides", "\t 10 \r\n1.5\n", "10@1=1.5|"},
-                    // Three wide, as most writers have it, and every other width.
-                    TextRow{"code_widths",
-                            "  5\n1\n 62\r\n2\n330\n3\n0  \n4\n 1 \n5\n1001\n6\n8\n7\n",
-                            "5@1=1|62@3=2|330@5=3|0@7=4|1@9=5|1001@11=6|8@13=7|"},
-                    TextRow{"value_of_sixteen_and_more_bytes",
-                            "  1\n0123456789ABCDEF\n  1\n0123456789ABCDEFG\n",
-                            "1@1=0123456789ABCDEF|1@3=0123456789ABCDEFG|"},
-                    TextRow{"utf8_bom", "\xEF\xBB\xBF  0\nEOF\n", "0@1=EOF|"},
-                    // Text keeps its blanks; numbers and handles lose trailing ones.
-                    TextRow{"string_keeps_blanks", "  1\n  text  \n", "1@1=  text  |"},
-                    TextRow{"number_loses_trailing_blanks", " 40\n 2.5  \r\n", "40@1= 2.5|"},
-                    TextRow{"handle_loses_trailing_blanks", "330\n1F \n", "330@1=1F|"},
-                    TextRow{"empty_value", "  1\n\n  0\nEOF\n", "1@1=|0@3=EOF|"},
-                    TextRow{"comment_dropped", "999\nmade by hand\n  0\nEOF\n", "0@3=EOF|"},
-                    TextRow{"stops_at_eof", "  0\nEOF\ngarbage after the end\x1a", "0@1=EOF|"},
-                    TextRow{"eof_with_blanks", "  0\nEOF  \r\n  0\nMORE\n", "0@1=EOF  |"}),
+    testing::Values(
+        TextRow{"lf", "  0\nSECTION\n  2\nHEADER\n", "0@1=SECTION|2@3=HEADER|"},
+        TextRow{"crlf", "  0\r\nSECTION\r\n 70\r\n     1\r\n", "0@1=SECTION|70@3=     1|"},
+        TextRow{"no_final_newline", "0\nSECTION\n0\nEOF", "0@1=SECTION|0@3=EOF|"},
+        TextRow{"codes_padded_both_sides", "\t 10 \r\n1.5\n", "10@1=1.5|"},
+        // Three wide, as most writers have it, and every other width.
+        TextRow{"code_widths", "  5\n1\n 62\r\n2\n330\n3\n0  \n4\n 1 \n5\n1001\n6\n8\n7\n",
+                "5@1=1|62@3=2|330@5=3|0@7=4|1@9=5|1001@11=6|8@13=7|"},
+        TextRow{"value_of_sixteen_and_more_bytes",
+                "  1\n0123456789ABCDEF\n  1\n0123456789ABCDEFG\n",
+                "1@1=0123456789ABCDEF|1@3=0123456789ABCDEFG|"},
+        TextRow{"utf8_bom", "\xEF\xBB\xBF  0\nEOF\n", "0@1=EOF|"},
+        // Text keeps its blanks; numbers and handles lose trailing ones.
+        TextRow{"string_keeps_blanks", "  1\n  text  \n", "1@1=  text  |"},
+        TextRow{"number_loses_trailing_blanks", " 40\n 2.5  \r\n", "40@1= 2.5|"},
+        TextRow{"handle_loses_trailing_blanks", "330\n1F \n", "330@1=1F|"},
+        TextRow{"empty_value", "  1\n\n  0\nEOF\n", "1@1=|0@3=EOF|"},
+        TextRow{"comment_dropped", "999\nmade by hand\n  0\nEOF\n", "0@3=EOF|"},
+        TextRow{"stops_at_eof", "  0\nEOF\ngarbage after the end\x1a", "0@1=EOF|"},
+        TextRow{"eof_with_blanks", "  0\nEOF  \r\n  0\nMORE\n", "0@1=EOF  |"}),
     [](const testing::TestParamInfo<TextRow>& row) { return row.param.name; });
 
 struct DamageRow {
