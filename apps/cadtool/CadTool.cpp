@@ -5,6 +5,7 @@
 #include <fstream>
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "apps/cadtool/DrawingSummary.h"
@@ -14,6 +15,11 @@
 
 namespace cadtool {
 namespace {
+
+// "1 problem", "2 problems".
+std::string counted(std::size_t count, std::string_view noun) {
+    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
 
 using cad::ErrorStatus;
 using cad::db::AuditIssue;
@@ -286,8 +292,9 @@ int CadTool::convert(const std::vector<std::string>& words) {
     out_ << args.files[0] << " -> " << args.files[1] << " (" << (r14 ? "AC1014" : "AC1015")
          << ")\n";
     if (!db.loadIssues().empty()) {
-        out_ << db.loadIssues().size()
-             << " problems were repaired while reading (cadtool audit lists them)\n";
+        const std::size_t count = db.loadIssues().size();
+        out_ << counted(count, "problem") << (count == 1 ? " was" : " were")
+             << " repaired while reading (cadtool audit lists them)\n";
     }
     return kExitOk;
 }
@@ -324,7 +331,7 @@ int CadTool::audit(const std::vector<std::string>& words) {
         if (total == 0) {
             out_ << "no problems\n";
         } else {
-            out_ << total << " problems, " << total - errors << " repaired, " << errors
+            out_ << counted(total, "problem") << ", " << total - errors << " repaired, " << errors
                  << " left\n";
         }
     }
