@@ -463,7 +463,7 @@ INSTANTIATE_TEST_SUITE_P(
                            "expected a number for group code 11"},
                     Damage{"count_of_2_to_the_31",
                            damaged(kGood, "281\n1\n", "281\n1\n90\n2147483648\n"), "group code 90"},
-                    Damage{"garbage_bytes", std::string("\x01\x02garbage\xFF\n\x7F\n", 15),
+                    Damage{"garbage_bytes", std::string("\x01\x02garbage\xFF\n\x7F\n", 13),
                            "expected a group code"},
                     Damage{"record_outside_a_table", damaged(kGood, "0\nTABLE\n2\nLAYER\n", ""),
                            "expected 0 TABLE before 0 LAYER"},
