@@ -12,6 +12,7 @@ Application* currentApplication = nullptr;
 Application::Application() {
     documents_.setModuleLoader(&loader_);
     hostCommands_.registerCommands();
+    viewCommands_.registerCommands();
     if (currentApplication == nullptr) {
         currentApplication = this;
         ed::setEditor(&editor_);

@@ -8,6 +8,7 @@
 #include "cad/app/CommandStack.h"
 #include "cad/app/DocumentManager.h"
 #include "cad/app/HostCommands.h"
+#include "cad/app/ViewCommands.h"
 #include "cad/app/MenuBar.h"
 #include "cad/app/MenuGroups.h"
 #include "cad/app/ModuleLoader.h"
@@ -33,6 +34,7 @@ public:
     MenuGroups& menuGroups() { return menuGroups_; }
     MenuBar& menuBar() { return menuBar_; }
     HostCommands& hostCommands() { return hostCommands_; }
+    ViewCommands& viewCommands() { return viewCommands_; }
 
 private:
     ed::Editor editor_;
@@ -43,6 +45,7 @@ private:
     ModuleLoader loader_{editor_};
     CommandProcessor processor_{editor_, documents_, commands_};
     HostCommands hostCommands_{*this};
+    ViewCommands viewCommands_{*this};
 };
 
 }  // namespace cad::app

@@ -49,9 +49,6 @@ void HostCommands::registerCommands() {
     for (const Entry& entry : entries)
         stack.addCommand(kGroupName, entry.name, entry.name, entry.flags,
                          [this, run = entry.run] { (this->*run)(); });
-    stack.addCommand(kGroupName, "REDRAW", "REDRAW", ACRX_CMD_TRANSPARENT, [this] {
-        if (redraw_) redraw_();
-    });
     stack.addCommand(kGroupName, "QUIT", "QUIT", ACRX_CMD_MODAL,
                      [this] { app_.commandProcessor().quit(); });
 }

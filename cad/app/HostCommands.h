@@ -1,9 +1,7 @@
 // The host's own commands, in the group "ACAD": OPEN, NEW, CLOSE, QSAVE, SAVEAS, SETVAR,
-// REDRAW, ARX (load and unload modules), MENULOAD, MENUUNLOAD and QUIT. They take every answer
+// ARX (load and unload modules), MENULOAD, MENUUNLOAD and QUIT. They take every answer
 // from the command line, so scripts drive them as they drive module commands.
 #pragma once
-
-#include <functional>
 
 namespace cad::app {
 
@@ -15,9 +13,6 @@ public:
 
     explicit HostCommands(Application& application) : app_(application) {}
     void registerCommands();
-
-    // What REDRAW does in the view (nothing headless).
-    void setRedrawHandler(std::function<void()> handler) { redraw_ = std::move(handler); }
 
 private:
     void open();
@@ -31,7 +26,6 @@ private:
     void menuUnload();
 
     Application& app_;
-    std::function<void()> redraw_;
 };
 
 }  // namespace cad::app
