@@ -10,6 +10,7 @@
 #include "cad/db/Entity.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/ed/EditorReactor.h"
+#include "cad/ed/HitTester.h"
 #include "cad/ed/InputPointMonitor.h"
 #include "cad/ed/ResultCodes.h"
 #include "cad/ed/SelectionSet.h"
@@ -32,6 +33,14 @@ bool equalNoCase(std::string_view a, std::string_view b) {
                return std::toupper(static_cast<unsigned char>(x)) ==
                       std::toupper(static_cast<unsigned char>(y));
            });
+}
+
+// Whether the entity is one of `types` (any, when there are none).
+bool ofTypes(db::ObjectId id, const std::vector<std::string>& types) {
+    if (types.empty()) return true;
+    auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
+    return entity && std::any_of(types.begin(), types.end(),
+                                 [&](const std::string& t) { return equalNoCase(t, entity->dxfName()); });
 }
 
 // Every entity of model space (of the given types), in drawing order. Entities that cannot be
@@ -413,6 +422,11 @@ int Editor::entSel(std::string_view prompt, EntityName& entity, ge::Point3d& pic
 
 db::ObjectId Editor::entityAt(const ge::Point3d& point,
                               const std::vector<std::string>& types) const {
+    if (hitTester_ != nullptr) {
+        for (db::ObjectId id : hitTester_->entitiesAt(point))
+            if (ofTypes(id, types)) return id;
+        return db::ObjectId::kNull;
+    }
     // Without a view to hit-test in, an entity is hit when the point lies in its extents
     // widened by a pick box; of several, the smallest (then the newest) is taken, which is the
     // one a user aiming at it means.
@@ -439,19 +453,36 @@ db::ObjectId Editor::entityByHandle(std::string_view text,
 }
 
 std::vector<db::ObjectId> Editor::entitiesIn(const ge::Point3d& corner1, const ge::Point3d& corner2,
-                                             const std::vector<std::string>& types) const {
+                                             const std::vector<std::string>& types, bool crossing) const {
+    std::vector<db::ObjectId> out;
+    if (hitTester_ != nullptr) {
+        for (db::ObjectId id : hitTester_->entitiesIn(corner1, corner2, crossing))
+            if (ofTypes(id, types)) out.push_back(id);
+        return out;
+    }
     double minX = std::min(corner1.x, corner2.x), maxX = std::max(corner1.x, corner2.x);
     double minY = std::min(corner1.y, corner2.y), maxY = std::max(corner1.y, corner2.y);
-    std::vector<db::ObjectId> out;
-    for (const Candidate& c : modelSpaceEntities(database_, types))
-        if (c.extents.minPoint.x >= minX && c.extents.maxPoint.x <= maxX &&
-            c.extents.minPoint.y >= minY && c.extents.maxPoint.y <= maxY)
-            out.push_back(c.id);
+    for (const Candidate& c : modelSpaceEntities(database_, types)) {
+        const bool inside = c.extents.minPoint.x >= minX && c.extents.maxPoint.x <= maxX &&
+                            c.extents.minPoint.y >= minY && c.extents.maxPoint.y <= maxY;
+        const bool meets = c.extents.minPoint.x <= maxX && c.extents.maxPoint.x >= minX &&
+                           c.extents.minPoint.y <= maxY && c.extents.maxPoint.y >= minY;
+        if (crossing ? meets : inside) out.push_back(c.id);
+    }
     return out;
 }
 
+std::optional<std::vector<db::ObjectId>> Editor::windowFrom(const ge::Point3d& first, std::optional<bool> crossing,
+                                                            const std::vector<std::string>& types, int& code) {
+    ge::Point3d second;
+    code = getCorner("\nSpecify opposite corner: ", first, second);
+    if (code != RTNORM) return std::nullopt;
+    // Dragged to the left, a window crosses; to the right it encloses.
+    return entitiesIn(first, second, types, crossing.value_or(second.x < first.x));
+}
+
 int Editor::promptSelection(SelectionSet& result, const std::vector<std::string>& types) {
-    const KeywordList keywords("Window ALL");
+    const KeywordList keywords("Window Crossing ALL");
     InputRequest request{Kind::Selection, "\nSelect objects: "};
     request.keywords = keywords.text();
     print(request.prompt);
@@ -469,24 +500,27 @@ int Editor::promptSelection(SelectionSet& result, const std::vector<std::string>
         std::optional<std::vector<db::ObjectId>> found;
         auto keyword =
             input.kind == InputEvent::Kind::Text ? keywords.match(input.text) : std::nullopt;
-        if (keyword == 0u) {
-            ge::Point3d first, second;
-            int code = getPoint("\nFirst corner: ", first);
-            if (code == RTNORM) code = getCorner("\nSpecify opposite corner: ", first, second);
-            if (code == RTCAN) {
-                result.free();
-                return RTCAN;
-            }
-            if (code == RTNORM) found = entitiesIn(first, second, types);
-        } else if (keyword == 1u) {
+        int code = RTNORM;
+        if (keyword == 0u || keyword == 1u) {
+            ge::Point3d first;
+            code = getPoint("\nFirst corner: ", first);
+            if (code == RTNORM) found = windowFrom(first, keyword == 1u, types, code);
+        } else if (keyword == 2u) {
             found = entitiesIn({-1e300, -1e300, 0}, {1e300, 1e300, 0}, types);
         } else if (auto point = pointOf(input)) {
             found.emplace();
-            if (db::ObjectId id = entityAt(*point, types); !id.isNull()) found->push_back(id);
+            if (db::ObjectId id = entityAt(*point, types); !id.isNull())
+                found->push_back(id);
+            else
+                found = windowFrom(*point, std::nullopt, types, code);
         } else if (db::Handle::fromHex(input.text)) {
             found.emplace();
             if (db::ObjectId id = entityByHandle(input.text, types); !id.isNull())
                 found->push_back(id);
+        }
+        if (code == RTCAN) {
+            result.free();
+            return RTCAN;
         }
         if (found) {
             printf("\n%zu found", found->size());

@@ -36,6 +36,7 @@ namespace cad::ed {
 
 class DragPreview;
 class EditorReactor;
+class HitTester;
 class InputPointMonitor;
 class SelectionSet;
 struct InputPoint;
@@ -103,7 +104,10 @@ public:
 
     // ---- Selection sets ----
     enum class SelectMode {
-        Prompt,   // ask: points pick, handles name, "W" takes a window, "ALL" everything
+        // ask: points pick (on nothing they start a window: to the right it takes what is
+        // inside, to the left what crosses), handles name, "W" a window, "C" a crossing
+        // window, "ALL" everything
+        Prompt,
         Point,    // the entity at p1
         Window,   // entities whose extents lie inside the rectangle p1-p2
         All,      // every entity of model space
@@ -148,6 +152,9 @@ public:
     // A copy, so a reactor may remove itself while being told.
     std::vector<EditorReactor*> reactors() const { return reactors_; }
     void setDragPreview(DragPreview* preview) { dragPreview_ = preview; }
+    // The view that picks and windows are measured in; nullptr: by the entities' extents.
+    void setHitTester(HitTester* tester) { hitTester_ = tester; }
+    HitTester* hitTester() const { return hitTester_; }
     DragPreview* dragPreview() const { return dragPreview_; }
 
     ge::Point3d lastPoint() const;
@@ -176,7 +183,10 @@ private:
     db::ObjectId entityAt(const ge::Point3d& point, const std::vector<std::string>& types) const;
     db::ObjectId entityByHandle(std::string_view text, const std::vector<std::string>& types) const;
     std::vector<db::ObjectId> entitiesIn(const ge::Point3d& corner1, const ge::Point3d& corner2,
-                                         const std::vector<std::string>& types) const;
+                                         const std::vector<std::string>& types, bool crossing = false) const;
+    // A window from `first` by the opposite corner asked for; nullopt on Esc (RTCAN in `code`).
+    std::optional<std::vector<db::ObjectId>> windowFrom(const ge::Point3d& first, std::optional<bool> crossing,
+                                                        const std::vector<std::string>& types, int& code);
     int promptSelection(SelectionSet& result, const std::vector<std::string>& types);
 
     CommandLine commandLine_;
@@ -202,6 +212,7 @@ private:
     std::vector<FilterWinMsgFn> filters_;
     std::vector<EditorReactor*> reactors_;
     DragPreview* dragPreview_ = nullptr;
+    HitTester* hitTester_ = nullptr;
 };
 
 // The editor of the process (one the host installed, else a default one without input).

@@ -77,8 +77,26 @@ TEST_F(SelectionTest, PromptGathersUntilEnterAndEndsWithEscOrNothing) {
     feed({"5,0", "<esc>"});
     EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTCAN);
     EXPECT_EQ(set.length(), 0);
-    feed({"500,500", ""});
-    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTERROR);  // nothing selected
+    feed({"500,500", "600,600", ""});  // a window over nothing
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTERROR);
+}
+
+TEST_F(SelectionTest, APickOnNothingStartsAWindowThatCrossesWhenDraggedLeft) {
+    // To the right: only what lies wholly inside. To the left: what it meets as well.
+    feed({"-150,-150", "101,50", ""});
+    SelectionSet set;
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTNORM);
+    EXPECT_EQ(set.ids(), (std::vector<db::ObjectId>{shortLine_, square_}));
+    feed({"150,5", "5,-150", ""});
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTNORM);
+    EXPECT_EQ(set.ids(), (std::vector<db::ObjectId>{shortLine_, longLine_}));
+    feed({"c", "150,150", "151,-150", ""});  // Crossing whichever way it is dragged
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTERROR);
+    feed({"c", "25,150", "150,-150", ""});
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTNORM);
+    EXPECT_EQ(set.ids(), (std::vector<db::ObjectId>{square_, longLine_}));
+    feed({"-150,-150", "<esc>"});
+    EXPECT_EQ(editor_.ssget(Editor::SelectMode::Prompt, set), RTCAN);
 }
 
 TEST_F(SelectionTest, EntSelPicksOrTakesAHandle) {
