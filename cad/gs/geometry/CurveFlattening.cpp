@@ -17,7 +17,9 @@ namespace {
 constexpr std::size_t kMaxArcPoints = 8192;
 constexpr std::size_t kMaxSplinePoints = 16384;
 
-bool finite(const ge::Point2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+bool finite(const ge::Point2d& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
 bool finite(const ge::Point3d& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
@@ -27,8 +29,8 @@ bool finite(const ge::Point3d& p) {
 std::size_t arcSteps(double radius, double sweep, double tolerance) {
     sweep = std::abs(sweep);
     if (!(tolerance > 0.0) || !std::isfinite(tolerance)) tolerance = radius * 1e-4;
-    double step = tolerance >= radius ? std::numbers::pi / 2.0
-                                      : 2.0 * std::acos(1.0 - tolerance / radius);
+    double step =
+        tolerance >= radius ? std::numbers::pi / 2.0 : 2.0 * std::acos(1.0 - tolerance / radius);
     step = std::min(step, std::numbers::pi / 2.0);
     if (!(step > 0.0)) return kMaxArcPoints - 1;
     const double steps = std::ceil(sweep / step);
@@ -53,8 +55,8 @@ std::vector<Point> finitePolyline(const std::vector<Point>& points, std::size_t 
 
 }  // namespace
 
-std::vector<ge::Point2d> flattenBulge(const ge::Point2d& from, const ge::Point2d& to,
-                                      double bulge, double tolerance) {
+std::vector<ge::Point2d> flattenBulge(const ge::Point2d& from, const ge::Point2d& to, double bulge,
+                                      double tolerance) {
     const double chord = from.distanceTo(to);
     // The sagitta is the straight segment's distance from the arc.
     const double sagitta = std::abs(bulge) * chord / 2.0;
@@ -94,15 +96,16 @@ std::vector<ge::Point2d> flattenEllipticalArc(const ge::Point2d& center, const g
                            center.y + major.y * std::cos(t) + minor.y * std::sin(t)};
     };
     const double radius = std::max(std::hypot(major.x, major.y), std::hypot(minor.x, minor.y));
-    if (!finite(center) || !std::isfinite(radius) || !std::isfinite(start) ||
-        !std::isfinite(end) || !(radius > 0.0))
+    if (!finite(center) || !std::isfinite(radius) || !std::isfinite(start) || !std::isfinite(end) ||
+        !(radius > 0.0))
         return {};
     const double sweep = end - start;
     // The step for the circle of the major radius is safe for the whole ellipse.
     const std::size_t steps = arcSteps(radius, sweep, tolerance);
     std::vector<ge::Point2d> points;
     points.reserve(steps + 1);
-    for (std::size_t i = 0; i <= steps; ++i) points.push_back(at(start + sweep * double(i) / double(steps)));
+    for (std::size_t i = 0; i <= steps; ++i)
+        points.push_back(at(start + sweep * double(i) / double(steps)));
     return points;
 }
 
@@ -128,7 +131,7 @@ std::vector<ge::Point3d> flattenSpline(const db::Spline& spline, double toleranc
             return curve->flatten(tolerance, kMaxSplinePoints);
         return finitePolyline(fits, kMaxSplinePoints);
     }
-    return finitePolyline(controls, kMaxSplinePoints);
+    return finitePolyline(controls.empty() ? fits : controls, kMaxSplinePoints);
 }
 
 }  // namespace cad::gs

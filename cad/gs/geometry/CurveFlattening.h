@@ -19,8 +19,8 @@ struct Segment2d {
 // Points along the arc from `from` to `to` whose bulge is tan(included angle / 4), positive
 // counter-clockwise; both ends included; chord error <= tolerance. A bulge too small to leave
 // the chord by the tolerance, or input that is not finite, gives the straight segment.
-std::vector<ge::Point2d> flattenBulge(const ge::Point2d& from, const ge::Point2d& to,
-                                      double bulge, double tolerance);
+std::vector<ge::Point2d> flattenBulge(const ge::Point2d& from, const ge::Point2d& to, double bulge,
+                                      double tolerance);
 
 // A spline (degree, knots, weights, control points, fit points, end tangents,
 // closed/periodic) as points in world coordinates within `tolerance`. Data that describes no

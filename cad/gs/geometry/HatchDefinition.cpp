@@ -27,9 +27,7 @@ public:
         ok_ = true;
     }
     bool at(int code) const { return ok_ && index_ < tags_.size() && tags_[index_].code == code; }
-    int codeAfter() const {
-        return index_ + 1 < tags_.size() ? tags_[index_ + 1].code : -1;
-    }
+    int codeAfter() const { return index_ + 1 < tags_.size() ? tags_[index_ + 1].code : -1; }
     const db::RawTag& current() const { return tags_[index_]; }
     void skip() { ++index_; }
 
@@ -50,7 +48,8 @@ public:
             return 0;
         }
         // Larger counts than tags can only fail on the way, so they need no exact value.
-        return n > double(tags_.size()) ? static_cast<long>(tags_.size()) + 1 : static_cast<long>(n);
+        return n > double(tags_.size()) ? static_cast<long>(tags_.size()) + 1
+                                        : static_cast<long>(n);
     }
     ge::Point2d point(int xCode, int yCode) {
         const double x = number(xCode);
@@ -69,7 +68,9 @@ private:
     bool ok_ = true;
 };
 
-ge::Point3d lifted(const ge::Point2d& p) { return {p.x, p.y, 0.0}; }
+ge::Point3d lifted(const ge::Point2d& p) {
+    return {p.x, p.y, 0.0};
+}
 
 // The counter-clockwise range an arc or ellipse edge covers, in degrees: clockwise edges are
 // stored with complementary angles (360 - angle) in reverse order.
@@ -186,8 +187,8 @@ private:
         // A clockwise edge runs from the high end of its range to the low one.
         return ccw ? flattenEllipticalArc(center, {radius, 0.0}, 1.0, from * kDegree, to * kDegree,
                                           tolerance_)
-                   : flattenEllipticalArc(center, {radius, 0.0}, 1.0, to * kDegree,
-                                          from * kDegree, tolerance_);
+                   : flattenEllipticalArc(center, {radius, 0.0}, 1.0, to * kDegree, from * kDegree,
+                                          tolerance_);
     }
 
     Polyline2d readEllipseEdge() {
@@ -256,9 +257,9 @@ private:
         std::vector<ge::Point3d> points;
         std::optional<NurbsCurve> curve;
         if (!controls.empty() && degree <= NurbsCurve::kMaxDegree)
-            curve = NurbsCurve::fromControlPoints(static_cast<int>(degree), controls, knots,
-                                                  rational ? weights : std::vector<double>{},
-                                                  periodic);
+            curve =
+                NurbsCurve::fromControlPoints(static_cast<int>(degree), controls, knots,
+                                              rational ? weights : std::vector<double>{}, periodic);
         if (!curve && fits.size() >= 2)
             curve = NurbsCurve::throughFitPoints(fits, startTangent, endTangent, false);
         if (curve)
@@ -303,7 +304,8 @@ private:
             if (!kept.empty() && kept.back().x == p.x && kept.back().y == p.y) continue;
             kept.push_back(p);
         }
-        while (kept.size() > 1 && kept.back().x == kept.front().x && kept.back().y == kept.front().y)
+        while (kept.size() > 1 && kept.back().x == kept.front().x &&
+               kept.back().y == kept.front().y)
             kept.pop_back();
         points = std::move(kept);
     }
@@ -348,7 +350,8 @@ private:
             line.base = cursor_.point(43, 44);
             line.offset = cursor_.point(45, 46);
             const long dashes = cursor_.count(79);
-            for (long d = 0; d < dashes && cursor_.ok(); ++d) line.dashes.push_back(cursor_.number(49));
+            for (long d = 0; d < dashes && cursor_.ok(); ++d)
+                line.dashes.push_back(cursor_.number(49));
             lines.push_back(std::move(line));
         }
         if (cursor_.ok()) {

@@ -89,7 +89,7 @@ HatchGeometry hatchGeometry(const db::Hatch& hatch, double tolerance, std::size_
     for (std::size_t i : takingPart(definition)) {
         const Polyline2d& loop = definition.loops[i].points;
         if (loop.size() < 2) continue;
-        parts.push_back(&loop);
+        if (loop.size() >= 3) parts.push_back(&loop);  // two points enclose nothing to hatch
         Polyline2d placed;
         placed.reserve(loop.size());
         for (const ge::Point2d& p : loop) placed.push_back(world(p));

@@ -11,9 +11,9 @@
 namespace cad::gs {
 
 struct HatchGeometry {
-    bool solid = false;                 // fill `loops` (odd-even)
-    std::vector<Polyline2d> loops;      // boundary loops, world x/y, closed implicitly
-    std::vector<Segment2d> segments;    // pattern dashes, world x/y, already clipped
+    bool solid = false;               // fill `loops` (odd-even)
+    std::vector<Polyline2d> loops;    // boundary loops, world x/y, closed implicitly
+    std::vector<Segment2d> segments;  // pattern dashes, world x/y, already clipped
 };
 
 // Curves are flattened within `tolerance`. A pattern that would need more than `maxSegments`

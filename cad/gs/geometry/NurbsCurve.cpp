@@ -146,8 +146,7 @@ std::optional<NurbsCurve> NurbsCurve::throughFitPoints(std::vector<ge::Point3d> 
         start = end = q[1] - q[n - 1];  // one direction through the join
     }
     if (start.isZeroLength()) start = n >= 2 ? estimatedTangent(q, 0) : q[1] - q[0];
-    if (end.isZeroLength())
-        end = n >= 2 ? estimatedTangent(q, static_cast<long>(n)) : q[1] - q[0];
+    if (end.isZeroLength()) end = n >= 2 ? estimatedTangent(q, static_cast<long>(n)) : q[1] - q[0];
     if (start.isZeroLength()) start = q[1] - q[0];
     if (end.isZeroLength()) end = q[n] - q[n - 1];
     // Parameters run over [0, 1], so a derivative of the total length moves at about the
@@ -253,11 +252,12 @@ std::vector<ge::Point3d> NurbsCurve::flatten(double tolerance, std::size_t maxPo
     out.push_back(pointAt(a));
     for (std::size_t s = 0; s < spans; ++s) {
         for (std::size_t piece = 0; piece < kPiecesPerSpan; ++piece) {
-            const double t0 = breaks[s] + (breaks[s + 1] - breaks[s]) * double(piece) / kPiecesPerSpan;
-            const double t1 = piece + 1 == kPiecesPerSpan
-                                  ? breaks[s + 1]
-                                  : breaks[s] + (breaks[s + 1] - breaks[s]) * double(piece + 1) /
-                                                    kPiecesPerSpan;
+            const double t0 =
+                breaks[s] + (breaks[s + 1] - breaks[s]) * double(piece) / kPiecesPerSpan;
+            const double t1 =
+                piece + 1 == kPiecesPerSpan
+                    ? breaks[s + 1]
+                    : breaks[s] + (breaks[s + 1] - breaks[s]) * double(piece + 1) / kPiecesPerSpan;
             const ge::Point3d from = out.back();  // out grows below
             refine(t0, from, t1, pointAt(t1), pointAt((t0 + t1) / 2.0), tolerance, 0, maxPoints,
                    out);
@@ -267,16 +267,15 @@ std::vector<ge::Point3d> NurbsCurve::flatten(double tolerance, std::size_t maxPo
 }
 
 void NurbsCurve::refine(double t0, const ge::Point3d& p0, double t1, const ge::Point3d& p1,
-                        const ge::Point3d& pm, double tolerance, int depth,
-                        std::size_t maxPoints, std::vector<ge::Point3d>& out) const {
+                        const ge::Point3d& pm, double tolerance, int depth, std::size_t maxPoints,
+                        std::vector<ge::Point3d>& out) const {
     if (depth < kMaxDepth && out.size() < maxPoints) {
         // The middle and both quarter points must lie near the chord: one probe alone misses
         // a piece that crosses its chord at the middle.
         const double tm = (t0 + t1) / 2.0;
         const ge::Point3d q1 = pointAt((t0 + tm) / 2.0);
         const ge::Point3d q3 = pointAt((tm + t1) / 2.0);
-        const double error = std::max({distanceToSegment(pm, p0, p1),
-                                       distanceToSegment(q1, p0, p1),
+        const double error = std::max({distanceToSegment(pm, p0, p1), distanceToSegment(q1, p0, p1),
                                        distanceToSegment(q3, p0, p1)});
         if (error > tolerance) {
             refine(t0, p0, tm, pm, q1, tolerance, depth + 1, maxPoints, out);

@@ -34,8 +34,7 @@ public:
     // with one tangent at the join. Nothing when fewer than two distinct points remain.
     static std::optional<NurbsCurve> throughFitPoints(std::vector<ge::Point3d> points,
                                                       const ge::Vector3d& startTangent,
-                                                      const ge::Vector3d& endTangent,
-                                                      bool closed);
+                                                      const ge::Vector3d& endTangent, bool closed);
 
     int degree() const { return degree_; }
     double startParam() const { return knots_[static_cast<std::size_t>(degree_)]; }

@@ -13,7 +13,9 @@ namespace {
 
 constexpr double kDegree = std::numbers::pi / 180.0;
 
-double dot(const ge::Point2d& a, const ge::Point2d& b) { return a.x * b.x + a.y * b.y; }
+double dot(const ge::Point2d& a, const ge::Point2d& b) {
+    return a.x * b.x + a.y * b.y;
+}
 
 // A boundary edge in the frame of one family: n across the lines, t along them.
 struct Edge {
@@ -85,13 +87,14 @@ public:
 private:
     void add(double across, double from, double to) {
         const Family& f = family_;
-        out_.push_back({{f.direction.x * from + f.normal.x * across,
-                         f.direction.y * from + f.normal.y * across},
-                        {f.direction.x * to + f.normal.x * across,
-                         f.direction.y * to + f.normal.y * across}});
+        out_.push_back(
+            {{f.direction.x * from + f.normal.x * across,
+              f.direction.y * from + f.normal.y * across},
+             {f.direction.x * to + f.normal.x * across, f.direction.y * to + f.normal.y * across}});
     }
 
     bool addDashes(double across, double origin, double from, double to) {
+        if (!(from < to)) return true;  // a line grazing a vertex
         double period = 0.0;
         for (double dash : line_.dashes) period += std::abs(dash);
         if (line_.dashes.empty() || !(period > 0.0)) {
@@ -147,8 +150,8 @@ std::vector<Segment2d> patternSegments(const std::vector<HatchDefinition::Patter
             maxY = std::max(maxY, p.y);
         }
     if (lines.empty() || !(minX <= maxX && minY <= maxY)) return {};
-    const double size = std::max({maxX - minX, maxY - minY, std::abs(minX), std::abs(maxX),
-                                  std::abs(minY), std::abs(maxY)});
+    const double size = std::max(
+        {maxX - minX, maxY - minY, std::abs(minX), std::abs(maxX), std::abs(minY), std::abs(maxY)});
 
     // Every family's line count first: a pattern far too dense for its boundary is refused
     // before a single line is cut.
