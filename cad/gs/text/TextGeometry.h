@@ -1,0 +1,39 @@
+// Texts as filled outlines for the drawing view: TEXT, ATTRIB and ATTDEF (one line placed by
+// its alignment) and MTEXT (formatted paragraphs in a box placed by its attachment point).
+#pragma once
+
+#include <QPainterPath>
+#include <QPointF>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace cad::db {
+class MText;
+class Text;
+}  // namespace cad::db
+
+namespace cad::gs {
+
+struct TextPiece {
+    QPainterPath outline;                   // filled, in the entity's block coordinates (drawing units)
+    std::optional<int> colorIndex;          // an inline colour code: 0 BYBLOCK, 256 BYLAYER, 1..255
+    std::optional<std::int32_t> trueColor;  // an inline true colour, 0xRRGGBB
+};
+
+struct TextGeometry {
+    double height = 0.0;          // the text height in drawing units (the renderer draws the box below ~3 px)
+    std::array<QPointF, 4> box;   // the text's box corners in block coordinates (rotated as the text is)
+    std::vector<TextPiece> pieces;
+};
+
+// A text that cannot be drawn (no characters, a height that is not a positive finite number,
+// coordinates beyond any drawing) answers no pieces, height 0 and a box of NaN corners, which
+// widen no bounds. At most kMaxTextCharacters characters are drawn; the rest is left out.
+inline constexpr std::size_t kMaxTextCharacters = 4096;
+
+TextGeometry textGeometry(const db::Text& text);     // TEXT, and ATTRIB / ATTDEF (subclasses of db::Text)
+TextGeometry mtextGeometry(const db::MText& mtext);
+
+}  // namespace cad::gs
