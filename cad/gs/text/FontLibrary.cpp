@@ -244,7 +244,7 @@ int FontLibrary::fileFace(const std::string& stem, const std::string& file, bool
     switch (kind) {
         case Kind::Serif: return genericFace(Generic::Serif, nameBold, nameItalic, myeongjo);
         case Kind::Mono: return genericFace(Generic::Mono, nameBold, nameItalic, myeongjo);
-        case Kind::KoreanGothic: return koreanFace(myeongjo);
+        case Kind::KoreanGothic: return koreanFace(false);
         case Kind::KoreanMyeongjo: return koreanFace(true);
         default: return genericFace(Generic::Sans, nameBold, nameItalic, myeongjo);
     }
@@ -310,7 +310,7 @@ int FontLibrary::inlineFace(std::string_view name, bool bold, bool italic, int b
             switch (kindOf(key).first) {
                 case Kind::Serif: face = genericFace(Generic::Serif, bold, italic, myeongjo); break;
                 case Kind::Mono: face = genericFace(Generic::Mono, bold, italic, myeongjo); break;
-                case Kind::KoreanGothic: face = koreanFace(myeongjo); break;
+                case Kind::KoreanGothic: face = koreanFace(false); break;
                 case Kind::KoreanMyeongjo: face = koreanFace(true); break;
                 default: face = genericFace(Generic::Sans, bold, italic, myeongjo); break;
             }
