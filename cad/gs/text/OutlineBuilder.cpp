@@ -60,6 +60,15 @@ std::vector<TextPiece> OutlineBuilder::pieces(const QTransform& toBlock) const {
         TextPiece glyphs, rules;
         glyphs.outline.setFillRule(Qt::WindingFill);
         rules.outline.setFillRule(Qt::WindingFill);
+        // Sized once: a display list keeps every text's outline, and a path grown by doubling
+        // holds up to twice what it needs.
+        int elements = 0, quads = 0;
+        for (const PlacedGlyph& glyph : glyphs_)
+            if (glyph.color == color) elements += glyph.outline->elementCount();
+        for (const Quad& quad : quads_)
+            if (quad.color == color) ++quads;
+        if (elements > 0) glyphs.outline.reserve(elements);
+        if (quads > 0) rules.outline.reserve(5 * quads);
         for (const PlacedGlyph& glyph : glyphs_)
             if (glyph.color == color) appendMapped(glyphs.outline, *glyph.outline, glyph.toText * toBlock);
         for (const Quad& quad : quads_) {
