@@ -10,6 +10,7 @@
 #include "cad/db/dxf/DxfFile.h"
 #include "cad/db/dxf/StructureLoader.h"
 #include "cad/sys/AtomicFile.h"
+#include "cad/sys/FileError.h"
 #include "cad/sys/MappedFile.h"
 
 namespace cad::db {
@@ -83,10 +84,12 @@ void Database::replaceContent(Database& other) {
 
 ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
     saveMessages_.clear();
+    // The message is the system's reason with the file's name: a full disk, a read-only
+    // folder and a file another user owns each need a different answer from the user.
     sys::AtomicFile file;
-    if (file.open(path) != ErrorStatus::eOk) {
-        lastErrorMessage_ = path + ": the file cannot be created there";
-        return ErrorStatus::eFileAccessErr;
+    if (ErrorStatus es = file.open(path); es != ErrorStatus::eOk) {
+        lastErrorMessage_ = sys::lastFileError().text;
+        return es == ErrorStatus::eFileWriteError ? es : ErrorStatus::eFileAccessErr;
     }
     // The text goes to the temporary piece by piece as it is made, so a large drawing is never
     // held whole; a write that fails is remembered and reported by commit().
@@ -100,8 +103,7 @@ ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
         return es;
     }
     if (file.commit() != ErrorStatus::eOk) {
-        file.discard();
-        lastErrorMessage_ = path + ": the file could not be written";
+        lastErrorMessage_ = sys::lastFileError().text;
         return ErrorStatus::eFileWriteError;
     }
     fileName_ = path;

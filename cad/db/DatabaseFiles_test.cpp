@@ -7,8 +7,10 @@
 
 #include "cad/db/Line.h"
 #include "cad/db/TestDrawing.h"
+#include "cad/sys/FileError.h"
 #include "cad/sys/SharedFile.h"
 #include "cad/sys/TestTempFolder.h"
+#include "cad/sys/WriteFaults.h"
 
 namespace cad::db {
 namespace {
@@ -108,6 +110,34 @@ TEST_F(DatabaseFiles, AFailedSaveLeavesTheOldFile) {
         EXPECT_FALSE(entry.path().filename().string().starts_with("."))
             << "no temporary is left behind: " << entry.path();
     }
+}
+
+// Each step of the save (the temporary made, every write, the sync, the close, the rename)
+// failed in turn, as a full disk or a read-only server would fail it.
+TEST_F(DatabaseFiles, AFailedWriteNamesTheFileAndTheSystemsReason) {
+    const std::string path = saved("kept.dxf");
+    const std::string before = folder_.readBytes("kept.dxf");
+    Database db(true);
+    addLine(db);
+
+    sys::WriteFaults::reset();
+    ASSERT_EQ(db.saveAs(folder_.file("count.dxf")), ErrorStatus::eOk);
+    const int steps = sys::WriteFaults::stepsSeen();
+    ASSERT_GE(steps, 5) << "the temporary, a write, the sync, the close and the rename";
+    std::filesystem::remove(folder_.file("count.dxf"));
+
+    for (int step = 0; step < steps; ++step) {
+        sys::WriteFaults::failStep(step, ENOSPC);
+        EXPECT_NE(db.saveAs(path), ErrorStatus::eOk) << "step " << step;
+        EXPECT_EQ(db.lastErrorMessage(), "cannot write " + path + ": No space left on device")
+            << "step " << step;
+        EXPECT_EQ(folder_.readBytes("kept.dxf"), before) << "step " << step;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()),
+                                std::filesystem::directory_iterator()),
+                  1)
+            << "step " << step << ": nothing left beside the drawing";
+    }
+    sys::WriteFaults::reset();
 }
 
 TEST_F(DatabaseFiles, SaveKeepsTheNameAndAnR14FileStaysR14) {

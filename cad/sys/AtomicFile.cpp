@@ -11,7 +11,9 @@
 #include <filesystem>
 #include <utility>
 
+#include "cad/sys/FileError.h"
 #include "cad/sys/FileSystem.h"
+#include "cad/sys/WriteFaults.h"
 
 namespace cad::sys {
 
@@ -44,7 +46,8 @@ AtomicFile::AtomicFile(AtomicFile&& other) noexcept
       target_(std::move(other.target_)),
       temporary_(std::move(other.temporary_)),
       buffer_(std::move(other.buffer_)),
-      writeStatus_(std::exchange(other.writeStatus_, ErrorStatus::eOk)) {}
+      writeStatus_(std::exchange(other.writeStatus_, ErrorStatus::eOk)),
+      osError_(std::exchange(other.osError_, 0)) {}
 
 AtomicFile& AtomicFile::operator=(AtomicFile&& other) noexcept {
     if (this != &other) {
@@ -54,6 +57,7 @@ AtomicFile& AtomicFile::operator=(AtomicFile&& other) noexcept {
         temporary_ = std::move(other.temporary_);
         buffer_ = std::move(other.buffer_);
         writeStatus_ = std::exchange(other.writeStatus_, ErrorStatus::eOk);
+        osError_ = std::exchange(other.osError_, 0);
     }
     return *this;
 }
@@ -69,25 +73,38 @@ ErrorStatus AtomicFile::open(const std::string& targetPath) {
         fs::path real = fs::canonical(target, error);
         if (!error) target = real;
     }
-    if (folderExists(target.string())) return ErrorStatus::eFileAccessErr;
+    target_ = target.string();
+    osError_ = 0;
+    if (folderExists(target_)) return failed(EISDIR);
     fs::path folder = target.parent_path();
     if (folder.empty()) folder = ".";
 
     for (unsigned attempt = 0; attempt < 100; ++attempt) {
         fs::path candidate = folder / temporaryName(target.filename().string());
         // Created with the ordinary mode so the umask applies as for any new file.
-        int fd = ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        int fd = WriteFaults::run([&] {
+            return ::open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        });
         if (fd >= 0) {
             fd_ = fd;
-            target_ = target.string();
             temporary_ = candidate.string();
             buffer_.clear();
             writeStatus_ = ErrorStatus::eOk;
             return ErrorStatus::eOk;
         }
-        if (errno != EEXIST) return errorStatusFromErrno(errno);
+        if (errno != EEXIST) return failed(errno);
     }
-    return ErrorStatus::eFileAccessErr;
+    return failed(EEXIST);
+}
+
+// Remembers the first failure and tells the user's side which file and why; the status is
+// what the folder's refusal or the device's failure means to a caller.
+ErrorStatus AtomicFile::failed(int osError) {
+    if (osError_ == 0) {
+        osError_ = osError;
+        setFileError("write", target_, osError);
+    }
+    return osError == EISDIR ? ErrorStatus::eFileAccessErr : errorStatusFromErrno(osError);
 }
 
 ErrorStatus AtomicFile::write(std::string_view bytes) {
@@ -112,10 +129,12 @@ ErrorStatus AtomicFile::flushBuffer() {
 ErrorStatus AtomicFile::writeDirect(std::string_view bytes) {
     std::size_t done = 0;
     while (done < bytes.size() && writeStatus_ == ErrorStatus::eOk) {
-        ssize_t written = ::write(fd_, bytes.data() + done, bytes.size() - done);
+        ssize_t written = WriteFaults::run(
+            [&] { return ::write(fd_, bytes.data() + done, bytes.size() - done); });
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) {
-            writeStatus_ = ErrorStatus::eFileWriteError;
+            // A write that takes nothing without an error is a full device all the same.
+            writeStatus_ = failed(written < 0 ? errno : ENOSPC);
             break;
         }
         done += static_cast<std::size_t>(written);
@@ -130,17 +149,21 @@ ErrorStatus AtomicFile::commit() {
     struct stat old {};
     if (status == ErrorStatus::eOk && ::stat(target_.c_str(), &old) == 0 &&
         ::fchmod(fd_, old.st_mode & 07777) != 0) {
-        status = errorStatusFromErrno(errno);
+        status = failed(errno);
     }
     // Without the sync a crash soon after the rename can leave an empty file under the
     // target's name on file systems that order metadata before data.
-    if (status == ErrorStatus::eOk && ::fsync(fd_) != 0) status = ErrorStatus::eFileWriteError;
+    if (status == ErrorStatus::eOk && WriteFaults::run([&] { return ::fsync(fd_); }) != 0)
+        status = failed(errno);
     int fd = std::exchange(fd_, -1);
-    if (::close(fd) != 0 && status == ErrorStatus::eOk) {
-        status = ErrorStatus::eFileWriteError;
+    // Network file systems may report a failed write only when the file is closed.
+    const int closed = ::close(fd);
+    if (WriteFaults::run([closed] { return closed; }) != 0 && status == ErrorStatus::eOk) {
+        status = failed(errno);
     }
-    if (status == ErrorStatus::eOk && ::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        status = errorStatusFromErrno(errno);
+    if (status == ErrorStatus::eOk &&
+        WriteFaults::run([&] { return ::rename(temporary_.c_str(), target_.c_str()); }) != 0) {
+        status = failed(errno);
     }
     if (status != ErrorStatus::eOk) {
         ::unlink(temporary_.c_str());

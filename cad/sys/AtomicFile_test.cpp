@@ -7,7 +7,10 @@
 
 #include <filesystem>
 
+#include "cad/sys/CrtFile.h"
+#include "cad/sys/FileError.h"
 #include "cad/sys/TestTempFolder.h"
+#include "cad/sys/WriteFaults.h"
 
 namespace cad::sys {
 namespace {
@@ -115,6 +118,81 @@ TEST(AtomicFileTest, OpenRefusals) {
     EXPECT_FALSE(file.isOpen());
     ASSERT_EQ(file.open(folder.file("a.dat")), ErrorStatus::eOk);
     EXPECT_EQ(file.open(folder.file("b.dat")), ErrorStatus::eInvalidOpenState);
+}
+
+// A save through each writer: the atomic file, and the C-runtime stream replacing a file (as
+// the list files and tree caches are written). Large enough for several writes.
+struct SaveRow {
+    const char* name;
+    bool (*save)(const std::string& path, const std::string& bytes);
+};
+
+bool saveAtomic(const std::string& path, const std::string& bytes) {
+    AtomicFile file;
+    if (file.open(path) != ErrorStatus::eOk) return false;
+    file.write(bytes.substr(0, 10));
+    file.write(bytes.substr(10));
+    return file.commit() == ErrorStatus::eOk;
+}
+
+bool saveReplacing(const std::string& path, const std::string& bytes) {
+    CrtFile file;
+    if (file.openReplacing(path, "wb") != ErrorStatus::eOk) return false;
+    file.write(bytes.data(), bytes.size());
+    return file.close() == ErrorStatus::eOk;
+}
+
+class FailedSave : public testing::TestWithParam<SaveRow> {
+protected:
+    void TearDown() override { WriteFaults::reset(); }
+};
+
+// Every step of a save (making the temporary, each write, the sync, the close, the rename)
+// failed in turn: the old file stays, nothing else is left, and the message names the file
+// and the system's reason.
+TEST_P(FailedSave, LeavesTheOldFileAndSaysWhy) {
+    TestTempFolder folder;
+    const std::string path = folder.file("UBList0.dat");
+    const std::string bytes(300 * 1024, 'n');
+    folder.writeBytes("UBList0.dat", "old");
+
+    WriteFaults::reset();
+    ASSERT_TRUE(GetParam().save(path, bytes));
+    const int steps = WriteFaults::stepsSeen();
+    ASSERT_GE(steps, 5) << "open, writes, sync, close and rename are each a step";
+    folder.writeBytes("UBList0.dat", "old");
+
+    for (int step = 0; step < steps; ++step) {
+        for (int error : {ENOSPC, EACCES}) {
+            clearFileError();
+            WriteFaults::failStep(step, error);
+            EXPECT_FALSE(GetParam().save(path, bytes)) << "step " << step;
+            EXPECT_EQ(folder.readBytes("UBList0.dat"), "old") << "step " << step;
+            EXPECT_EQ(entriesIn(folder.path()), 1) << "step " << step;
+            EXPECT_EQ(lastFileError().path, path) << "step " << step;
+            EXPECT_EQ(lastFileError().osError, error) << "step " << step;
+            EXPECT_EQ(lastFileError().text, "cannot write " + path + ": " + osErrorText(error))
+                << "step " << step;
+        }
+    }
+    EXPECT_EQ(osErrorText(ENOSPC), "No space left on device");
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, FailedSave,
+                         testing::Values(SaveRow{"atomic_file", saveAtomic},
+                                         SaveRow{"replacing_stream", saveReplacing}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(AtomicFileTest, AReadOnlyFolderIsNamedWithTheReason) {
+    if (::geteuid() == 0) GTEST_SKIP() << "permissions do not stop the superuser";
+    TestTempFolder folder;
+    fs::create_directory(folder.path() / "ro");
+    ::chmod((folder.path() / "ro").c_str(), 0555);
+    AtomicFile file;
+    EXPECT_EQ(file.open(folder.file("ro/a.dxf")), ErrorStatus::eFileAccessErr);
+    EXPECT_EQ(lastFileError().text,
+              "cannot write " + folder.file("ro/a.dxf") + ": Permission denied");
+    ::chmod((folder.path() / "ro").c_str(), 0755);
 }
 
 }  // namespace

@@ -10,7 +10,9 @@
 #include <cstring>
 #include <utility>
 
+#include "cad/sys/FileError.h"
 #include "cad/sys/FileSystem.h"
+#include "cad/sys/WriteFaults.h"
 
 namespace cad::sys {
 
@@ -57,6 +59,8 @@ CrtFile::~CrtFile() {
 
 CrtFile::CrtFile(CrtFile&& other) noexcept
     : fd_(std::exchange(other.fd_, -1)),
+      replacing_(std::move(other.replacing_)),
+      path_(std::move(other.path_)),
       text_(other.text_),
       writing_(other.writing_),
       ended_(other.ended_),
@@ -69,6 +73,8 @@ CrtFile& CrtFile::operator=(CrtFile&& other) noexcept {
     if (this != &other) {
         if (isOpen()) close();
         fd_ = std::exchange(other.fd_, -1);
+        replacing_ = std::move(other.replacing_);
+        path_ = std::move(other.path_);
         text_ = other.text_;
         writing_ = other.writing_;
         ended_ = other.ended_;
@@ -85,8 +91,14 @@ ErrorStatus CrtFile::open(const std::string& path, std::string_view modeText) {
     Mode mode;
     if (!parseMode(modeText, mode)) return ErrorStatus::eInvalidInput;
 
-    int fd = ::open(path.c_str(), mode.flags | O_CLOEXEC, 0666);
-    if (fd < 0) return errorStatusFromErrno(errno);
+    int fd =
+        mode.writing
+            ? WriteFaults::run([&] { return ::open(path.c_str(), mode.flags | O_CLOEXEC, 0666); })
+            : ::open(path.c_str(), mode.flags | O_CLOEXEC, 0666);
+    if (fd < 0) {
+        if (mode.writing) setFileError("write", path, errno);
+        return errorStatusFromErrno(errno);
+    }
     // Linux lets a folder be opened for reading; the C runtime refuses it.
     struct stat info {};
     if (::fstat(fd, &info) != 0 || S_ISDIR(info.st_mode)) {
@@ -95,25 +107,50 @@ ErrorStatus CrtFile::open(const std::string& path, std::string_view modeText) {
     }
 
     fd_ = fd;
-    text_ = mode.text;
-    writing_ = mode.writing;
+    start(path, mode.text, mode.writing);
+    return ErrorStatus::eOk;
+}
+
+ErrorStatus CrtFile::openReplacing(const std::string& path, std::string_view modeText) {
+    if (isOpen()) return ErrorStatus::eInvalidOpenState;
+    Mode mode;
+    if (!parseMode(modeText, mode) || modeText[0] != 'w') return ErrorStatus::eInvalidInput;
+    if (ErrorStatus es = replacing_.open(path); es != ErrorStatus::eOk) return es;
+    start(path, mode.text, true);
+    return ErrorStatus::eOk;
+}
+
+void CrtFile::start(const std::string& path, bool text, bool writing) {
+    path_ = path;
+    text_ = text;
+    writing_ = writing;
     ended_ = false;
     failed_ = false;
     buffer_.resize(kBufferSize);
     pos_ = 0;
     end_ = 0;
-    return ErrorStatus::eOk;
 }
 
 void CrtFile::flush() {
+    if (replacing_.isOpen()) {
+        if (!failed_ && end_ > 0) {
+            failed_ = replacing_.write(std::string_view(
+                          reinterpret_cast<const char*>(buffer_.data()), end_)) != ErrorStatus::eOk;
+        }
+        end_ = 0;
+        return;
+    }
     std::size_t done = 0;
     while (done < end_ && !failed_) {
-        ssize_t written = ::write(fd_, buffer_.data() + done, end_ - done);
+        ssize_t written =
+            WriteFaults::run([&] { return ::write(fd_, buffer_.data() + done, end_ - done); });
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0)
+        if (written <= 0) {
             failed_ = true;
-        else
+            setFileError("write", path_, written < 0 ? errno : ENOSPC);
+        } else {
             done += static_cast<std::size_t>(written);
+        }
     }
     end_ = 0;
 }
@@ -223,11 +260,23 @@ bool CrtFile::atEnd() {
 ErrorStatus CrtFile::close() {
     if (!isOpen()) return ErrorStatus::eInvalidOpenState;
     if (writing_) flush();
-    // Network file systems may report a failed write only when the file is closed.
-    bool closeFailed = ::close(std::exchange(fd_, -1)) != 0 && writing_;
     ErrorStatus status = ErrorStatus::eOk;
-    if (failed_ || closeFailed) {
-        status = writing_ ? ErrorStatus::eFileWriteError : ErrorStatus::eFileReadError;
+    if (replacing_.isOpen()) {
+        // The old file stays unless every byte reached the new one.
+        if (failed_) {
+            replacing_.discard();
+            status = ErrorStatus::eFileWriteError;
+        } else if (replacing_.commit() != ErrorStatus::eOk) {
+            status = ErrorStatus::eFileWriteError;
+        }
+    } else {
+        // Network file systems may report a failed write only when the file is closed.
+        const int closed = ::close(std::exchange(fd_, -1));
+        const bool closeFailed = writing_ && WriteFaults::run([closed] { return closed; }) != 0;
+        if (closeFailed) setFileError("write", path_, errno);
+        if (failed_ || closeFailed) {
+            status = writing_ ? ErrorStatus::eFileWriteError : ErrorStatus::eFileReadError;
+        }
     }
     buffer_.clear();
     buffer_.shrink_to_fit();

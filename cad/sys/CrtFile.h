@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cad/sys/AtomicFile.h"
 #include "cad/sys/ErrorStatus.h"
 
 namespace cad::sys {
@@ -32,6 +33,11 @@ public:
     // (permissions, a folder), eInvalidInput for a mode not listed above, eInvalidOpenState
     // when this stream is already open.
     ErrorStatus open(const std::string& path, std::string_view mode);
+    // Opens to write ("w", "wb", "wt") a new content for the file at `path` that replaces it
+    // only when close() finds every write done: until then, and after any failure, the old
+    // file stays as it was. A failure names the file and the system's reason in
+    // lastFileError().
+    ErrorStatus openReplacing(const std::string& path, std::string_view mode);
 
     // The number of the caller's bytes taken; less than size only after a failure.
     std::size_t write(const void* data, std::size_t size);
@@ -45,17 +51,21 @@ public:
     // True when a read would deliver nothing more (always so for a stream opened to write).
     bool atEnd();
     // Flushes and closes; eFileWriteError when any write failed, eFileReadError after a read
-    // failure of the device (the end of the data is not a failure).
+    // failure of the device (the end of the data is not a failure). A replacing stream puts
+    // its content in place here, or drops it and reports the save's failure.
     ErrorStatus close();
 
-    bool isOpen() const { return fd_ >= 0; }
+    bool isOpen() const { return fd_ >= 0 || replacing_.isOpen(); }
     bool isTextMode() const { return text_; }
 
 private:
+    void start(const std::string& path, bool text, bool writing);
     bool fill();
     void flush();
 
     int fd_ = -1;
+    AtomicFile replacing_;  // open instead of fd_ for a replacing stream
+    std::string path_;
     bool text_ = false;
     bool writing_ = false;
     bool ended_ = false;  // the end of the file or a failure was met; reading stops there
