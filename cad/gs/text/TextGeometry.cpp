@@ -11,6 +11,7 @@
 #include <numbers>
 #include <string>
 
+#include "cad/db/AttributeDefinition.h"
 #include "cad/db/MText.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Text.h"
@@ -179,7 +180,12 @@ TextGeometry textGeometry(const db::Text& text) {
     if (!usable(height) || !finite(text.position()) || !std::isfinite(text.rotation()))
         return undrawable();
 
-    const DecodedText decoded = decodeTextCodes(text.textString(), kMaxTextCharacters);
+    // A block looked at on its own shows an attribute definition by its tag; a constant one
+    // has no values to come and shows its text.
+    const std::string* string = &text.textString();
+    if (auto definition = dynamic_cast<const db::AttributeDefinition*>(&text); definition && !definition->isConstant())
+        string = &definition->tag();
+    const DecodedText decoded = decodeTextCodes(*string, kMaxTextCharacters);
     if (decoded.chars.empty()) return undrawable();
 
     FontLibrary& fonts = FontLibrary::instance();

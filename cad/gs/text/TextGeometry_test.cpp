@@ -10,6 +10,7 @@
 #include <numbers>
 #include <string>
 
+#include "cad/db/AttributeDefinition.h"
 #include "cad/db/MText.h"
 #include "cad/db/TestDrawing.h"
 #include "cad/db/Text.h"
@@ -193,6 +194,16 @@ TEST(TextGeometry, KoreanTextIsDrawnWithAHangulFont) {
         EXPECT_GT(ink.height(), 3.0 * 0.9);
         EXPECT_GT(g.pieces[0].outline.elementCount(), 100);
     }
+}
+
+TEST(TextGeometry, AttributeDefinitionShowsItsTag) {
+    db::AttributeDefinition definition({0, 0, 0}, "1", "PART-NUMBER", "Part number?");
+    definition.setHeight(1.0);
+    db::Text value({0, 0, 0}, "1", {}, 1.0);
+    db::Text tag({0, 0, 0}, "PART-NUMBER", {}, 1.0);
+    EXPECT_NEAR(textGeometry(definition).box[1].x(), textGeometry(tag).box[1].x(), kTol);
+    definition.setConstant(true);
+    EXPECT_NEAR(textGeometry(definition).box[1].x(), textGeometry(value).box[1].x(), kTol);
 }
 
 TEST(TextGeometry, UndrawableInput) {
