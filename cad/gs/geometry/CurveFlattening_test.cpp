@@ -231,6 +231,26 @@ db::ObjectId readSpline(db::Database& db, const std::string& body) {
     return ids.empty() ? db::ObjectId{} : ids.front();
 }
 
+// A closed fit-point spline comes back to its first point without a corner there.
+TEST(SplineFlattening, ClosedFitPointSplineJoinsSmoothly) {
+    db::Database db(false);
+    const db::ObjectId id = readSpline(db,
+                                       "70\n9\n71\n3\n11\n0\n21\n0\n31\n0\n11\n4\n21\n0\n31\n0\n"
+                                       "11\n4\n21\n4\n31\n0\n11\n0\n21\n4\n31\n0\n");
+    const auto spline = db::open<db::Spline>(id, db::OpenMode::ForRead);
+    ASSERT_TRUE(spline);
+    const auto points = flattenSpline(*spline, 1e-4);
+    ASSERT_GE(points.size(), 8u);
+    db::testing_support::expectPoint(points.front(), {0, 0, 0});
+    db::testing_support::expectPoint(points.back(), {0, 0, 0});
+    const ge::Vector3d leaving = (points[1] - points[0]).normal();
+    const ge::Vector3d arriving = (points.back() - points[points.size() - 2]).normal();
+    EXPECT_GT(leaving.dotProduct(arriving), 0.99);
+    for (const ge::Point3d& corner :
+         {ge::Point3d{4, 0, 0}, ge::Point3d{4, 4, 0}, ge::Point3d{0, 4, 0}})
+        EXPECT_LT(distanceToPolyline(corner, points), 1e-4);
+}
+
 struct DamagedRow {
     const char* name;
     const char* body;

@@ -272,8 +272,10 @@ private:
     }
 
     // The edges joined end to start. Edges are meant to follow one another, yet files turn
-    // single edges round; each is taken in the direction that meets the loop so far.
-    static Polyline2d chained(std::vector<Polyline2d>& pieces) {
+    // single edges round; each is taken in the direction that meets the loop so far. Where
+    // two ends meet within the tolerance (an arc's computed end and a line's stored one) the
+    // joint is one point, so no sliver of an edge is left for pattern lines to cross.
+    Polyline2d chained(std::vector<Polyline2d>& pieces) const {
         Polyline2d loop;
         for (std::size_t i = 0; i < pieces.size(); ++i) {
             Polyline2d& piece = pieces[i];
@@ -291,21 +293,23 @@ private:
             }
             if (loop.back().distanceTo(piece.back()) < loop.back().distanceTo(piece.front()))
                 std::reverse(piece.begin(), piece.end());
-            loop.insert(loop.end(), piece.begin(), piece.end());
+            const bool joined = loop.back().distanceTo(piece.front()) <= joinGap();
+            loop.insert(loop.end(), piece.begin() + (joined ? 1 : 0), piece.end());
         }
         return loop;
     }
 
+    double joinGap() const { return tolerance_ > 0.0 ? tolerance_ : 0.0; }
+
     // No repeated points, no closing point, nothing that is not finite.
-    static void tidy(Polyline2d& points) {
+    void tidy(Polyline2d& points) const {
         Polyline2d kept;
         for (const ge::Point2d& p : points) {
             if (!std::isfinite(p.x) || !std::isfinite(p.y)) continue;
             if (!kept.empty() && kept.back().x == p.x && kept.back().y == p.y) continue;
             kept.push_back(p);
         }
-        while (kept.size() > 1 && kept.back().x == kept.front().x &&
-               kept.back().y == kept.front().y)
+        while (kept.size() > 1 && kept.back().distanceTo(kept.front()) <= joinGap())
             kept.pop_back();
         points = std::move(kept);
     }
