@@ -301,8 +301,7 @@ INSTANTIATE_TEST_SUITE_P(
             kPolygon, true},
         DamagedRow{"bad_controls_good_fits", "70\n8\n71\n3\n40\n0\n" CONTROLS FITS, kFits, false},
         DamagedRow{"fits_only", "70\n8\n71\n3\n" FITS, kFits, false},
-        DamagedRow{"one_fit_point", "70\n8\n71\n3\n11\n5\n21\n5\n31\n0\n", {{5, 5, 0}}, true},
-        DamagedRow{"nothing", "70\n8\n71\n3\n", {}, true}),
+        DamagedRow{"one_fit_point", "70\n8\n71\n3\n11\n5\n21\n5\n31\n0\n", {{5, 5, 0}}, true}),
     rowName);
 
 }  // namespace
