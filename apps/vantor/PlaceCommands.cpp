@@ -13,6 +13,7 @@
 #include "cad/db/Group.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/ed/Editor.h"
+#include "cad/sys/FileLock.h"
 #include "vantor/placement/InsertionInput.h"
 #include "vantor/placement/LinetypeFile.h"
 #include "vantor/placement/PartPlacement.h"
@@ -125,8 +126,11 @@ int runPlace(std::vector<std::string> args) {
         return failure("the record has no " + (view.empty() ? std::string("view") : view) +
                        " block");
 
-    // The target is made when it does not exist yet.
+    // The target is made when it does not exist yet. Its lock is held from before the read
+    // to the save: a part another program places meanwhile is read here, not overwritten.
     const std::string& target = args[3];
+    cad::sys::FileLock lock;
+    if (lock.acquire(target) != cad::ErrorStatus::eOk) return failure(lock.message());
     auto db = std::make_unique<cad::db::Database>(!std::filesystem::exists(target));
     if (std::filesystem::exists(target)) {
         if (cad::ErrorStatus es = db->readDwgFile(target); es != cad::ErrorStatus::eOk)
@@ -143,9 +147,7 @@ int runPlace(std::vector<std::string> args) {
                            ? "no block '" + request.blockName + "' in " + args[0]
                            : "placing failed (" + std::string(cad::errorStatusName(es)) + ")");
     }
-    if (cad::ErrorStatus es = db->saveAs(target); es != cad::ErrorStatus::eOk)
-        return failure("cannot save " + target + " (" + std::string(cad::errorStatusName(es)) +
-                       ")");
+    if (db->saveAs(target) != cad::ErrorStatus::eOk) return failure(db->lastErrorMessage());
 
     const cad::ge::Point3d& p = placed.basePoint;
     std::cout << "placed " << request.blockName << " at " << p.x << ',' << p.y << ',' << p.z << ": "

@@ -128,9 +128,8 @@ int runOptimise(std::vector<std::string> args) {
     RegistrySession session;
     if (!session.select(*position)) return kExitFailure;
     const int removed = session.registration().optimise();
-    if (removed > 0 && !session.windows().saveList())
-        return failure("could not write " + session.windows().listFile(*position));
-    session.printMessages();
+    // A list that could not be saved, or that another program held, was shown as an error.
+    if (session.printMessages()) return kExitFailure;
     std::cout << "removed " << removed << " inactive drawings\n";
     return kExitOk;
 }

@@ -7,6 +7,7 @@
 #include "apps/common/JsonWriter.h"
 #include "apps/vantor/CliCommand.h"
 #include "cad/app/ScriptedDialogs.h"
+#include "cad/sys/FileError.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ListFile.h"
 #include "vantor/registry/ManagementWindows.h"
@@ -56,7 +57,7 @@ public:
             case Outcome::Done:
                 return kExitOk;
             case Outcome::NotSaved:
-                return failure("could not write " + windows_.dataFolder().tabListFile());
+                return failure(cad::sys::lastFileError().text);
             case Outcome::Cancelled:
             case Outcome::Refused:
                 break;

@@ -251,6 +251,7 @@ public:
 };
 
 PrivateProfileBatch::PrivateProfileBatch(std::string path) : path_(std::move(path)) {
+    if (lock_.acquire(path_) != ErrorStatus::eOk) return;
     std::string bytes;
     if (readWholeFile(path_, bytes) != FileRead::Failed) lines_ = std::make_unique<Lines>(bytes);
 }
@@ -265,8 +266,11 @@ bool PrivateProfileBatch::set(std::string_view section, std::string_view key,
 bool PrivateProfileBatch::commit() {
     if (!lines_) return false;
     AtomicFile file;
-    return file.open(path_) == ErrorStatus::eOk &&
-           file.write(lines_->bytes()) == ErrorStatus::eOk && file.commit() == ErrorStatus::eOk;
+    const bool written = file.open(path_) == ErrorStatus::eOk &&
+                         file.write(lines_->bytes()) == ErrorStatus::eOk &&
+                         file.commit() == ErrorStatus::eOk;
+    lock_.release();
+    return written;
 }
 
 }  // namespace cad::sys

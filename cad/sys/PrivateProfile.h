@@ -22,6 +22,8 @@
 #include <string>
 #include <string_view>
 
+#include "cad/sys/FileLock.h"
+
 namespace cad::sys {
 
 // With a key: the key's value, cut to bufferSize - 1 bytes as stored on disk; a value longer
@@ -45,7 +47,10 @@ bool writePrivateProfileString(std::string_view section, std::string_view key,
 
 // Many keys of one file written in one rewrite: the file is read once, each set() follows the
 // rules of writePrivateProfileString, and commit() replaces the file atomically once. Writing
-// a settings file key by key rewrote it once per key.
+// a settings file key by key rewrote it once per key. The file's lock is held from the read
+// to the commit, so two programs saving their settings at once both keep every line the
+// other wrote; when another holds it past the wait, nothing is written (lastFileError()
+// says who holds it).
 class PrivateProfileBatch {
 public:
     explicit PrivateProfileBatch(std::string path);
@@ -61,6 +66,7 @@ public:
 private:
     class Lines;
     std::string path_;
+    FileLock lock_;
     std::unique_ptr<Lines> lines_;
 };
 

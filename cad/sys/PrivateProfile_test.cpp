@@ -3,10 +3,16 @@
 #include "cad/sys/PrivateProfile.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <tuple>
+#include <vector>
 
 #include "cad/sys/CodePage.h"
+#include "cad/sys/FileError.h"
+#include "cad/sys/FileLock.h"
 #include "cad/sys/TestTempFolder.h"
 
 namespace cad::sys {
@@ -203,6 +209,53 @@ TEST_F(ProfileFileTest, RefusedWritesLeaveTheFileAlone) {
     EXPECT_FALSE(writePrivateProfileString(" ", "Option", "1", ini()));
     EXPECT_EQ(temp_.readBytes("Vantor.ini"), kSettings);
     EXPECT_FALSE(writePrivateProfileString("OPTION", "Option", "1", temp_.file("no/Vantor.ini")));
+}
+
+// Programs saving the one settings file at the same moment: each keeps what the others wrote.
+TEST_F(ProfileFileTest, WritersInSeveralProcessesKeepEachOthersKeys) {
+    temp_.writeBytes("Vantor.ini", kSettings);
+    constexpr int kProcesses = 3;
+    constexpr int kKeys = 15;
+    std::vector<pid_t> children;
+    for (int p = 0; p < kProcesses; ++p) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            bool written = true;
+            for (int k = 0; k < kKeys; ++k) {
+                written =
+                    writePrivateProfileString("P" + std::to_string(p), "K" + std::to_string(k),
+                                              std::to_string(k), ini()) &&
+                    written;
+            }
+            ::_exit(written ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    for (pid_t child : children) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    }
+    for (int p = 0; p < kProcesses; ++p) {
+        for (int k = 0; k < kKeys; ++k) {
+            EXPECT_EQ(read("K" + std::to_string(k), "P" + std::to_string(p)), std::to_string(k))
+                << p << "/" << k;
+        }
+    }
+    EXPECT_EQ(read("Option"), "3073") << "the lines that were there stay";
+}
+
+TEST_F(ProfileFileTest, AHeldFileIsNotWrittenAndTheHolderIsNamed) {
+    temp_.writeBytes("Vantor.ini", kSettings);
+    FileLock holder;
+    ASSERT_EQ(holder.acquire(ini()), ErrorStatus::eOk);
+    const auto wait = FileLock::defaultWait();
+    FileLock::setDefaultWait(std::chrono::milliseconds(20));
+    EXPECT_FALSE(writePrivateProfileString("OPTION", "Option", "1", ini()));
+    FileLock::setDefaultWait(wait);
+    EXPECT_EQ(temp_.readBytes("Vantor.ini"), kSettings);
+    EXPECT_NE(lastFileError().text.find(ini() + " is being changed by"), std::string::npos)
+        << lastFileError().text;
 }
 
 }  // namespace

@@ -53,7 +53,7 @@ std::optional<std::vector<std::string>> ListFile::readAll(const std::string& pat
 
 bool ListFile::write(const std::string& path, const std::vector<std::string>& texts) {
     cad::sys::CrtFile file;
-    if (file.open(path, "w") != cad::ErrorStatus::eOk) return false;
+    if (file.openReplacing(path, "w") != cad::ErrorStatus::eOk) return false;
     bool written = file.writeInt32(static_cast<std::int32_t>(texts.size()));
     for (const std::string& text : texts) {
         written = written && cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(text));

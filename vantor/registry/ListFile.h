@@ -39,7 +39,9 @@ public:
     // Every text of the file in order, skipped entries left out and reading stopped where the
     // data ends or goes wrong; nullopt when the file does not open.
     static std::optional<std::vector<std::string>> readAll(const std::string& path);
-    // Truncates and writes count and texts; false when the file cannot be opened or written.
+    // Writes count and texts in place of the file, atomically: false, with the old file as
+    // it was and the reason in cad::sys::lastFileError(), when the new one cannot be
+    // written. Callers that read the file first hold its lock (cad::sys::FileLock).
     static bool write(const std::string& path, const std::vector<std::string>& texts);
     // True when the text's bytes on disk stay within kMaxTextBytes.
     static bool fits(std::string_view text);

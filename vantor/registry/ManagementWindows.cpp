@@ -1,9 +1,12 @@
 // Loading, saving, switching, adding, renaming and deleting management windows.
 #include "vantor/registry/ManagementWindows.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "cad/app/UserDialogs.h"
+#include "cad/sys/FileError.h"
 #include "cad/sys/FileSystem.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ListFile.h"
@@ -15,6 +18,7 @@ namespace vantor {
 namespace {
 
 constexpr const char* kBuildingList = "상태 : 리스트 형성 중...";
+constexpr const char* kInUseTitle = "파일 사용 중";
 
 // Divided first, then scaled and cut, so the last step shows less than 100 percent.
 std::string buildingListProgress(int done, int count) {
@@ -36,21 +40,63 @@ bool ManagementWindows::validPosition(int position) const {
     return position >= 0 && position < static_cast<int>(names_.size());
 }
 
+ManagementWindows::FileStamp ManagementWindows::stampOf(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return {};
+    return {info.st_dev, info.st_ino,
+            static_cast<std::int64_t>(info.st_mtim.tv_sec) * 1'000'000'000 + info.st_mtim.tv_nsec,
+            static_cast<std::int64_t>(info.st_size)};
+}
+
+void ManagementWindows::showRefusal(const cad::sys::FileLock& lock) {
+    dialogs_.messageBox(lock.message(), kInUseTitle, cad::app::MB_OK | cad::app::MB_ICONERROR);
+}
+
+bool ManagementWindows::lockTabList(cad::sys::FileLock& lock) {
+    dataFolder_.create();
+    if (lock.acquire(dataFolder_.tabListFile()) != cad::ErrorStatus::eOk) {
+        showRefusal(lock);
+        return false;
+    }
+    if (auto names = ListFile::readAll(dataFolder_.tabListFile())) names_ = std::move(*names);
+    return true;
+}
+
+cad::sys::FileLock ManagementWindows::lockList() {
+    cad::sys::FileLock lock;
+    if (!validPosition(selection_)) return lock;
+    const std::string path = dataFolder_.listFile(selection_);
+    if (lock.acquire(path) != cad::ErrorStatus::eOk) {
+        showRefusal(lock);
+        return lock;
+    }
+    if (currentIndex_ != selection_ || stampOf(path) != listStamp_) loadList();
+    return lock;
+}
+
 void ManagementWindows::loadTabList() {
     names_.clear();
     // Made here too, so that a first run can write the main window's tab list at once.
     dataFolder_.create();
-    if (auto names = ListFile::readAll(dataFolder_.tabListFile())) {
-        names_ = std::move(*names);
+    auto takeNames = [this](std::vector<std::string> names) {
+        names_ = std::move(names);
         auto found = std::find(names_.begin(), names_.end(), settings_.curListName);
         selection_ = found != names_.end() ? static_cast<int>(found - names_.begin()) : 0;
         // A tab list that reads empty (a count starting with 0x1A) leaves nothing to select.
         if (names_.empty()) selection_ = -1;
-        return;
+    };
+    if (auto names = ListFile::readAll(dataFolder_.tabListFile())) return takeNames(*names);
+    // Another program's first run may be making the file at this moment: looked for again
+    // under the lock.
+    cad::sys::FileLock lock;
+    if (lock.acquire(dataFolder_.tabListFile()) == cad::ErrorStatus::eOk) {
+        if (auto names = ListFile::readAll(dataFolder_.tabListFile())) return takeNames(*names);
+    } else {
+        showRefusal(lock);
     }
     names_.push_back(kMainWindowName);
     selection_ = 0;
-    saveTabList();
+    if (lock.isHeld()) saveTabList();
 }
 
 bool ManagementWindows::saveTabList() {
@@ -63,6 +109,8 @@ void ManagementWindows::loadList() {
     list_.clear();
 
     ListFile file;
+    // Taken before the read: a file replaced while it is read is then read again next time.
+    if (validPosition(selection_)) listStamp_ = stampOf(dataFolder_.listFile(selection_));
     if (validPosition(selection_) && file.open(dataFolder_.listFile(selection_))) {
         const int count = file.count();
         dialogs_.progressRange(0, count);
@@ -89,7 +137,14 @@ void ManagementWindows::loadList() {
 bool ManagementWindows::saveList(int position) {
     if (position < 0) position = selection_;
     if (position < 0) return false;
-    return ListFile::write(dataFolder_.listFile(position), list_.paths());
+    const std::string path = dataFolder_.listFile(position);
+    if (!ListFile::write(path, list_.paths())) {
+        dialogs_.messageBox("리스트를 저장하지 못했습니다.\n" + cad::sys::lastFileError().text,
+                            "리스트 저장 에러", cad::app::MB_OK | cad::app::MB_ICONERROR);
+        return false;
+    }
+    if (position == currentIndex_) listStamp_ = stampOf(path);
+    return true;
 }
 
 void ManagementWindows::selectionChanged(int position) {
@@ -108,6 +163,8 @@ ManagementWindows::Outcome ManagementWindows::addWindow() {
     auto name = dialogs_.askText("관리창 추가하기", "관리창 이름", "");
     if (!name) return Outcome::Cancelled;
     if (!acceptableName(*name)) return Outcome::Refused;
+    cad::sys::FileLock lock;
+    if (!lockTabList(lock)) return Outcome::Refused;
     // The new window's list file comes into being the first time its list is saved.
     names_.push_back(std::move(*name));
     return saveTabList() ? Outcome::Done : Outcome::NotSaved;
@@ -118,6 +175,8 @@ ManagementWindows::Outcome ManagementWindows::renameWindow() {
     auto name = dialogs_.askText("관리창 이름 바꾸기", "관리창 이름", names_[selection_]);
     if (!name) return Outcome::Cancelled;
     if (!acceptableName(*name)) return Outcome::Refused;
+    cad::sys::FileLock lock;
+    if (!lockTabList(lock) || !validPosition(selection_)) return Outcome::Refused;
     names_[selection_] = std::move(*name);
     return saveTabList() ? Outcome::Done : Outcome::NotSaved;
 }
@@ -134,6 +193,10 @@ ManagementWindows::Outcome ManagementWindows::deleteWindow() {
         return Outcome::Cancelled;
     }
 
+    // The list files are found by position, so their renumbering goes under the tab list's
+    // lock as well.
+    cad::sys::FileLock lock;
+    if (!lockTabList(lock) || !validPosition(selection_)) return Outcome::Refused;
     const int deleted = selection_;
     cad::sys::deleteFile(dataFolder_.listFile(deleted));
     names_.erase(names_.begin() + deleted);

@@ -4,6 +4,7 @@
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
+#include "cad/sys/FileLock.h"
 #include "cad/sys/FileSystem.h"
 #include "vantor/store/TreeCache.h"
 
@@ -37,13 +38,19 @@ ErrorStatus saveLibraryDrawing(Database& db, cad::app::UserDialogs& dialogs,
         return ErrorStatus::eInvalidInput;
     }
     ErrorStatus es = db.save();
-    // The drawing is newer than its cache now, but both may carry the same second; without
-    // the cache the next load rebuilds it for certain.
-    if (es == ErrorStatus::eOk)
-        cad::sys::deleteFile(TreeCache::pathFor(db.fileName()));
-    else
-        dialogs.messageBox("\"" + db.fileName() + "\"\n도면을 저장하지 못했습니다.", "저장 에러",
-                           cad::app::MB_OK | cad::app::MB_ICONERROR);
+    if (es == ErrorStatus::eOk) {
+        // The drawing is newer than its cache now, but both may carry the same second; without
+        // the cache the next load rebuilds it for certain. Under the cache's lock, so that a
+        // cache another program is building from the drawing as it was goes too.
+        const std::string cachePath = TreeCache::pathFor(db.fileName());
+        cad::sys::FileLock lock;
+        lock.acquire(cachePath);
+        cad::sys::deleteFile(cachePath);
+    } else {
+        dialogs.messageBox(
+            "\"" + db.fileName() + "\"\n도면을 저장하지 못했습니다.\n" + db.lastErrorMessage(),
+            "저장 에러", cad::app::MB_OK | cad::app::MB_ICONERROR);
+    }
     return es;
 }
 

@@ -78,12 +78,10 @@ bool TreeCache::write(const std::string& vnfPath, std::vector<TreeCacheNode>& no
     std::vector<TreeCacheNode> consumed = std::move(nodes);
     nodes.clear();
     CrtFile file;
-    if (file.open(vnfPath, "w") != cad::ErrorStatus::eOk) return false;
+    if (file.openReplacing(vnfPath, "w") != cad::ErrorStatus::eOk) return false;
     bool written = file.writeInt32(static_cast<std::int32_t>(consumed.size()));
     for (const TreeCacheNode& node : consumed) written = written && writeNode(file, node);
-    if (file.close() == cad::ErrorStatus::eOk && written) return true;
-    cad::sys::deleteFile(vnfPath);
-    return false;
+    return file.close() == cad::ErrorStatus::eOk && written;
 }
 
 bool TreeCache::read(CrtFile& file, std::vector<TreeCacheNode>& nodes) {

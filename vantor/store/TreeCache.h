@@ -38,8 +38,9 @@ public:
     // or equal to the cache's.
     static State check(const std::string& drawingPath);
 
-    // Writes the nodes and empties the list. False when the file cannot be created or written;
-    // a half-written file is removed, so the next load rebuilds it.
+    // Writes the nodes in place of the file, atomically, and empties the list. False when
+    // the file cannot be written: the old one stays as it was (older than its drawing, so the
+    // next load rebuilds it) and cad::sys::lastFileError() says why.
     static bool write(const std::string& vnfPath, std::vector<TreeCacheNode>& nodes);
 
     // Appends the entries of an open file in file order. False when the data end before the

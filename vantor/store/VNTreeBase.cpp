@@ -11,6 +11,7 @@
 #include "cad/db/NameCompare.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Xrecord.h"
+#include "cad/sys/FileLock.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/PartRecord.h"
@@ -92,6 +93,9 @@ CVNTreeBase::LoadResult loadedFrom(const std::vector<TreeCacheNode>& nodes) {
 }  // namespace
 
 struct CVNTreeBase::OpenDrawing {
+    // Taken before the read and held until the save, so that another program's change of the
+    // drawing made meanwhile is neither overwritten nor overwrites this one.
+    cad::sys::FileLock lock;
     std::unique_ptr<cad::db::Database> db;
     ObjectId id;  // the node's object
 };
@@ -151,8 +155,16 @@ bool CVNTreeBase::rebuildCache(const std::string& path, std::vector<TreeCacheNod
         !buildNodes(*db, LibraryKind::Supplier, false, built))
         return false;
     db.reset();
-    std::vector<TreeCacheNode> written = built;
-    TreeCache::write(TreeCache::pathFor(path), written);
+    // Under the cache's lock, which a save of the drawing takes to drop the cache: a cache
+    // built from the drawing as it was before that save is then dropped after it, never
+    // written after the drop with a time that makes it look current. Without the lock the
+    // nodes still show; the cache is built again next time.
+    cad::sys::FileLock lock;
+    const std::string cachePath = TreeCache::pathFor(path);
+    if (lock.acquire(cachePath) == cad::ErrorStatus::eOk) {
+        std::vector<TreeCacheNode> written = built;
+        TreeCache::write(cachePath, written);
+    }
     return true;
 }
 
@@ -247,6 +259,11 @@ bool CVNTreeBase::acceptsDeleteAll(const TreeNode& node) {
 
 std::unique_ptr<CVNTreeBase::OpenDrawing> CVNTreeBase::openForEditing(const TreeNode& node) {
     auto drawing = std::make_unique<OpenDrawing>();
+    if (drawing->lock.acquire(node.drawingPath) != ErrorStatus::eOk) {
+        dialogs_.messageBox(drawing->lock.message(), "파일 사용 중",
+                            app::MB_OK | app::MB_ICONERROR);
+        return nullptr;
+    }
     drawing->db = openLibraryDrawing(node.drawingPath);
     if (!drawing->db) return nullptr;
     // A root is found by its key, which also makes the library when the drawing has none yet.

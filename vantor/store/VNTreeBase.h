@@ -92,7 +92,8 @@ private:
     struct OpenDrawing;
 
     bool rebuildCache(const std::string& path, std::vector<TreeCacheNode>& built);
-    // Opens the node's drawing and object; nothing is shown when either cannot be had.
+    // Takes the drawing's lock, then opens the drawing and the node's object; nothing is shown
+    // when either cannot be had, the holder of a lock held past the wait is.
     std::unique_ptr<OpenDrawing> openForEditing(const TreeNode& node);
     bool save(cad::db::Database& db);
 

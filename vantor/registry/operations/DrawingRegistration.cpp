@@ -1,7 +1,10 @@
 // Registration of library drawings and the registered-drawing dialog's list operations.
 #include "vantor/registry/operations/DrawingRegistration.h"
 
+#include <algorithm>
+
 #include "cad/app/UserDialogs.h"
+#include "cad/sys/FileLock.h"
 #include "cad/sys/FolderSearch.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ManagementWindows.h"
@@ -19,6 +22,11 @@ constexpr unsigned kConfirm = app::MB_OKCANCEL | app::MB_ICONWARNING;
 
 // Our engine reads DXF; a file it cannot read is listed all the same and reads as inactive.
 const std::vector<std::string> kDrawingPatterns = {"*.dwg", "*.dxf"};
+
+// Another program held the list past the wait; the windows told the user so.
+bool refused(const cad::sys::FileLock& lock) {
+    return !lock.isHeld() && !lock.message().empty();
+}
 
 }  // namespace
 
@@ -39,6 +47,9 @@ std::string DrawingRegistration::repairDialogPath(std::string path) {
 }
 
 int DrawingRegistration::addPaths(const std::vector<std::string>& paths) {
+    // Held until the list is saved, so a registration made meanwhile elsewhere is kept.
+    const cad::sys::FileLock lock = windows_.lockList();
+    if (refused(lock)) return 0;
     int added = 0;
     for (const std::string& given : paths) {
         const std::string path = repairDialogPath(given);
@@ -59,6 +70,8 @@ int DrawingRegistration::addPaths(const std::vector<std::string>& paths) {
 }
 
 bool DrawingRegistration::registerDrawing(const std::string& path) {
+    const cad::sys::FileLock lock = windows_.lockList();
+    if (refused(lock)) return false;
     if (list_.contains(path)) {
         dialogs_.messageBox("이미 등록된 도면입니다.", "도면 중복 에러",
                             app::MB_OK | app::MB_ICONERROR);
@@ -67,7 +80,7 @@ bool DrawingRegistration::registerDrawing(const std::string& path) {
     RegisteredDrawing* entry = list_.addPath(path, dialogs_);
     if (!entry) return false;
     entry->active = tree_.loadDrawing(entry->path) == CVNTreeBase::LoadResult::Loaded;
-    windows_.saveList();
+    if (!windows_.saveList()) return false;
     dialogs_.messageBox("정상적으로 등록되었습니다.", "추가 완료",
                         app::MB_OK | app::MB_ICONINFORMATION);
     return true;
@@ -78,8 +91,18 @@ bool DrawingRegistration::removeSelected(const std::vector<const RegisteredDrawi
     if (dialogs_.messageBox("선택된 도면들을 리스트에서 제거합니다?\n제거하시겠습니까?",
                             "부품 도면 제거", kConfirm) != app::IDOK)
         return false;
+    // By path: taking the lock may load the list again, which makes new entries.
+    std::vector<std::string> paths;
+    for (const RegisteredDrawing* entry : selected) paths.push_back(entry->path);
+    const cad::sys::FileLock lock = windows_.lockList();
+    if (refused(lock)) return false;
     bool changed = false;
-    for (const RegisteredDrawing* entry : selected) changed = list_.remove(entry) || changed;
+    for (const std::string& path : paths) {
+        auto entry = std::find_if(list_.begin(), list_.end(),
+                                  [&](const RegisteredDrawing& e) { return e.path == path; });
+        if (entry != list_.end()) changed = list_.remove(&*entry) || changed;
+    }
+    if (changed) windows_.saveList();
     return changed;
 }
 
@@ -87,7 +110,11 @@ int DrawingRegistration::optimise() {
     if (dialogs_.messageBox("비활성 도면들을 모두 리스트에서 제거합니다?\n실행하시겠습니까?",
                             "리스트 최적화", kConfirm) != app::IDOK)
         return 0;
-    return removeInactive();
+    const cad::sys::FileLock lock = windows_.lockList();
+    if (refused(lock)) return 0;
+    const int removed = removeInactive();
+    if (removed > 0) windows_.saveList();
+    return removed;
 }
 
 int DrawingRegistration::removeInactive() {
@@ -115,7 +142,11 @@ bool DrawingRegistration::queueForOpening(const std::vector<const RegisteredDraw
 
 void DrawingRegistration::dialogClosed(bool listChanged, bool drawingsQueued) {
     if (!listChanged && !drawingsQueued) return;
-    windows_.saveList();
+    {
+        // Every change was saved as it was made; another program's since then are loaded.
+        const cad::sys::FileLock lock = windows_.lockList();
+        if (lock.isHeld()) windows_.saveList();
+    }
     windows_.loadList();
 }
 
@@ -126,6 +157,10 @@ bool DrawingRegistration::scanFolder() {
                             kConfirm) != app::IDOK)
         return false;
 
+    // The whole list is replaced, but under the lock all the same, so that no other program's
+    // save lands between this one's and is lost without a trace.
+    const cad::sys::FileLock lock = windows_.lockList();
+    if (refused(lock)) return false;
     dialogs_.progressShow();
     // No window switch may reload the list while it is being replaced.
     windows_.setBusy(true);

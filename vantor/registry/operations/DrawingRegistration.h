@@ -20,7 +20,10 @@ class ModuleSettings;
 struct RegisteredDrawing;
 
 // Works on the list of the window the management windows show, reading each new drawing's
-// library data into the category tree; every operation that ends a change saves the list.
+// library data into the category tree; every operation that makes a change saves the list.
+// Each change holds the list file's lock from before it looks at the list until it is saved,
+// and works on the list as the file holds it then (another program may have saved since);
+// when another program holds it past the wait, nothing changes and the user is told who.
 class DrawingRegistration {
 public:
     DrawingRegistration(DrawingList& list, CVNTreeBase& tree, ManagementWindows& windows,
@@ -41,18 +44,18 @@ public:
     // and the success message. True when it was added.
     bool registerDrawing(const std::string& path);
 
-    // The dialog's remove: after the confirmation the selected entries go, first to last.
-    // True when the list changed.
+    // The dialog's remove: after the confirmation the selected entries go, first to last, and
+    // the list is saved. True when the list changed.
     bool removeSelected(const std::vector<const RegisteredDrawing*>& selected);
     // The dialog's optimise: after the confirmation every entry whose active flag is not 1
-    // goes. Answers how many went.
+    // goes, and the list is saved. Answers how many went.
     int optimise();
     // The dialog's open: the selected paths become the open queue unless a previous batch is
     // still being opened. True when drawings were queued.
     bool queueForOpening(const std::vector<const RegisteredDrawing*>& selected,
                          ModuleSettings& settings);
     // The dialog closed: a changed list, or one with drawings chosen to open, is saved and
-    // loaded again, which rebuilds the tree.
+    // loaded again, which rebuilds the tree and shows what other programs saved meanwhile.
     void dialogClosed(bool listChanged, bool drawingsQueued);
 
     // Automatic registration: the folder dialog and the confirmation, then the list replaced by
