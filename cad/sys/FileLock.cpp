@@ -203,8 +203,8 @@ Examined examine(const std::string& lockPath, const std::string& machine) {
 std::string heldMessage(const std::string& target, const std::string& lockPath,
                         const std::optional<FileLock::Holder>& holder) {
     if (!holder) return target + " is locked by another program (" + lockPath + ")";
-    return target + " is being changed by " + (holder->user.empty() ? "?" : holder->user) +
-           " on " + holder->machine + " (process " + std::to_string(holder->pid) + ") since " +
+    return target + " is being changed by " + (holder->user.empty() ? "?" : holder->user) + " on " +
+           holder->machine + " (process " + std::to_string(holder->pid) + ") since " +
            localTime(holder->since) + "; if that program has ended, delete " + lockPath;
 }
 
