@@ -19,6 +19,7 @@
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
 #include "cad/db/ObjectPtr.h"
+#include "cad/sys/FileLock.h"
 #include "cad/sys/TestTempFolder.h"
 #include "vantor/registry/ListFile.h"
 
@@ -234,6 +235,27 @@ TEST_F(ConcurrentPrograms, EveryEditReportedDoneIsOnDisk) {
     EXPECT_EQ(windows->size(), 1u + kListWindows + 2 * std::min(kAddingRounds, rounds()))
         << "no add was refused here, so every one of them is there";
     std::cout << done << " edits done, " << refused << " refused with a message\n";
+}
+
+// A program that holds the drawing past the wait: the run says who, exits 1, changes nothing.
+TEST_F(ConcurrentPrograms, AHeldDrawingIsRefusedNamingItsHolder) {
+    cad::sys::TestTempFolder scratch;
+    const std::vector<std::string> place = {"place",  kSample, kBolt[0], kBolt[1],
+                                            target(), "--at",  "0,0"};
+    ASSERT_EQ(vantor(place, scratch).exitCode, 0);
+    const std::string before = files_.readBytes("plant.dxf");
+
+    cad::sys::FileLock holder;
+    ASSERT_EQ(holder.acquire(target()), cad::ErrorStatus::eOk);
+    const CliOutcome refused = runVantor(
+        place, scratch,
+        "VANTOR_LOCK_WAIT_MS=100 VANTOR_MODULE_DIR=" + shellQuoted(module_.path().string()));
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_NE(refused.err.find("vantor: " + target() + " is being changed by "), std::string::npos)
+        << refused.err;
+    EXPECT_NE(refused.err.find("(process " + std::to_string(::getpid()) + ")"), std::string::npos)
+        << refused.err;
+    EXPECT_EQ(files_.readBytes("plant.dxf"), before);
 }
 
 }  // namespace
