@@ -2,6 +2,8 @@
 // in byte order so scripts can compare outputs as text.
 #include "apps/cadtool/CadTool.h"
 
+#include <QGuiApplication>
+#include <cstdio>
 #include <fstream>
 #include <map>
 #include <optional>
@@ -12,6 +14,7 @@
 #include "apps/common/JsonWriter.h"
 #include "cad/db/Audit.h"
 #include "cad/db/Database.h"
+#include "cad/gs/OffscreenRender.h"
 
 namespace cadtool {
 namespace {
@@ -126,6 +129,34 @@ void writeIssueText(std::ostream& out, const AuditIssue& issue, std::string_view
     out << '\n';
 }
 
+// "1920x1080".
+bool parseSize(const std::string& text, int& width, int& height) {
+    char tail = 0;
+    return std::sscanf(text.c_str(), "%dx%d%c", &width, &height, &tail) == 2 && width > 0 &&
+           height > 0 && width <= 16384 && height <= 16384;
+}
+
+// "X1,Y1,X2,Y2", any two opposite corners.
+bool parseWindow(const std::string& text, cad::gs::Box2d& box) {
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    char tail = 0;
+    if (std::sscanf(text.c_str(), "%lf,%lf,%lf,%lf%c", &x1, &y1, &x2, &y2, &tail) != 4) return false;
+    box = {};
+    box.add(x1, y1);
+    box.add(x2, y2);
+    return !box.isEmpty() && box.width() > 0.0 && box.height() > 0.0;
+}
+
+// Fonts and pictures need Qt's GUI side; without a display it runs on the offscreen platform.
+void ensureGuiApplication() {
+    if (QGuiApplication::instance() != nullptr) return;
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argc = 1;
+    static char name[] = "cadtool";
+    static char* argv[] = {name, nullptr};
+    static QGuiApplication application(argc, argv);
+}
+
 }  // namespace
 
 const char* CadTool::helpText() {
@@ -156,6 +187,15 @@ Commands:
       "[repaired on load]" or "[fixed]" after those that were repaired. With --fix the
       problems that are safe to repair are repaired and the drawing is written to OUT
       (R2000). Exits with 1 when a problem is left unrepaired.
+
+  cadtool render FILE OUT [--size WxH] [--window X1,Y1,X2,Y2] [--layout NAME]
+                 [--block NAME] [--background black|white]
+      Draws the drawing into OUT, a PNG, SVG or PDF file by its extension: model space, a
+      layout (its paper with the viewports' views) or one block definition (--block, with
+      its attribute definitions' tags), fitted to its extents or to the window given in
+      drawing units. --size is in pixels (points for PDF), 1920x1080 unless given; the
+      background is black unless white is asked for. OUT is replaced only once it is
+      completely written.
 
   cadtool --help
       This text.
@@ -204,6 +244,7 @@ int CadTool::run(const std::vector<std::string>& args) {
     if (command == "info") return info(rest);
     if (command == "convert") return convert(rest);
     if (command == "audit") return audit(rest);
+    if (command == "render") return render(rest);
     return usageError("unknown command '" + command + "'");
 }
 
@@ -336,6 +377,44 @@ int CadTool::audit(const std::vector<std::string>& words) {
         }
     }
     return errors == 0 ? kExitOk : kExitFailure;
+}
+
+int CadTool::render(const std::vector<std::string>& words) {
+    const Arguments args(words, {}, {"--size", "--window", "--layout", "--block", "--background"});
+    if (!args.error.empty()) return usageError(args.error);
+    if (args.files.size() != 2) return usageError("render takes FILE and OUT");
+    cad::gs::RenderRequest request;
+    if (args.has("--size") && !parseSize(args.options.at("--size"), request.width, request.height))
+        return usageError("--size wants WIDTHxHEIGHT in pixels, e.g. 1920x1080");
+    if (args.has("--window")) {
+        cad::gs::Box2d box;
+        if (!parseWindow(args.options.at("--window"), box))
+            return usageError("--window wants X1,Y1,X2,Y2 with two different corners");
+        request.window = box;
+    }
+    if (args.has("--layout")) request.layout = args.options.at("--layout");
+    if (args.has("--block")) request.block = args.options.at("--block");
+    if (args.has("--background")) {
+        const std::string& background = args.options.at("--background");
+        if (background != "black" && background != "white")
+            return usageError("--background is black or white");
+        request.whiteBackground = background == "white";
+    }
+    Database db(false, true);
+    if (!load(args.files[0], db)) return kExitFailure;
+    ensureGuiApplication();
+    cad::gs::Box2d shown;
+    const std::string error = cad::gs::renderToFile(db, request, args.files[1], &shown);
+    if (!error.empty()) {
+        err_ << "cadtool: " << args.files[1] << ": " << error << '\n';
+        return kExitFailure;
+    }
+    // The window shown, exactly, so another renderer can be asked for the same picture.
+    char window[160];
+    std::snprintf(window, sizeof window, "%.17g,%.17g,%.17g,%.17g", shown.minX, shown.minY, shown.maxX, shown.maxY);
+    out_ << args.files[0] << " -> " << args.files[1] << " (window " << (shown.isEmpty() ? "none" : window)
+         << ")\n";
+    return kExitOk;
 }
 
 }  // namespace cadtool

@@ -1,5 +1,6 @@
 // cadtool: the drawing engine from the command line. `info` describes a drawing, `convert`
-// writes it again as R2000 or R14, `audit` lists (and fixes) its data problems.
+// writes it again as R2000 or R14, `audit` lists (and fixes) its data problems, `render` draws
+// it into a picture.
 #pragma once
 
 #include <ostream>
@@ -29,6 +30,7 @@ private:
     int info(const std::vector<std::string>& args);
     int convert(const std::vector<std::string>& args);
     int audit(const std::vector<std::string>& args);
+    int render(const std::vector<std::string>& args);
 
     int usageError(const std::string& message);
     // Reads `path`; on failure says why on stderr ("cadtool: FILE: status (detail)").

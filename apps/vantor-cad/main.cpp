@@ -67,14 +67,7 @@ int runGui(const HostOptions& options) {
     int exitCode = 0;
     {
         cad::gui::MainWindow window(app, [&](const std::string& text) { input.typeText(text); });
-        QObject::connect(&window, &cad::gui::MainWindow::closing, &input,
-                         &cad::gui::QtInputSource::shutdown);
-        QObject::connect(&input, &cad::gui::QtInputSource::idle, &window,
-                         &cad::gui::MainWindow::refresh);
-        QObject::connect(window.commandLine(), &cad::gui::CommandLineWidget::lineEntered, &input,
-                         &cad::gui::QtInputSource::submitLine);
-        QObject::connect(window.commandLine(), &cad::gui::CommandLineWidget::cancelRequested,
-                         &input, &cad::gui::QtInputSource::submitCancel);
+        window.attachInput(input);
         window.show();
         session.start(options);
         app.commandProcessor().showPrompt();

@@ -4,7 +4,9 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QLineEdit>
+#include <QLabel>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -12,7 +14,10 @@
 #include "cad/app/Application.h"
 #include "cad/app/UserDialogs.h"
 #include "cad/gui/CommandLineWidget.h"
-#include "cad/gui/DrawingArea.h"
+#include "cad/gui/DrawingViewWidget.h"
+#include "cad/gui/QtInputSource.h"
+#include "cad/ed/ResultCodes.h"
+#include "cad/gs/ObjectSnap.h"
 
 namespace cad::gui {
 
@@ -32,7 +37,7 @@ MainWindow::MainWindow(app::Application& application, TypeText typeText, QWidget
       app_(application),
       typeText_(std::move(typeText)),
       tabs_(new QTabBar(this)),
-      drawingArea_(new DrawingArea(this)),
+      drawingView_(new DrawingViewWidget(this)),
       commandLine_(new CommandLineWidget(this)) {
     resize(1024, 720);
 
@@ -43,7 +48,7 @@ MainWindow::MainWindow(app::Application& application, TypeText typeText, QWidget
     tabs_->setDocumentMode(true);
     tabs_->setExpanding(false);
     layout->addWidget(tabs_);
-    layout->addWidget(drawingArea_, 1);
+    layout->addWidget(drawingView_, 1);
     setCentralWidget(central);
 
     auto* dock = new QDockWidget(tr("Command Line"), this);
@@ -63,6 +68,14 @@ MainWindow::MainWindow(app::Application& application, TypeText typeText, QWidget
         app_.documentManager().activateDocument(document);
     });
 
+    auto* coordinates = new QLabel(this);
+    coordinates->setAccessibleName(tr("Cursor coordinates"));
+    coordinates->setMinimumWidth(220);
+    statusBar()->addPermanentWidget(coordinates);
+    connect(drawingView_, &DrawingViewWidget::pointerMoved, coordinates, [coordinates](double x, double y) {
+        coordinates->setText(QString("%1, %2").arg(x, 0, 'f', 4).arg(y, 0, 'f', 4));
+    });
+
     buildFileMenu();
     rebuildGroupMenus();
     app_.menuBar().setChangedHandler([this] { rebuildGroupMenus(); });
@@ -75,10 +88,63 @@ MainWindow::MainWindow(app::Application& application, TypeText typeText, QWidget
 }
 
 MainWindow::~MainWindow() {
+    detachInput();
     app_.editor().commandLine().removeSink(commandLine_);
     app_.editor().removeReactor(this);
     app_.documentManager().removeReactor(this);
     app_.menuBar().setChangedHandler(nullptr);
+}
+
+void MainWindow::attachInput(QtInputSource& input) {
+    inputAttached_ = true;
+    ed::Editor& editor = app_.editor();
+    editor.setDragPreview(drawingView_);
+    editor.setHitTester(drawingView_);
+    app_.viewCommands().setViewPort(drawingView_);
+    drawingView_->setSnapModes([this] {
+        ed::SysVarValue modes;
+        return app_.editor().getVar("OSMODE", modes) == ed::RTNORM ? std::get<int>(modes) : 0;
+    });
+    connect(this, &MainWindow::closing, &input, &QtInputSource::shutdown);
+    connect(&input, &QtInputSource::idle, this, &MainWindow::refresh);
+    connect(commandLine_, &CommandLineWidget::lineEntered, &input, &QtInputSource::submitLine);
+    connect(commandLine_, &CommandLineWidget::cancelRequested, &input, [this, &input] {
+        // Esc at the prompt also lets go of what was selected there.
+        if (!input.isWaiting()) drawingView_->clearSelection();
+        input.submitCancel();
+    });
+    connect(drawingView_, &DrawingViewWidget::pointPicked, &input,
+            [&input](double x, double y, bool shift) { input.submitPointer(true, x, y, shift); });
+    connect(drawingView_, &DrawingViewWidget::pointerMoved, &input,
+            [&input](double x, double y) { input.submitPointer(false, x, y, false); });
+    connect(&input, &QtInputSource::requestStarted, drawingView_,
+            [this](const ed::InputRequest& request) { drawingView_->setRequest(request); });
+    connect(&input, &QtInputSource::requestEnded, drawingView_, [this] { drawingView_->setRequest(std::nullopt); });
+    connect(drawingView_, &DrawingViewWidget::selectionChanged, this,
+            [this] { app_.editor().setPickfirst(drawingView_->selection()); });
+    auto* snaps = new QAction(tr("Running object snaps"), this);
+    snaps->setShortcut(Qt::Key_F3);
+    snaps->setShortcutContext(Qt::ApplicationShortcut);
+    connect(snaps, &QAction::triggered, this, &MainWindow::toggleRunningSnaps);
+    addAction(snaps);
+}
+
+void MainWindow::detachInput() {
+    if (!inputAttached_) return;
+    ed::Editor& editor = app_.editor();
+    if (editor.dragPreview() == drawingView_) editor.setDragPreview(nullptr);
+    if (editor.hitTester() == drawingView_) editor.setHitTester(nullptr);
+    if (app_.viewCommands().viewPort() == drawingView_) app_.viewCommands().setViewPort(nullptr);
+    inputAttached_ = false;
+}
+
+void MainWindow::toggleRunningSnaps() {
+    ed::Editor& editor = app_.editor();
+    ed::SysVarValue modes;
+    if (editor.getVar("OSMODE", modes) != ed::RTNORM) return;
+    const int toggled = std::get<int>(modes) ^ gs::kSnapOff;
+    editor.setVar("OSMODE", toggled);
+    editor.print(toggled & gs::kSnapOff ? "<Osnap off>" : "<Osnap on>");
 }
 
 void MainWindow::buildFileMenu() {
@@ -164,7 +230,7 @@ void MainWindow::refresh() {
             if (document == active) tabs_->setCurrentIndex(index);
         }
     }
-    drawingArea_->setDocument(active);
+    drawingView_->setDocument(active);
     setWindowTitle(active ? text(active->docTitle()) + " - vantor-cad" : QString("vantor-cad"));
 }
 
@@ -178,7 +244,7 @@ void MainWindow::documentCreated(app::Document*) {
 }
 
 void MainWindow::documentToBeDestroyed(app::Document* document) {
-    if (drawingArea_->document() == document) drawingArea_->setDocument(nullptr);
+    drawingView_->forgetDocument(document);
 }
 
 void MainWindow::documentDestroyed(const std::string&) {
@@ -194,7 +260,7 @@ void MainWindow::commandEnded(const std::string& commandName) {
         close();
         return;
     }
-    drawingArea_->update();
+    drawingView_->drawingChanged();
 }
 
 }  // namespace cad::gui

@@ -1,5 +1,6 @@
 // The host's main window: the menu bar (File, then the pull-downs of the loaded menu groups),
-// a tab per open document, the drawing area and the command line. It follows the document
+// a tab per open document, the drawing view, the command line and a status bar with the
+// cursor's coordinates. It follows the document
 // manager and the editor to stay current; what the user chooses is typed to the command line,
 // so menus, typed commands and scripts take one path.
 #pragma once
@@ -23,7 +24,8 @@ struct MenuItem;
 namespace cad::gui {
 
 class CommandLineWidget;
-class DrawingArea;
+class DrawingViewWidget;
+class QtInputSource;
 
 class MainWindow : public QMainWindow,
                    private app::DocumentManagerReactor,
@@ -37,13 +39,18 @@ public:
     ~MainWindow() override;
 
     CommandLineWidget* commandLine() const { return commandLine_; }
-    DrawingArea* drawingArea() const { return drawingArea_; }
+    DrawingViewWidget* drawingView() const { return drawingView_; }
     QTabBar* documentTabs() const { return tabs_; }
     // The pull-downs of the menu groups, in menu-bar order.
     const std::vector<QMenu*>& groupMenus() const { return groupMenus_; }
 
+    // The GUI's input: the command line and the view answer the editor's requests through
+    // `input`; the view draws drags, answers picks and windows, and takes the viewing
+    // commands. Headless, none of this is attached.
+    void attachInput(QtInputSource& input);
+
 public slots:
-    // Tabs, drawing area and title from the document manager.
+    // Tabs, drawing view and title from the document manager.
     void refresh();
 
 signals:
@@ -68,13 +75,17 @@ private:
     void documentDestroyed(const std::string& fileName) override;
     void documentActivated(app::Document* document) override;
     void commandEnded(const std::string& commandName) override;
+    void detachInput();
+    // F3: the running snaps on or off, OSMODE's bits kept.
+    void toggleRunningSnaps();
 
     app::Application& app_;
     TypeText typeText_;
     QTabBar* tabs_;
-    DrawingArea* drawingArea_;
+    DrawingViewWidget* drawingView_;
     CommandLineWidget* commandLine_;
     std::vector<QMenu*> groupMenus_;
+    bool inputAttached_ = false;
 };
 
 }  // namespace cad::gui

@@ -9,7 +9,7 @@
 
 #include "cad/app/Application.h"
 #include "cad/app/MenuGroup.h"
-#include "cad/gui/DrawingArea.h"
+#include "cad/gui/DrawingViewWidget.h"
 #include "cad/gui/TestApplication.h"
 
 namespace cad::gui {
@@ -55,16 +55,18 @@ TEST_F(MainWindowTest, GroupMenusAreRenderedAndTypeTheirMacros) {
     EXPECT_TRUE(window_.groupMenus().empty());
 }
 
-TEST_F(MainWindowTest, TabsAndDrawingAreaFollowTheDocuments) {
+TEST_F(MainWindowTest, TabsAndDrawingViewFollowTheDocuments) {
     app::DocumentManager& documents = app_.documentManager();
-    EXPECT_EQ(window_.drawingArea()->caption(), "No drawing open");
+    EXPECT_EQ(window_.drawingView()->view(), nullptr);
     documents.appContextNewDocument();
     documents.appContextNewDocument();
     QTabBar* tabs = window_.documentTabs();
     ASSERT_EQ(tabs->count(), 2);
     EXPECT_EQ(tabs->tabText(tabs->currentIndex()), "Drawing2.dwg");
     EXPECT_EQ(window_.windowTitle(), "Drawing2.dwg - vantor-cad");
-    EXPECT_EQ(window_.drawingArea()->caption(), "Drawing2.dwg\n0 entities in model space");
+    EXPECT_EQ(window_.drawingView()->document(), documents.mdiActiveDocument());
+    ASSERT_NE(window_.drawingView()->view(), nullptr);
+    EXPECT_EQ(window_.drawingView()->layoutTabs()->tabText(0), "Model");
 
     tabs->setCurrentIndex(0);  // the user picks the first tab
     EXPECT_EQ(documents.mdiActiveDocument()->docTitle(), "Drawing1.dwg");
@@ -74,6 +76,7 @@ TEST_F(MainWindowTest, TabsAndDrawingAreaFollowTheDocuments) {
     EXPECT_EQ(tabs->tabText(0), "Drawing2.dwg");
     documents.closeDocument(documents.mdiActiveDocument());
     EXPECT_EQ(tabs->count(), 0);
+    EXPECT_EQ(window_.drawingView()->view(), nullptr);
     EXPECT_EQ(window_.windowTitle(), "vantor-cad");
 }
 

@@ -36,9 +36,12 @@ ed::InputEvent QtInputSource::next(const ed::InputRequest& request) {
     if (answers_.empty() && !shutDown_) {
         QEventLoop loop;
         loop_ = &loop;
+        waitingFor_ = request.kind;
+        emit requestStarted(request);
         emit waiting(QString::fromStdString(request.prompt));
         if (answers_.empty() && !shutDown_) loop.exec();
         loop_ = nullptr;
+        emit requestEnded();
     }
     if (answers_.empty()) return ed::InputEvent::end();
     ed::InputEvent event = std::move(answers_.front());
@@ -72,6 +75,13 @@ void QtInputSource::submitCancel() {
     }
     app_.editor().typeAhead(std::string(1, kEsc));
     schedule();
+}
+
+void QtInputSource::submitPointer(bool pick, double x, double y, bool shift) {
+    if (!isWaiting()) return;
+    if (!pick && waitingFor_ != ed::InputRequest::Kind::Drag) return;
+    using Kind = ed::InputEvent::Kind;
+    answer(ed::InputEvent::pointer(pick ? Kind::Pick : Kind::Move, {x, y, 0.0}, shift));
 }
 
 void QtInputSource::typeText(const std::string& text) {

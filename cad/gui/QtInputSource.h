@@ -35,6 +35,9 @@ public slots:
     void submitLine(const QString& line);
     // Esc on the command line.
     void submitCancel();
+    // A click (pick) or a mouse move in the view, in drawing units. A click answers the
+    // waiting request; moves are samples for a drag and are dropped otherwise.
+    void submitPointer(bool pick, double x, double y, bool shift);
     // Text typed as a whole, as a menu's macro is ("\x03" is Esc, "\n" Enter).
     void typeText(const std::string& text);
     // The window closes: the waiting request and every later one get End.
@@ -43,6 +46,10 @@ public slots:
 signals:
     // A request is about to wait for the user; a handler may answer it at once.
     void waiting(const QString& prompt);
+    // The same, with all the view needs to know of it (base point, kind).
+    void requestStarted(const cad::ed::InputRequest& request);
+    // The request has its answer, or the wait ended.
+    void requestEnded();
     // The command prompt is back after commands ran: views show what they did.
     void idle();
 
@@ -59,6 +66,7 @@ private:
 
     app::Application& app_;
     std::deque<ed::InputEvent> answers_;
+    ed::InputRequest::Kind waitingFor_ = ed::InputRequest::Kind::Command;
     QEventLoop* loop_ = nullptr;
     QTimer runTimer_;
     bool shutDown_ = false;

@@ -133,7 +133,12 @@ void readKeptLayout(const db::MText& mtext, MTextSettings& settings) {
     };
     for (const db::DbObject::KeptTags& kept : mtext.keptTags()) {
         if (kept.subclass != "AcDbMText") continue;
-        for (const db::RawTag& tag : kept.tags) take(tag.code, tag.value);
+        for (const db::RawTag& tag : kept.tags) {
+            // An embedded object (101) follows, whose codes mean other things: 44 there is a
+            // column width, not the line spacing.
+            if (tag.code == 101) break;
+            take(tag.code, tag.value);
+        }
     }
     // 1000 ACAD_MTEXT_COLUMN_INFO_BEGIN, then pairs of a 1070 naming a group code and the
     // value; the column heights (50) come as a count and that many 1040 values.
