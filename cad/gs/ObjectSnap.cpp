@@ -15,6 +15,7 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Point.h"
 #include "cad/db/Polyline.h"
+#include "cad/db/RawEntity.h"
 #include "cad/db/Text.h"
 #include "cad/gs/DisplayList.h"
 #include "cad/gs/DrawingScene.h"
@@ -107,6 +108,58 @@ void entityPoints(Candidates& out, const db::Entity& entity) {
     }
 }
 
+constexpr int kMaxDepth = 16;
+
+// Points of interest of drawn geometry, for what has no exact geometry of its own to ask:
+// the contents of blocks and of the types kept as tags (dimensions, tables, leaders).
+// Polylines give only their two ends: their inner points may be the flattening of an arc.
+void drawnPoints(Candidates& out, DrawingScene& scene, const DisplayList& list, const DisplayItem& item,
+                 const Affine2d& toTarget, int depth) {
+    const auto& points = list.points();
+    auto add = [&](const ge::Point2d& p, SnapMode mode) { out.add(toTarget.map(p), mode); };
+    switch (item.kind) {
+    case ItemKind::Polyline:
+        if (item.count == 0) return;
+        add(points[item.first], kSnapEndpoint);
+        add(points[item.first + item.count - 1], kSnapEndpoint);
+        if (item.count == 2)
+            add({(points[item.first].x + points[item.first + 1].x) / 2, (points[item.first].y + points[item.first + 1].y) / 2},
+                kSnapMidpoint);
+        return;
+    case ItemKind::Segments:
+        for (std::uint32_t i = 0; i + 1 < item.count; i += 2) {
+            const ge::Point2d& a = points[item.first + i];
+            const ge::Point2d& b = points[item.first + i + 1];
+            add(a, kSnapEndpoint);
+            add(b, kSnapEndpoint);
+            add({(a.x + b.x) / 2, (a.y + b.y) / 2}, kSnapMidpoint);
+        }
+        return;
+    case ItemKind::Point: add(points[item.first], kSnapNode); return;
+    case ItemKind::Conic: {
+        const Conic& c = list.conics()[item.first];
+        const bool whole = c.end - c.start >= 2.0 * std::numbers::pi - 1e-9;
+        Candidates local;
+        local.modes = out.modes;
+        local.entity = out.entity;
+        conicPoints(local, c.centre, c.u, c.v, c.start, c.end, whole);
+        for (const SnapPoint& p : local.points) out.add(toTarget.map(p.point), p.mode);
+        return;
+    }
+    case ItemKind::Insert: {
+        if (depth >= kMaxDepth) return;
+        const InsertRef& insert = list.inserts()[item.first];
+        const DisplayList& block = scene.blockList(insert.block);
+        const Affine2d map = toTarget * insert.transform;
+        // Only the first cell of an array: its others are copies a user rarely aims at.
+        for (const DisplayItem& inner : block.items())
+            if (!(inner.flags & DisplayItem::kAttributeDefinition)) drawnPoints(out, scene, block, inner, map, depth + 1);
+        return;
+    }
+    default: return;
+    }
+}
+
 std::optional<ge::Point2d> intersection(const Segment& p, const Segment& q) {
     const double rx = p.b.x - p.a.x, ry = p.b.y - p.a.y, sx = q.b.x - q.a.x, sy = q.b.y - q.a.y;
     const double denominator = rx * sy - ry * sx;
@@ -127,11 +180,26 @@ std::optional<SnapPoint> findSnap(DrawingScene& scene, db::ObjectId block, const
     const std::vector<db::ObjectId> near = picker.entitiesAt(cursor, aperture);
     Candidates candidates;
     candidates.modes = modes;
+    const DisplayList& space = scene.blockList(block);
+    // References and the types kept as tags are snapped to by what they draw.
+    std::vector<db::ObjectId> byDrawing;
     for (db::ObjectId id : near) {
         db::ObjectPtr<db::Entity> entity(id, db::OpenMode::ForRead);
         if (!entity) continue;
         candidates.entity = id;
         entityPoints(candidates, *entity);
+        if (dynamic_cast<const db::RawEntity*>(entity.get()) || dynamic_cast<const db::BlockReference*>(entity.get()))
+            byDrawing.push_back(id);
+    }
+    if (!byDrawing.empty()) {
+        std::vector<std::uint32_t> hits;
+        space.query({cursor.x - aperture, cursor.y - aperture, cursor.x + aperture, cursor.y + aperture}, hits);
+        for (std::uint32_t index : hits) {
+            const DisplayItem& item = space.items()[index];
+            if (std::find(byDrawing.begin(), byDrawing.end(), item.entity) == byDrawing.end()) continue;
+            candidates.entity = item.entity;
+            drawnPoints(candidates, scene, space, item, Affine2d{}, 0);
+        }
     }
 
     // Intersections and nearest points come from what is drawn near the cursor.
@@ -141,7 +209,7 @@ std::optional<SnapPoint> findSnap(DrawingScene& scene, db::ObjectId block, const
     };
     std::vector<Owned> segments;
     if (modes & (kSnapIntersection | kSnapNearest)) {
-        const DisplayList& list = scene.blockList(block);
+        const DisplayList& list = space;
         std::vector<std::uint32_t> hits;
         const Box2d box{cursor.x - aperture, cursor.y - aperture, cursor.x + aperture, cursor.y + aperture};
         list.query(box, hits);

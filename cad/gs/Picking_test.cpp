@@ -93,6 +93,11 @@ TEST_F(PickingTest, SnapsFindExactPointsByTheRunningModes) {
     auto insertion = snap(301, 101, kSnapInsertion);
     ASSERT_TRUE(insertion);
     EXPECT_DOUBLE_EQ(insertion->point.x, 300.0);
+    // Inside a reference, by what its block draws there.
+    auto inBlock = snap(309, 101, kSnapEndpoint);
+    ASSERT_TRUE(inBlock);
+    EXPECT_NEAR(inBlock->point.x, 310.0, 1e-9);
+    EXPECT_EQ(inBlock->entity, reference);
     // Nearest only where nothing else is; none at all when the snaps are off.
     auto nearest = snap(30, 1, kSnapNearest | kSnapEndpoint);
     ASSERT_TRUE(nearest);
