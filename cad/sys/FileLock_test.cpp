@@ -71,7 +71,8 @@ int incrementUnderLock(const std::string& path) {
     // Long enough that an unserialised second writer would read the old value.
     ::usleep(200);
     AtomicFile file;
-    if (file.open(path) != ErrorStatus::eOk || file.write(std::to_string(value + 1)) != ErrorStatus::eOk ||
+    if (file.open(path) != ErrorStatus::eOk ||
+        file.write(std::to_string(value + 1)) != ErrorStatus::eOk ||
         file.commit() != ErrorStatus::eOk)
         return 2;
     return 0;
@@ -141,8 +142,8 @@ TEST_P(StaleLock, IsTakenOver) {
         ASSERT_EQ(exitCodeOf(child), 0);
     } else {
         folder.writeBytes(fs::path(lockPath).filename().string(),
-                          "user=kim\nmachine=" + hostName() +
-                              "\npid=" + std::to_string(deadPid()) + "\ntime=1\nlock=file\n");
+                          "user=kim\nmachine=" + hostName() + "\npid=" + std::to_string(deadPid()) +
+                              "\ntime=1\nlock=file\n");
     }
     ASSERT_TRUE(fs::exists(lockPath));
 
