@@ -1,5 +1,5 @@
-// The object store of a database: slots by handle, adding objects, and the open/close rules
-// (many readers or one writer; erased objects only when asked for).
+// The object store of a database: slots by handle, adding objects, the open/close rules
+// (many readers or one writer; erased objects only when asked for) and undo.
 #include "cad/db/Database.h"
 
 #include "cad/db/DbObject.h"
@@ -46,6 +46,7 @@ ErrorStatus Database::insertObject(std::unique_ptr<DbObject> object, ObjectId& i
     object->owner_ = ownerId;
     slot->object = std::move(object);
     slot->erased = false;
+    if (slots_.undoRecorder().isRecording()) slots_.undoRecorder().added(*slot);
     id = ObjectId(slot);
     return ErrorStatus::eOk;
 }
@@ -84,6 +85,8 @@ ErrorStatus Database::openObject(DbObject*& object, ObjectId id, OpenMode mode, 
     if (slot->writer) return ErrorStatus::eWasOpenedForWrite;
     if (mode == OpenMode::ForWrite) {
         if (slot->readers > 0) return ErrorStatus::eWasOpenedForRead;
+        // Opening for write is where a change starts, so the state before it is kept here.
+        if (slots_.undoRecorder().isRecording()) slots_.undoRecorder().willChange(*slot);
         slot->writer = true;
     } else {
         if (slot->readers >= kMaxReaders) return ErrorStatus::eAtMaxReaders;
@@ -106,6 +109,18 @@ ErrorStatus Database::closeObject(ObjectId id, OpenMode mode) {
     }
     --openCount_;
     return ErrorStatus::eOk;
+}
+
+ErrorStatus Database::undo(std::string& name) {
+    // The step puts other objects into the slots; an open one would be left pointing at the
+    // object the drawing no longer holds.
+    if (openCount_ != 0) return ErrorStatus::eInvalidOpenState;
+    return slots_.undoRecorder().undo(name);
+}
+
+ErrorStatus Database::redo(std::string& name) {
+    if (openCount_ != 0) return ErrorStatus::eInvalidOpenState;
+    return slots_.undoRecorder().redo(name);
 }
 
 }  // namespace cad::db

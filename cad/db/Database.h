@@ -1,7 +1,7 @@
 // A drawing database: the objects of one drawing, their ids and handles, the symbol tables
 // and dictionaries, reading from and saving to DXF files, and cloning between databases.
 // The implementation is split by concern: Database.cpp (adding objects, open and close, over
-// the slots of ObjectStore), DatabaseContent.cpp (default drawing content and the well-known
+// the slots of ObjectStore; undo, recorded by the store's UndoRecorder), DatabaseContent.cpp (default drawing content and the well-known
 // objects), DatabaseFiles.cpp (reading and saving), DatabaseClone.cpp (deep and wblock cloning).
 #pragma once
 
@@ -110,6 +110,21 @@ public:
     std::vector<ObjectId> objectIds() const;
     // How many opens are outstanding (readers plus writers), for tests of open/close discipline.
     int openObjectCount() const { return openCount_; }
+
+    // ---- Undo (Database.cpp) ----
+    // Changes are recorded only while an undo group is open: the command processor opens one
+    // per command, named after it; groups nest, the outermost is the step. Reading a file
+    // records nothing and leaves no history behind.
+    void startUndoGroup(const std::string& name) { slots_.undoRecorder().startGroup(name); }
+    void endUndoGroup() { slots_.undoRecorder().endGroup(); }
+    bool isUndoRecording() const { return slots_.undoRecorder().isRecording(); }
+    // Takes back (brings again) the last step and names it. eNotApplicable when there is none,
+    // eInvalidOpenState while an object is open or the open group has changes of its own.
+    // What a step added is erased, not removed: its ids stay valid.
+    ErrorStatus undo(std::string& name);
+    ErrorStatus redo(std::string& name);
+    UndoRecorder& undoRecorder() { return slots_.undoRecorder(); }
+    const UndoRecorder& undoRecorder() const { return slots_.undoRecorder(); }
 
     // Used by ObjectPtr; module code opens through ObjectPtr / open<T>().
     ErrorStatus openObject(DbObject*& object, ObjectId id, OpenMode mode, bool openErased = false);

@@ -38,6 +38,8 @@ ErrorStatus DbObject::erase(bool erasing) {
     if (ErrorStatus es = checkWritable(); es != ErrorStatus::eOk) return es;
     if (slot_ == nullptr) return ErrorStatus::eNotInDatabase;
     if (slot_->erased == erasing) return erasing ? ErrorStatus::eWasErased : ErrorStatus::eOk;
+    UndoRecorder& undo = slot_->database->undoRecorder();
+    if (undo.isRecording()) undo.willErase(*slot_);
     slot_->erased = erasing;
     // What this object owns goes with it; the owned objects are closed, so their slots can be
     // marked directly without opening each.
@@ -47,6 +49,7 @@ ErrorStatus DbObject::erase(bool erasing) {
         ObjectSlot* slot = owned.back().slot();
         owned.pop_back();
         if (slot == nullptr || !slot->object || slot->erased == erasing) continue;
+        if (undo.isRecording()) undo.willErase(*slot);
         slot->erased = erasing;
         slot->object->ownedObjects(owned);
     }
@@ -60,12 +63,24 @@ bool DbObject::isReadEnabled() const {
 bool DbObject::isWriteEnabled() const { return slot_ == nullptr || slot_->writer; }
 
 void DbObject::addPersistentReactor(ObjectId id) {
-    std::vector<ObjectId>& reactors = extras().reactors;
-    if (std::find(reactors.begin(), reactors.end(), id) == reactors.end()) reactors.push_back(id);
+    const std::vector<ObjectId>& reactors = persistentReactors();
+    if (std::find(reactors.begin(), reactors.end(), id) != reactors.end()) return;
+    willChange();
+    extras().reactors.push_back(id);
 }
 
 void DbObject::removePersistentReactor(ObjectId id) {
-    if (extras_) std::erase(extras_->reactors, id);
+    const std::vector<ObjectId>& reactors = persistentReactors();
+    if (std::find(reactors.begin(), reactors.end(), id) == reactors.end()) return;
+    willChange();
+    std::erase(extras_->reactors, id);
+}
+
+void DbObject::willChange() {
+    // A group's members get their back-links without being opened.
+    if (slot_ == nullptr || slot_->database == nullptr) return;
+    UndoRecorder& undo = slot_->database->undoRecorder();
+    if (undo.isRecording()) undo.willChange(*slot_);
 }
 
 void DbObject::ownedObjects(std::vector<ObjectId>&) const {}

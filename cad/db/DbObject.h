@@ -88,6 +88,10 @@ protected:
 
 private:
     friend class Database;
+    friend class UndoRecorder;  // puts the kept state back into the slot
+    // The undo hook for changes made without opening the object (its reactors, the erase of
+    // what an erased owner owns).
+    void willChange();
     ObjectSlot* slot_ = nullptr;
     ObjectId owner_;
     ObjectId extensionDictionary_;

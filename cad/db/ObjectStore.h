@@ -7,6 +7,7 @@
 
 #include "cad/db/Handle.h"
 #include "cad/db/ObjectSlot.h"
+#include "cad/db/UndoRecorder.h"
 
 namespace cad::db {
 
@@ -29,6 +30,10 @@ public:
     void reserve(std::size_t count);
     // Every slot, in handle order.
     const std::vector<ObjectSlot*>& inHandleOrder() const;
+    // The undo history of the objects in these slots. It lives here because it points at the
+    // slots: when a read replaces a database's content, the history leaves with the old slots.
+    UndoRecorder& undoRecorder() { return undo_; }
+    const UndoRecorder& undoRecorder() const { return undo_; }
     // Every slot, in the order they were made (cheaper when the order does not matter).
     template <typename Visit>
     void forEach(Visit&& visit) {
@@ -55,6 +60,7 @@ private:
     // the audit walk every object several times.
     mutable std::vector<ObjectSlot*> byHandle_;
     mutable bool byHandleSorted_ = true;
+    UndoRecorder undo_;
 };
 
 }  // namespace cad::db
