@@ -13,6 +13,8 @@ Application::Application() {
     documents_.setModuleLoader(&loader_);
     hostCommands_.registerCommands();
     viewCommands_.registerCommands();
+    drawingCommands_.registerCommands();
+    editCommands_.registerCommands();
     if (currentApplication == nullptr) {
         currentApplication = this;
         ed::setEditor(&editor_);

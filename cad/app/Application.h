@@ -7,6 +7,8 @@
 #include "cad/app/CommandProcessor.h"
 #include "cad/app/CommandStack.h"
 #include "cad/app/DocumentManager.h"
+#include "cad/app/DrawingCommands.h"
+#include "cad/app/EditCommands.h"
 #include "cad/app/HostCommands.h"
 #include "cad/app/ViewCommands.h"
 #include "cad/app/MenuBar.h"
@@ -46,6 +48,8 @@ private:
     CommandProcessor processor_{editor_, documents_, commands_};
     HostCommands hostCommands_{*this};
     ViewCommands viewCommands_{*this};
+    DrawingCommands drawingCommands_{*this};
+    EditCommands editCommands_{*this};
 };
 
 }  // namespace cad::app
