@@ -15,6 +15,7 @@ Application::Application() {
     viewCommands_.registerCommands();
     drawingCommands_.registerCommands();
     editCommands_.registerCommands();
+    undoCommands_.registerCommands();
     if (currentApplication == nullptr) {
         currentApplication = this;
         ed::setEditor(&editor_);

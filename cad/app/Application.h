@@ -10,6 +10,7 @@
 #include "cad/app/DrawingCommands.h"
 #include "cad/app/EditCommands.h"
 #include "cad/app/HostCommands.h"
+#include "cad/app/UndoCommands.h"
 #include "cad/app/ViewCommands.h"
 #include "cad/app/MenuBar.h"
 #include "cad/app/MenuGroups.h"
@@ -50,6 +51,7 @@ private:
     ViewCommands viewCommands_{*this};
     DrawingCommands drawingCommands_{*this};
     EditCommands editCommands_{*this};
+    UndoCommands undoCommands_{*this};
 };
 
 }  // namespace cad::app

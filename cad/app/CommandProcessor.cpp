@@ -7,6 +7,7 @@
 
 #include "cad/app/CommandStack.h"
 #include "cad/app/DocumentManager.h"
+#include "cad/db/Database.h"
 #include "cad/ed/Editor.h"
 #include "cad/ed/EditorReactor.h"
 #include "cad/ed/ResultCodes.h"
@@ -111,6 +112,12 @@ bool CommandProcessor::execute(std::string_view typedName) {
 
     ++depth_;
     documents_.commandStarted(document);
+    // The whole command is one undo step, cancelled or failed too: what it did before it
+    // stopped stays in the drawing until U takes it back. A transparent command run inside
+    // another nests in the outer step. The document stays alive until commandFinished, even
+    // when the command closed it.
+    db::Database* database = document != nullptr ? document->database() : nullptr;
+    if (database != nullptr) database->startUndoGroup(command.globalName);
     int cancellations = editor_.cancellations();
     for (ed::EditorReactor* reactor : editor_.reactors())
         reactor->commandWillStart(command.globalName);
@@ -140,6 +147,8 @@ bool CommandProcessor::execute(std::string_view typedName) {
         else
             reactor->commandEnded(command.globalName);
     }
+    // After the reactors: what they change in answer to the command belongs to its step.
+    if (database != nullptr) database->endUndoGroup();
     documents_.commandFinished(document);
     --depth_;
     editor_.setPickfirst({});

@@ -1,7 +1,8 @@
 // The command processor: reads command names at the "Command: " prompt from typed or queued
 // text, looks them up in the command stack (a leading "_" asks for the global name, "." and
 // "'" are accepted as typed), and runs them in the current document with the editor reactors
-// told. The command's own prompts read on from the same text, then from the input source.
+// told, each as one undo step of the document's drawing. The command's own prompts read on
+// from the same text, then from the input source.
 #pragma once
 
 #include <string>

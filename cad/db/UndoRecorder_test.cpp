@@ -32,7 +32,8 @@ Picture picture(Database& db) {
         auto object = open<DbObject>(id, OpenMode::ForRead);
         std::string text = std::string(object->dxfName()) + " owner " +
                            object->ownerId().handle().toHex() + " reactors";
-        for (ObjectId reactor : object->persistentReactors()) text += " " + reactor.handle().toHex();
+        for (ObjectId reactor : object->persistentReactors())
+            text += " " + reactor.handle().toHex();
         out[id.handle().value] = text + "\n" + textOf(recorded(*object));
     }
     return out;
@@ -122,7 +123,8 @@ TEST_F(UndoTest, WhatAStepAddedIsErasedAndOwnersForgetIt) {
         EXPECT_TRUE(id.isErased()) << id.handle().toHex();
     }
     EXPECT_TRUE(lookUp(db.layerTableId(), "PARTS").isNull());
-    EXPECT_FALSE(open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForRead)->has("PARTDATA"));
+    EXPECT_FALSE(
+        open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForRead)->has("PARTDATA"));
 
     EXPECT_EQ(redo(), "PLACE");
     EXPECT_EQ(picture(db), after);
