@@ -1,8 +1,8 @@
 // The drawing view's speed on a large drawing: 200,000 lines (the drawing the reading
 // benchmark writes, made here in memory), painted offscreen into a 1920x1080 image as the
 // view paints its kept picture. Opening (geometry and index built, first picture), a full
-// redraw at the extents and zoomed in 20 times, one pan frame, and one frame of dragging a
-// block of 5,000 entities over the picture.
+// redraw at the extents and zoomed in 20 times, one pan frame, one frame of dragging a block
+// of 5,000 entities over the picture, and the entity and snap under the cursor.
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
@@ -20,6 +20,8 @@
 #include "cad/db/SymbolTable.h"
 #include "cad/gs/DrawingScene.h"
 #include "cad/gs/DrawingView.h"
+#include "cad/gs/EntityPicker.h"
+#include "cad/gs/ObjectSnap.h"
 #include "cad/gs/SceneRenderer.h"
 
 namespace {
@@ -119,8 +121,9 @@ void BM_DragPreviewFrame(benchmark::State& state) {
     const QImage& picture = view.image();
     QImage frame(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
     BlockReference reference({0, 0, 0}, bigPart(db));
-    reference.setScaleFactors(cad::ge::Scale3d(0.2));
     const cad::gs::Box2d visible = view.transform().visibleBox();
+    // The part a quarter of the view wide, as a user drags a part to place it.
+    reference.setScaleFactors(cad::ge::Scale3d(visible.width() / 4 / 1000.0));
     int step = 0;
     for (auto _ : state) {
         // Each frame: the part moved under the cursor, its geometry made, the kept picture
@@ -137,6 +140,26 @@ void BM_DragPreviewFrame(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_DragPreviewFrame)->Unit(benchmark::kMillisecond);
+
+// The entity under the cursor and the snap there, zoomed in 20 times as a user is when aiming.
+void BM_PickAndSnap(benchmark::State& state) {
+    Database& db = drawing();
+    cad::gs::DrawingView view(db);
+    view.setDeviceSize(kWidth, kHeight);
+    view.zoomAbout(kWidth / 2.0, kHeight / 2.0, 20.0);
+    const double pixel = 1.0 / view.transform().pixelsPerUnit();
+    const cad::gs::EntityPicker picker(view.scene(), view.block());
+    int step = 0;
+    for (auto _ : state) {
+        const cad::ge::Point2d at = view.toWorld(900 + step % 100, 500 + step % 77);
+        ++step;
+        benchmark::DoNotOptimize(picker.entitiesAt(at, 4 * pixel));
+        benchmark::DoNotOptimize(cad::gs::findSnap(view.scene(), view.block(), at, 10 * pixel,
+                                                   cad::gs::kSnapEndpoint | cad::gs::kSnapMidpoint |
+                                                       cad::gs::kSnapIntersection | cad::gs::kSnapNearest));
+    }
+}
+BENCHMARK(BM_PickAndSnap)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

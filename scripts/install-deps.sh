@@ -8,7 +8,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev
   python3 python3-ezdxf librecad
-  qt6-base-dev qt6-svg-dev fonts-nanum python3-matplotlib
+  qt6-base-dev qt6-svg-dev zlib1g-dev fonts-nanum python3-matplotlib
 )
 
 missing=()

@@ -26,6 +26,12 @@ DisplayList::~DisplayList() = default;
 DisplayList::DisplayList(DisplayList&&) noexcept = default;
 DisplayList& DisplayList::operator=(DisplayList&&) noexcept = default;
 
+void DisplayList::reserve(std::size_t entities) {
+    // Most entities of a large drawing are lines: one item, two points.
+    items_.reserve(entities);
+    points_.reserve(2 * entities);
+}
+
 std::uint32_t DisplayList::addLook(const EntityLook& look) {
     // Entities share few looks; the last few cover runs of alike entities.
     const std::size_t from = looks_.size() > 8 ? looks_.size() - 8 : 0;
@@ -182,6 +188,8 @@ std::uint32_t DisplayList::addInfiniteLine(db::ObjectId entity, std::uint32_t lo
 
 void DisplayList::finish() {
     index_.reset();
+    items_.shrink_to_fit();
+    points_.shrink_to_fit();
     if (items_.size() < kIndexThreshold) return;
     std::vector<SpatialIndex::Entry> entries;
     entries.reserve(items_.size());

@@ -97,6 +97,8 @@ public:
     std::size_t memoryUsage() const;
 
     // ---- Building ----
+    // Room for about this many entities, so a large space is not copied as it grows.
+    void reserve(std::size_t entities);
     std::uint32_t addLook(const EntityLook& look);
     void setLayerZero(std::int32_t layerIndex) { layerZero_ = layerIndex; }
     // Each add* appends one item for `entity` and answers its index.

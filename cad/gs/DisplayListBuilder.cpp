@@ -74,6 +74,7 @@ void DisplayListBuilder::addBlock(db::ObjectId block) {
     if (!record) return;
     const std::vector<db::ObjectId> ids = record->entityIds();
     record.close();
+    list_.reserve(ids.size());
     for (db::ObjectId id : ids) {
         db::ObjectPtr<db::Entity> entity(id, db::OpenMode::ForRead);
         if (entity) addEntity(*entity, id);

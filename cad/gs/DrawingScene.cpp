@@ -39,6 +39,23 @@ DisplayList DrawingScene::entityList(const db::Entity& entity) {
     return list;
 }
 
+void DrawingScene::forEachEntityList(db::ObjectId block, const std::function<void(const DisplayList&)>& use) {
+    std::vector<db::ObjectId> ids;
+    if (db::ObjectPtr<db::BlockTableRecord> record(block, db::OpenMode::ForRead); record) ids = record->entityIds();
+    DisplayList list;
+    for (db::ObjectId id : ids) {
+        db::ObjectPtr<db::Entity> entity(id, db::OpenMode::ForRead);
+        if (!entity) continue;
+        list = DisplayList();
+        {
+            DisplayListBuilder builder(*this, list);
+            builder.addEntity(*entity, id);
+        }
+        entity.close();
+        if (!list.items().empty()) use(list);
+    }
+}
+
 DisplayList DrawingScene::entitiesList(const std::vector<db::ObjectId>& ids) {
     DisplayList list;
     {

@@ -3,6 +3,7 @@
 // drawing changes. Views, previews, icons and offscreen renders all draw from a scene.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -34,6 +35,9 @@ public:
     // The geometry of one entity that need not be in the drawing (a dragged one): built on
     // each call, with the blocks it references taken from the scene.
     DisplayList entityList(const db::Entity& entity);
+    // The geometry of a block's entities one entity at a time, none of it kept: how a
+    // picture of a drawing too large to hold twice is drawn.
+    void forEachEntityList(db::ObjectId block, const std::function<void(const DisplayList&)>& use);
     // The geometry of these entities of the drawing together (a selection to highlight).
     DisplayList entitiesList(const std::vector<db::ObjectId>& ids);
 

@@ -2,6 +2,7 @@
 #include "cad/gs/OffscreenRender.h"
 
 #include <QFileInfo>
+#include <algorithm>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
@@ -15,12 +16,16 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SymbolTable.h"
 #include "cad/gs/DrawingScene.h"
+#include "cad/gs/PngStream.h"
 #include "cad/gs/SceneRenderer.h"
 #include "cad/gs/ViewTransform.h"
 
 namespace cad::gs {
 
 namespace {
+
+// A PNG is painted in this many bands.
+constexpr int kBands = 4;
 
 db::ObjectId layoutBlock(db::Database& database, const std::string& name) {
     db::ObjectPtr<db::Dictionary> layouts(database.layoutDictionaryId(), db::OpenMode::ForRead);
@@ -50,21 +55,44 @@ db::ObjectId blockToRender(db::Database& database, const RenderRequest& request,
     return id;
 }
 
-Box2d renderBlock(DrawingScene& scene, db::ObjectId block, const RenderRequest& request,
-                  QPaintDevice& device) {
+namespace {
+
+ViewTransform fittedView(DrawingScene& scene, db::ObjectId block, const RenderRequest& request) {
+    // A window asked for is shown exactly; the extents with a margin, found from each
+    // entity's geometry made and let go.
+    ViewTransform view({0, 0}, 1.0, request.width, request.height);
+    if (request.window) {
+        view.fit(*request.window, 0.0);
+    } else {
+        Box2d extents;
+        scene.forEachEntityList(block, [&](const DisplayList& list) { extents.add(list.bounds()); });
+        view.fit(extents);
+    }
+    return view;
+}
+
+void paintBlock(DrawingScene& scene, db::ObjectId block, const RenderRequest& request, const ViewTransform& view,
+                QPainter& painter, const QRect& rows) {
     RenderOptions options;
     options.background = request.whiteBackground ? QColor(Qt::white) : QColor(33, 40, 48);
     options.showAttributeDefinitions = !request.block.empty();
-    ViewTransform view({0, 0}, 1.0, request.width, request.height);
-    // A window asked for is shown exactly; extents get a margin so nothing touches the edge.
-    if (request.window)
-        view.fit(*request.window, 0.0);
-    else
-        view.fit(scene.blockList(block).bounds());
-    QPainter painter(&device);
-    painter.fillRect(QRectF(0, 0, request.width, request.height), options.background);
+    painter.fillRect(rows, options.background);
     SceneRenderer renderer(scene, painter, options);
-    renderer.drawBlock(block, view.worldToDevice(), {0, 0, double(request.width), double(request.height)});
+    const Box2d clip{double(rows.left()), double(rows.top()), double(rows.right() + 1), double(rows.bottom() + 1)};
+    // One entity's geometry at a time, none of it kept: a picture of a large drawing never
+    // holds the drawing twice.
+    scene.forEachEntityList(block, [&](const DisplayList& list) {
+        renderer.drawEntities(list, view.worldToDevice(), clip);
+    });
+}
+
+}  // namespace
+
+Box2d renderBlock(DrawingScene& scene, db::ObjectId block, const RenderRequest& request,
+                  QPaintDevice& device) {
+    const ViewTransform view = fittedView(scene, block, request);
+    QPainter painter(&device);
+    paintBlock(scene, block, request, view, painter, QRect(0, 0, request.width, request.height));
     return view.visibleBox();
 }
 
@@ -83,9 +111,23 @@ std::string renderToFile(db::Database& database, const RenderRequest& request, c
     DrawingScene scene(database);
     Box2d box;
     if (suffix == "png") {
-        QImage image(request.width, request.height, QImage::Format_ARGB32_Premultiplied);
-        box = renderBlock(scene, block, request, image);
-        if (!image.save(&out, "PNG")) return "the picture could not be written";
+        // Painted and written a band of rows at a time: the picture is never held whole
+        // beside a large drawing.
+        const ViewTransform view = fittedView(scene, block, request);
+        box = view.visibleBox();
+        PngStream png(out, request.width, request.height);
+        const int bandHeight = std::max(64, (request.height + kBands - 1) / kBands);
+        for (int top = 0; top < request.height; top += bandHeight) {
+            const int rows = std::min(bandHeight, request.height - top);
+            QImage band(request.width, rows, QImage::Format_RGB32);
+            {
+                QPainter painter(&band);
+                painter.translate(0, -top);
+                paintBlock(scene, block, request, view, painter, QRect(0, top, request.width, rows));
+            }
+            if (!png.write(band)) return "the picture could not be written";
+        }
+        if (!png.finish()) return "the picture could not be written";
     } else if (suffix == "svg") {
         QSvgGenerator svg;
         svg.setOutputDevice(&out);

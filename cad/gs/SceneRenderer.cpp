@@ -55,9 +55,15 @@ void SceneRenderer::drawEntities(const DisplayList& list, const Affine2d& toDevi
     deviceClip_ = deviceClip;
     Inherited top;
     top.color = foreground_;
-    pen_ = {};
     drawList(list, toDevice, top, 0);
-    flushLines();
+}
+
+SceneRenderer::~SceneRenderer() { flushLines(); }
+
+void SceneRenderer::addLine(const QLineF& line) {
+    lines_.push_back(line);
+    // Batches of this size are as fast to paint as one, and stay small.
+    if (lines_.size() >= 4096) flushLines();
 }
 
 SceneRenderer::Resolved SceneRenderer::resolve(const EntityLook& look, const Inherited& inherited) const {
@@ -151,7 +157,7 @@ void SceneRenderer::flushLines() {
 }
 
 void SceneRenderer::drawDot(const ge::Point2d& p) {
-    lines_.push_back(QLineF(p.x, p.y, p.x + 0.01, p.y));
+    addLine(QLineF(p.x, p.y, p.x + 0.01, p.y));
 }
 
 void SceneRenderer::drawList(const DisplayList& list, const Affine2d& toDevice,
@@ -203,7 +209,7 @@ void SceneRenderer::drawItem(const DisplayList& list, const DisplayItem& item, c
         if (item.count == 2) {
             const ge::Point2d a = toDevice.map(points[item.first]);
             const ge::Point2d b = toDevice.map(points[item.first + 1]);
-            if (finite(a) && finite(b)) lines_.push_back(QLineF(a.x, a.y, b.x, b.y));
+            if (finite(a) && finite(b)) addLine(QLineF(a.x, a.y, b.x, b.y));
             return;
         }
         flushLines();
@@ -224,7 +230,7 @@ void SceneRenderer::drawItem(const DisplayList& list, const DisplayItem& item, c
         for (std::uint32_t i = 0; i + 1 < item.count; i += 2) {
             const ge::Point2d a = toDevice.map(points[item.first + i]);
             const ge::Point2d b = toDevice.map(points[item.first + i + 1]);
-            if (finite(a) && finite(b)) lines_.push_back(QLineF(a.x, a.y, b.x, b.y));
+            if (finite(a) && finite(b)) addLine(QLineF(a.x, a.y, b.x, b.y));
         }
         return;
     case ItemKind::Point: {
@@ -262,14 +268,14 @@ void SceneRenderer::drawPointEntity(const ge::Point2d& p, double unitsToDevice) 
     case 0: drawDot(p); break;
     case 1: break;
     case 2:
-        lines_.push_back(QLineF(p.x - h, p.y, p.x + h, p.y));
-        lines_.push_back(QLineF(p.x, p.y - h, p.x, p.y + h));
+        addLine(QLineF(p.x - h, p.y, p.x + h, p.y));
+        addLine(QLineF(p.x, p.y - h, p.x, p.y + h));
         break;
     case 3:
-        lines_.push_back(QLineF(p.x - h, p.y - h, p.x + h, p.y + h));
-        lines_.push_back(QLineF(p.x - h, p.y + h, p.x + h, p.y - h));
+        addLine(QLineF(p.x - h, p.y - h, p.x + h, p.y + h));
+        addLine(QLineF(p.x - h, p.y + h, p.x + h, p.y - h));
         break;
-    case 4: lines_.push_back(QLineF(p.x, p.y, p.x, p.y - h)); break;
+    case 4: addLine(QLineF(p.x, p.y, p.x, p.y - h)); break;
     default: drawDot(p);
     }
     if (mode & 32) {
@@ -277,10 +283,10 @@ void SceneRenderer::drawPointEntity(const ge::Point2d& p, double unitsToDevice) 
         painter_.drawEllipse(QPointF(p.x, p.y), h, h);
     }
     if (mode & 64) {
-        lines_.push_back(QLineF(p.x - h, p.y - h, p.x + h, p.y - h));
-        lines_.push_back(QLineF(p.x + h, p.y - h, p.x + h, p.y + h));
-        lines_.push_back(QLineF(p.x + h, p.y + h, p.x - h, p.y + h));
-        lines_.push_back(QLineF(p.x - h, p.y + h, p.x - h, p.y - h));
+        addLine(QLineF(p.x - h, p.y - h, p.x + h, p.y - h));
+        addLine(QLineF(p.x + h, p.y - h, p.x + h, p.y + h));
+        addLine(QLineF(p.x + h, p.y + h, p.x - h, p.y + h));
+        addLine(QLineF(p.x - h, p.y + h, p.x - h, p.y - h));
     }
 }
 
@@ -426,7 +432,7 @@ void SceneRenderer::drawInfiniteLine(const DisplayList& list, const DisplayItem&
     if (!(t0 <= t1)) return;
     const ge::Point2d a = toDevice.map(p[0] + d[0] * t0, p[1] + d[1] * t0);
     const ge::Point2d b = toDevice.map(p[0] + d[0] * t1, p[1] + d[1] * t1);
-    if (finite(a) && finite(b)) lines_.push_back(QLineF(a.x, a.y, b.x, b.y));
+    if (finite(a) && finite(b)) addLine(QLineF(a.x, a.y, b.x, b.y));
 }
 
 }  // namespace cad::gs

@@ -40,10 +40,15 @@ struct RenderOptions {
 class SceneRenderer {
 public:
     SceneRenderer(DrawingScene& scene, QPainter& painter, RenderOptions options = {});
+    // Lines still batched are painted: a renderer is done with the painter when it goes.
+    ~SceneRenderer();
+    SceneRenderer(const SceneRenderer&) = delete;
+    SceneRenderer& operator=(const SceneRenderer&) = delete;
 
     // Draws a block's list through `toDevice` into `deviceClip` (device coordinates).
     void drawBlock(db::ObjectId block, const Affine2d& toDevice, const Box2d& deviceClip);
-    // Draws a list that no block owns (a dragged entity, a highlight) the same way.
+    // Draws a list that no block owns (a dragged entity, a highlight, one entity of a
+    // drawing streamed onto a picture) the same way; calls may follow each other.
     void drawEntities(const DisplayList& list, const Affine2d& toDevice, const Box2d& deviceClip);
     // How many items were drawn and how many visited, for benchmarks and tests.
     std::size_t itemsDrawn() const { return drawn_; }
@@ -73,6 +78,7 @@ private:
                   const Affine2d& toDevice, const Box2d& visible, int depth);
     Resolved resolve(const EntityLook& look, const Inherited& inherited) const;
     void setPen(const Resolved& look, double unitsToDevice);
+    void addLine(const QLineF& line);
     void flushLines();
     void drawDot(const ge::Point2d& devicePoint);
     void drawPointEntity(const ge::Point2d& devicePoint, double unitsToDevice);
