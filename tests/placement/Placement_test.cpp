@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -10,7 +12,9 @@
 #include "cad/db/BlockReference.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
+#include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
+#include "cad/db/SymbolTable.h"
 #include "cad/sys/TestTempFolder.h"
 #include "tests/support/ExternalReaders.h"
 
@@ -97,6 +101,84 @@ TEST_F(PlacementInHost, DragEndingsLeaveNoTraceAndTheirOutcome) {
                 ->entityIds()
                 .empty());
     }
+}
+
+// The objects of a saved drawing by handle, each as the tags written for it; the header is
+// left out (the handle seed and the save time differ from one save to the next).
+std::map<std::string, std::string> savedObjects(const std::string& text) {
+    std::map<std::string, std::string> objects;
+    std::istringstream in(text);
+    std::string code, value, section, handle, record;
+    const auto keep = [&] {
+        if (!handle.empty() && section != "HEADER") objects[handle] = record;
+        handle.clear();
+        record.clear();
+    };
+    while (std::getline(in, code) && std::getline(in, value)) {
+        const int number = std::stoi(code);
+        if (!value.empty() && value.back() == '\r') value.pop_back();
+        if (number == 0) keep();
+        if (number == 2 && record == "0 SECTION\n") section = value;
+        if ((number == 5 || number == 105) && handle.empty()) handle = value;
+        record += std::to_string(number) + " " + value + "\n";
+    }
+    keep();
+    return objects;
+}
+
+// What a user sees of a drawing: model space's entities, the blocks, layers and text styles,
+// and the keys of the named objects dictionary and the dictionaries under it.
+std::string drawingSummary(const std::string& path) {
+    using namespace cad::db;
+    Database db(false);
+    if (db.readDwgFile(path) != cad::ErrorStatus::eOk)
+        return "unreadable: " + db.lastErrorMessage();
+    std::string out = "model space:";
+    for (ObjectId id : open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForRead)->entityIds())
+        out += " " + std::string(open<DbObject>(id, OpenMode::ForRead)->dxfName());
+    for (ObjectId table : {db.blockTableId(), db.layerTableId(), db.textStyleTableId()}) {
+        out += "\ntable:";
+        for (ObjectId id : open<SymbolTable>(table, OpenMode::ForRead)->recordIds())
+            out += " " + open<SymbolTableRecord>(id, OpenMode::ForRead)->name();
+    }
+    auto root = open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForRead);
+    for (const Dictionary::Entry& entry : root->entries()) {
+        out += "\n" + entry.key + ":";
+        if (auto inner = open<Dictionary>(entry.id, OpenMode::ForRead))
+            for (const Dictionary::Entry& innerEntry : inner->entries())
+                out += " " + innerEntry.key;
+    }
+    return out;
+}
+
+TEST_F(PlacementInHost, UndoTakesThePlacementBackAndRedoBringsItAgain) {
+    const std::string empty = folder_.readBytes("plant.dxf");
+    // Each run starts from the same empty drawing and leaves the one it saved in `name`.
+    const auto saved = [&](const std::vector<std::string>& lines, const char* name,
+                           std::string* out = nullptr) {
+        folder_.writeBytes("plant.dxf", empty);
+        const std::string said = run(0x0C00, lines);
+        if (out != nullptr) *out = said;
+        folder_.writeBytes(name, folder_.readBytes("plant.dxf"));
+        return savedObjects(folder_.readBytes(name));
+    };
+    const auto without = saved({}, "without.dxf");
+    const auto with = saved({"UBLI", "100,50", "30"}, "with.dxf");
+    ASSERT_NE(with, without) << "the placement changed nothing";
+    ASSERT_THAT(drawingSummary(folder_.file("with.dxf")), HasSubstr("model space: INSERT INSERT"));
+
+    std::string said;
+    const auto undone = saved({"UBLI", "100,50", "30", "U"}, "undone.dxf", &said);
+    EXPECT_THAT(said, HasSubstr("\nUBLI\n"));
+    EXPECT_EQ(drawingSummary(folder_.file("undone.dxf")),
+              drawingSummary(folder_.file("without.dxf")));
+    EXPECT_EQ(undone, without);
+
+    // Brought again under the handles it had: the same drawing as placing once.
+    const auto redone = saved({"UBLI", "100,50", "30", "U", "REDO"}, "redone.dxf", &said);
+    EXPECT_THAT(said, HasSubstr("\nUBLI\n"));
+    EXPECT_EQ(drawingSummary(folder_.file("redone.dxf")), drawingSummary(folder_.file("with.dxf")));
+    EXPECT_EQ(redone, with);
 }
 
 }  // namespace
