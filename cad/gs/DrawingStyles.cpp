@@ -98,7 +98,8 @@ const LinetypePattern& DrawingStyles::linetype(std::int32_t index) const {
 EntityLook DrawingStyles::lookOf(const db::Entity& entity) const {
     EntityLook look;
     const std::int16_t index = entity.colorIndex();
-    if (entity.trueColor() >= 0 && index != db::kColorByLayer && index != db::kColorByBlock)
+    // A true colour stands over the colour index, which only says the nearest of the 256.
+    if (entity.trueColor() >= 0)
         look.color = entity.trueColor() & 0xFFFFFF;
     else if (index == db::kColorByLayer)
         look.color = EntityLook::kByLayer;

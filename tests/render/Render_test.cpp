@@ -115,6 +115,25 @@ TEST(Render, RefusalsNameTheProblemAndLeaveNoPicture) {
     EXPECT_NE(render(drawing, temp.file("picture.bmp")).run.output.find("unknown picture format"), std::string::npos);
 }
 
+// A sheet with a cell for every entity type drawn as it was when we looked at it and found it
+// right (testdata/render/entity-sheet.png); fonts and smoothing of another machine may move
+// ink by a pixel, nothing more. VANTOR_UPDATE_GOLDEN=1 writes the picture anew.
+TEST(Render, EveryEntityTypeDrawsAsTheGoldenPicture) {
+    cad::sys::TestTempFolder temp;
+    const std::filesystem::path folder = std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata" / "render";
+    const std::string golden = (folder / "entity-sheet.png").string();
+    const std::string out = temp.file("sheet.png");
+    const Rendered r = render((folder / "entity-sheet.dxf").string(), out, "--size 1000x625");
+    ASSERT_EQ(r.run.exitCode, 0) << r.run.output;
+    if (std::getenv("VANTOR_UPDATE_GOLDEN") != nullptr)
+        std::filesystem::copy_file(out, golden, std::filesystem::copy_options::overwrite_existing);
+    const QImage a(QString::fromStdString(out)), b(QString::fromStdString(golden));
+    ASSERT_EQ(a.size(), b.size());
+    const std::vector<bool> inkA = inkOf(a), inkB = inkOf(b);
+    EXPECT_GE(inkFound(inkA, inkB, a.width(), a.height(), 2), 0.97) << "ink where the golden picture has none";
+    EXPECT_GE(inkFound(inkB, inkA, a.width(), a.height(), 2), 0.97) << "the golden picture's ink missing";
+}
+
 // Where an independent renderer puts its ink, ours puts ink too, and the other way round.
 TEST(Render, InkFallsWhereEzdxfPutsIt) {
     if (!ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
@@ -124,10 +143,11 @@ TEST(Render, InkFallsWhereEzdxfPutsIt) {
     // (ezdxf draws every point as a dot) and texts in fonts neither machine has.
     for (const char* name : {"ezdxf__hatches_1.dxf", "ezdxf__mtext_columns_R2000.dxf", "ezdxf__bin_dxf_r2000.dxf",
                              "ezdxf__custom_blocks.dxf", "ezdxf-made__korean_catalogue_r2000_cp949.dxf",
-                             "ezdxf__small_r13.dxf"}) {
+                             "ezdxf__small_r13.dxf", "../render/entity-sheet.dxf"}) {
         const std::string drawing = (kCorpus / name).string();
-        const std::string ours = temp.file(std::string(name) + ".ours.png");
-        const std::string theirs = temp.file(std::string(name) + ".ezdxf.png");
+        const std::string stem = std::filesystem::path(name).filename().string();
+        const std::string ours = temp.file(stem + ".ours.png");
+        const std::string theirs = temp.file(stem + ".ezdxf.png");
         const Rendered r = render(drawing, ours, "--size 800x600");
         ASSERT_EQ(r.run.exitCode, 0) << r.run.output;
         ASSERT_FALSE(r.window.empty()) << r.run.output;
