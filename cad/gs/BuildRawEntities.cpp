@@ -2,6 +2,7 @@
 // dimensions and tables (their stored blocks), leaders, multilines, meshes, xlines and rays, 3D faces,
 // traces, wipeouts and image frames. A tag that is missing or damaged leaves the entity undrawn, never a guess.
 #include <cmath>
+#include <numbers>
 #include <cstdlib>
 #include <optional>
 
@@ -84,6 +85,8 @@ void DisplayListBuilder::addRawEntity(const db::RawEntity& entity, std::uint32_t
         if (type == "ACAD_TABLE")
             if (auto at = tags.point(10)) insert.transform = Affine2d::translation(at->x, at->y);
         addInsert(insert, look, owner);
+    } else if (type == "VIEWPORT") {
+        addViewport(entity.tags(), look, owner);
     } else if (type == "MLINE") {
         addMultiline(entity.tags(), look, owner);
     } else if (type == "MESH") {
@@ -161,6 +164,34 @@ void DisplayListBuilder::addRawEntity(const db::RawEntity& entity, std::uint32_t
         else
             list_.addPolyline(owner, look, ring.data(), ring.size(), true);
     }
+}
+
+void DisplayListBuilder::addViewport(const std::vector<db::RawTag>& raw, std::uint32_t look, db::ObjectId owner) {
+    const TagValues tags(raw);
+    // Viewport 1 is the paper itself, and a viewport that is off (status 0 or less) shows
+    // nothing, not even its border.
+    const auto id = tags.number(69), status = tags.number(68);
+    auto centre = tags.point(10);
+    const auto width = tags.number(40), height = tags.number(41), viewHeight = tags.number(45);
+    if (!centre || !width || !height || !viewHeight || id.value_or(0.0) == 1.0 || status.value_or(1.0) <= 0.0) return;
+    if (!(*width > 0.0 && *height > 0.0 && *viewHeight > 0.0)) return;
+    const Box2d paper{centre->x - *width / 2, centre->y - *height / 2, centre->x + *width / 2, centre->y + *height / 2};
+    const ge::Point2d corners[4] = {{paper.minX, paper.minY}, {paper.maxX, paper.minY}, {paper.maxX, paper.maxY},
+                                    {paper.minX, paper.maxY}};
+    list_.addPolyline(owner, look, corners, 4, true);
+    // The view's centre is kept relative to its target; seen from above, both add up to the
+    // model point at the middle of the viewport. The view turns by its twist.
+    const ge::Point3d viewCentre = tags.point(12).value_or(ge::Point3d{});
+    const ge::Point3d target = tags.point(17).value_or(ge::Point3d{});
+    const double scale = *height / *viewHeight;
+    const double twist = tags.number(51).value_or(0.0) * std::numbers::pi / 180.0;
+    const double c = std::cos(twist) * scale, s = std::sin(twist) * scale;
+    const double mx = target.x + viewCentre.x, my = target.y + viewCentre.y;
+    ViewportRef viewport;
+    viewport.paper = paper;
+    viewport.modelToPaper = {c, s, -s, c, centre->x - (c * mx - s * my), centre->y - (s * mx + c * my)};
+    if (std::isfinite(viewport.modelToPaper.e + viewport.modelToPaper.f + c + s))
+        list_.addViewport(owner, look, viewport);
 }
 
 void DisplayListBuilder::addSubdivisionMesh(const std::vector<db::RawTag>& tags, std::uint32_t look,

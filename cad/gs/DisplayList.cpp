@@ -186,6 +186,18 @@ std::uint32_t DisplayList::addInfiniteLine(db::ObjectId entity, std::uint32_t lo
     return addItem(item);
 }
 
+std::uint32_t DisplayList::addViewport(db::ObjectId entity, std::uint32_t look, const ViewportRef& viewport) {
+    DisplayItem item;
+    item.kind = ItemKind::Viewport;
+    item.entity = entity;
+    item.look = look;
+    item.first = static_cast<std::uint32_t>(viewports_.size());
+    item.count = 1;
+    item.bounds = viewport.paper;
+    viewports_.push_back(viewport);
+    return addItem(item);
+}
+
 void DisplayList::finish() {
     index_.reset();
     items_.shrink_to_fit();

@@ -28,6 +28,7 @@ enum class ItemKind : std::uint8_t {
     Insert,        // inserts[first]: a block reference (its attributes are items of their own)
     InfiniteLine,  // lines[first]: an xline or a ray, clipped to the view when drawn
     Background,    // rings like Fill, painted in the background colour (wipeouts)
+    Viewport,      // viewports[first]: model space seen through a paper-space viewport
 };
 
 // A closed or open piece of a conic: centre + u cos t + v sin t for t from start to end.
@@ -46,6 +47,12 @@ struct InsertRef {
     Affine2d transform;  // block coordinates to this list's
     std::int32_t columns = 1, rows = 1;
     ge::Point2d columnStep, rowStep;  // offsets between cells, in this list's coordinates
+};
+
+// A layout's viewport: model space mapped onto the paper and cut to the viewport's box.
+struct ViewportRef {
+    Box2d paper;          // the viewport's box on the paper
+    Affine2d modelToPaper;
 };
 
 struct InfiniteLine {
@@ -88,6 +95,7 @@ public:
     const std::vector<TextGeometry>& texts() const { return texts_; }
     const std::vector<InsertRef>& inserts() const { return inserts_; }
     const std::vector<InfiniteLine>& infiniteLines() const { return lines_; }
+    const std::vector<ViewportRef>& viewports() const { return viewports_; }
     // The items in drawing order whose bounds meet `box` (those with infinite bounds always).
     // Answers every item, in order, when the box holds the whole list.
     void query(const Box2d& box, std::vector<std::uint32_t>& out) const;
@@ -122,6 +130,7 @@ public:
                             const Box2d& blockBounds);
     std::uint32_t addInfiniteLine(db::ObjectId entity, std::uint32_t look,
                                   const InfiniteLine& line);
+    std::uint32_t addViewport(db::ObjectId entity, std::uint32_t look, const ViewportRef& viewport);
     // Ends building: the spatial index is made when the list is large enough to need one.
     void finish();
 
@@ -136,6 +145,7 @@ private:
     std::vector<TextGeometry> texts_;
     std::vector<InsertRef> inserts_;
     std::vector<InfiniteLine> lines_;
+    std::vector<ViewportRef> viewports_;
     std::vector<std::uint32_t> unbounded_;  // items with infinite bounds
     Box2d bounds_;
     std::int32_t layerZero_ = -1;

@@ -55,6 +55,8 @@ private:
     bool addArea(const db::Entity& entity, std::uint32_t look, db::ObjectId owner);
     void addReference(const db::BlockReference& reference, std::uint32_t look, db::ObjectId owner);
     void addRawEntity(const db::RawEntity& entity, std::uint32_t look, db::ObjectId owner);
+    // A layout's viewport: its border, and model space seen through it.
+    void addViewport(const std::vector<db::RawTag>& tags, std::uint32_t look, db::ObjectId owner);
     void addMultiline(const std::vector<db::RawTag>& tags, std::uint32_t look, db::ObjectId owner);
     void addSubdivisionMesh(const std::vector<db::RawTag>& tags, std::uint32_t look, db::ObjectId owner);
     void addHatch(const db::Hatch& hatch, std::uint32_t look, db::ObjectId owner);

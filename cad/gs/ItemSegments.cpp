@@ -97,6 +97,7 @@ bool forEachSegment(DrawingScene& scene, const DisplayList& list, const DisplayI
                                           : ge::Point2d{line.base.x - line.direction.x * k, line.base.y - line.direction.y * k};
         return send(back, far);
     }
+    case ItemKind::Viewport: return true;  // its border is an item of its own
     case ItemKind::Insert: {
         if (depth >= kMaxDepth) return true;
         const InsertRef& insert = list.inserts()[item.first];

@@ -13,6 +13,7 @@
 #include "cad/gs/DisplayList.h"
 #include "cad/gs/DrawingScene.h"
 #include "cad/gs/ColorTable.h"
+#include "cad/db/Database.h"
 
 namespace cad::gs {
 
@@ -250,6 +251,7 @@ void SceneRenderer::drawItem(const DisplayList& list, const DisplayItem& item, c
     }
     case ItemKind::Insert: drawInsert(list, item, look, toDevice, depth); return;
     case ItemKind::InfiniteLine: drawInfiniteLine(list, item, toDevice, visible); return;
+    case ItemKind::Viewport: drawViewport(list, item, toDevice, depth); return;
     }
 }
 
@@ -410,6 +412,30 @@ void SceneRenderer::drawInsert(const DisplayList& list, const DisplayItem& item,
             }
             drawList(block, map, inherited, depth + 1);
         }
+}
+
+void SceneRenderer::drawViewport(const DisplayList& list, const DisplayItem& item, const Affine2d& toDevice,
+                                 int depth) {
+    const ViewportRef& viewport = list.viewports()[item.first];
+    const Box2d onScreen = viewport.paper.mapped(toDevice);
+    Box2d clip{std::max(onScreen.minX, deviceClip_.minX), std::max(onScreen.minY, deviceClip_.minY),
+               std::min(onScreen.maxX, deviceClip_.maxX), std::min(onScreen.maxY, deviceClip_.maxY)};
+    if (clip.isEmpty()) return;
+    flushLines();
+    // Model space is cut to the viewport: by the painter, and by what is visited.
+    painter_.save();
+    painter_.setClipRect(QRectF(clip.minX, clip.minY, clip.width(), clip.height()), Qt::IntersectClip);
+    const Box2d outer = deviceClip_;
+    deviceClip_ = clip;
+    Inherited top;
+    top.color = foreground_;
+    const PenKey pen = pen_;
+    pen_ = {};
+    drawList(scene_.blockList(scene_.database().modelSpaceId()), toDevice * viewport.modelToPaper, top, depth + 1);
+    flushLines();
+    deviceClip_ = outer;
+    painter_.restore();
+    pen_ = pen;
 }
 
 void SceneRenderer::drawInfiniteLine(const DisplayList& list, const DisplayItem& item,

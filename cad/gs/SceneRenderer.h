@@ -89,6 +89,7 @@ private:
                   const Affine2d& toDevice);
     void drawInsert(const DisplayList& list, const DisplayItem& item, const Resolved& look,
                     const Affine2d& toDevice, int depth);
+    void drawViewport(const DisplayList& list, const DisplayItem& item, const Affine2d& toDevice, int depth);
     void drawInfiniteLine(const DisplayList& list, const DisplayItem& item,
                           const Affine2d& toDevice, const Box2d& visible);
 
