@@ -36,6 +36,7 @@ public:
 
     // The device was resized; the first size shown opens the view at the extents.
     void setDeviceSize(int width, int height);
+    bool isSized() const { return sized_; }
     const ViewTransform& transform() const { return view_; }
     // A view put in place by a command (a saved view, ZOOM with a scale): kept for Previous.
     void setTransform(const ViewTransform& view);

@@ -193,7 +193,7 @@ std::vector<db::ObjectId> DrawingViewWidget::entitiesIn(const ge::Point3d& corne
 
 void DrawingViewWidget::zoomExtents() {
     if (gs::DrawingView* current = view()) current->zoomExtents();
-    update();
+    viewMoved();
 }
 
 void DrawingViewWidget::zoomWindow(const ge::Point3d& corner1, const ge::Point3d& corner2) {
@@ -201,31 +201,44 @@ void DrawingViewWidget::zoomWindow(const ge::Point3d& corner1, const ge::Point3d
     window.add(corner1.x, corner1.y);
     window.add(corner2.x, corner2.y);
     if (gs::DrawingView* current = view()) current->zoomWindow(window);
-    update();
+    viewMoved();
 }
 
 bool DrawingViewWidget::zoomPrevious() {
     gs::DrawingView* current = view();
     const bool done = current != nullptr && current->zoomPrevious();
-    update();
+    viewMoved();
     return done;
 }
 
 void DrawingViewWidget::zoomScale(double factor) {
     gs::DrawingView* current = view();
     if (current == nullptr) return;
-    const QRect area = drawingRect();
-    current->zoomAbout(area.width() / 2.0, area.height() / 2.0, factor);
-    update();
+    const gs::ViewTransform& shown = current->transform();
+    current->zoomAbout(shown.deviceWidth() / 2, shown.deviceHeight() / 2, factor);
+    viewMoved();
 }
 
 void DrawingViewWidget::pan(const ge::Vector3d& displacement) {
     if (gs::DrawingView* current = view()) current->panDrawing(displacement.x, displacement.y);
-    update();
+    viewMoved();
 }
 
 void DrawingViewWidget::redraw() {
     if (gs::DrawingView* current = view()) current->redraw();
+    update();
+}
+
+void DrawingViewWidget::viewMoved() {
+    emit viewChanged();
+    update();
+}
+
+void DrawingViewWidget::showView(const ge::Point2d& centre, double height) {
+    gs::DrawingView* current = view();
+    if (current == nullptr) return;
+    const gs::ViewTransform& shown = current->transform();
+    current->setTransform(gs::ViewTransform(centre, height, shown.deviceWidth(), shown.deviceHeight()));
     update();
 }
 
@@ -250,7 +263,9 @@ void DrawingViewWidget::paintEvent(QPaintEvent*) {
         painter.drawText(area, Qt::AlignCenter, tr("No drawing open"));
         return;
     }
+    const bool opening = !current->isSized();
     current->setDeviceSize(area.width(), area.height());
+    if (opening) emit viewChanged();
     painter.drawImage(area.topLeft(), current->image());
     painter.setClipRect(area);
     paintOverlays(painter, *current);
@@ -349,7 +364,7 @@ void DrawingViewWidget::wheelEvent(QWheelEvent* event) {
     const double notches = event->angleDelta().y() / 120.0;
     if (current == nullptr || notches == 0.0) return;
     current->zoomAbout(event->position().x(), event->position().y(), std::pow(kWheelStep, notches));
-    update();
+    viewMoved();
 }
 
 void DrawingViewWidget::mousePressEvent(QMouseEvent* event) {
@@ -381,6 +396,7 @@ void DrawingViewWidget::mouseMoveEvent(QMouseEvent* event) {
     if (panFrom_) {
         current->panBy(at.x() - panFrom_->x(), at.y() - panFrom_->y());
         panFrom_ = at;
+        emit viewChanged();
     }
     updateSnap(at);
     const ge::Point2d world = snap_ ? snap_->point : current->toWorld(at.x(), at.y());
@@ -397,7 +413,7 @@ void DrawingViewWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     if (current == nullptr) return;
     if (event->button() == Qt::MiddleButton) {
         current->zoomExtents();
-        update();
+        viewMoved();
         return;
     }
     mousePressEvent(event);

@@ -61,6 +61,10 @@ public:
     // is given up (what it held may be gone).
     void drawingChanged();
 
+    // Shows the drawing about `centre`, `height` drawing units top to bottom (a view a command
+    // made current).
+    void showView(const ge::Point2d& centre, double height);
+
     // The pick-first set of the current document.
     std::vector<db::ObjectId> selection() const;
     void clearSelection();
@@ -88,6 +92,8 @@ signals:
     void pointerMoved(double x, double y);
     // The pick-first set changed.
     void selectionChanged();
+    // The user or a viewing command moved the view (its centre or its scale).
+    void viewChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -107,6 +113,7 @@ private:
     double pickRadius() const;
     void refreshLayoutTabs();
     void selectionEdited();
+    void viewMoved();
     void updateSnap(const QPoint& at);
     void paintOverlays(QPainter& painter, gs::DrawingView& view);
     void paintSnapMarker(QPainter& painter, const QPointF& at, gs::SnapMode mode);

@@ -17,6 +17,7 @@
 #include "cad/gui/DrawingViewWidget.h"
 #include "cad/gui/QtInputSource.h"
 #include "cad/ed/ResultCodes.h"
+#include "cad/gs/DrawingView.h"
 #include "cad/gs/ObjectSnap.h"
 
 namespace cad::gui {
@@ -120,6 +121,7 @@ void MainWindow::attachInput(QtInputSource& input) {
     connect(&input, &QtInputSource::requestStarted, drawingView_,
             [this](const ed::InputRequest& request) { drawingView_->setRequest(request); });
     connect(&input, &QtInputSource::requestEnded, drawingView_, [this] { drawingView_->setRequest(std::nullopt); });
+    connect(drawingView_, &DrawingViewWidget::viewChanged, this, &MainWindow::storeView);
     connect(drawingView_, &DrawingViewWidget::selectionChanged, this,
             [this] { app_.editor().setPickfirst(drawingView_->selection()); });
     auto* snaps = new QAction(tr("Running object snaps"), this);
@@ -136,6 +138,26 @@ void MainWindow::detachInput() {
     if (editor.hitTester() == drawingView_) editor.setHitTester(nullptr);
     if (app_.viewCommands().viewPort() == drawingView_) app_.viewCommands().setViewPort(nullptr);
     inputAttached_ = false;
+}
+
+void MainWindow::storeView() {
+    const gs::DrawingView* view = drawingView_->view();
+    if (view == nullptr) return;
+    ed::ViewRecord record = app_.editor().currentView();
+    const gs::ViewTransform& shown = view->transform();
+    record.centerPoint = shown.centre();
+    record.height = shown.height();
+    record.width = shown.width();
+    storingView_ = true;
+    app_.editor().setCurrentView(record);
+    storingView_ = false;
+}
+
+void MainWindow::sysVarChanged(const std::string& name, bool success) {
+    // VIEWMODE is the last variable a view made current sets.
+    if (!inputAttached_ || storingView_ || !success || name != "VIEWMODE") return;
+    const ed::ViewRecord record = app_.editor().currentView();
+    drawingView_->showView(record.centerPoint, record.height);
 }
 
 void MainWindow::toggleRunningSnaps() {

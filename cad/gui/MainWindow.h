@@ -75,6 +75,11 @@ private:
     void documentDestroyed(const std::string& fileName) override;
     void documentActivated(app::Document* document) override;
     void commandEnded(const std::string& commandName) override;
+    // A view made current by a command (VIEWCTR and VIEWSIZE) is shown.
+    void sysVarChanged(const std::string& name, bool success) override;
+    // The view's centre and height go into VIEWCTR and VIEWSIZE, so a command that saves the
+    // view saves what is shown.
+    void storeView();
     void detachInput();
     // F3: the running snaps on or off, OSMODE's bits kept.
     void toggleRunningSnaps();
@@ -86,6 +91,7 @@ private:
     CommandLineWidget* commandLine_;
     std::vector<QMenu*> groupMenus_;
     bool inputAttached_ = false;
+    bool storingView_ = false;
 };
 
 }  // namespace cad::gui

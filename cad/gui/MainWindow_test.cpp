@@ -10,7 +10,9 @@
 #include "cad/app/Application.h"
 #include "cad/app/MenuGroup.h"
 #include "cad/gui/DrawingViewWidget.h"
+#include "cad/gui/QtInputSource.h"
 #include "cad/gui/TestApplication.h"
+#include "cad/gs/DrawingView.h"
 
 namespace cad::gui {
 namespace {
@@ -78,6 +80,31 @@ TEST_F(MainWindowTest, TabsAndDrawingViewFollowTheDocuments) {
     EXPECT_EQ(tabs->count(), 0);
     EXPECT_EQ(window_.drawingView()->view(), nullptr);
     EXPECT_EQ(window_.windowTitle(), "vantor-cad");
+}
+
+TEST_F(MainWindowTest, TheViewAndTheViewVariablesFollowEachOther) {
+    QtInputSource input(app_);
+    window_.attachInput(input);
+    app_.documentManager().appContextNewDocument();
+    gs::DrawingView* view = window_.drawingView()->view();
+    ASSERT_NE(view, nullptr);
+    view->setDeviceSize(400, 300);
+
+    // A view made current by a command is shown...
+    ed::ViewRecord record = app_.editor().currentView();
+    record.centerPoint = {5, 7};
+    record.height = 12;
+    app_.editor().setCurrentView(record);
+    EXPECT_DOUBLE_EQ(view->transform().centre().x, 5.0);
+    EXPECT_DOUBLE_EQ(view->transform().height(), 12.0);
+
+    // ...and a view the user moves to is what VIEWSIZE and VIEWCTR say.
+    window_.drawingView()->zoomScale(2.0);
+    ed::SysVarValue size, centre;
+    app_.editor().getVar("VIEWSIZE", size);
+    app_.editor().getVar("VIEWCTR", centre);
+    EXPECT_DOUBLE_EQ(std::get<double>(size), 6.0);
+    EXPECT_DOUBLE_EQ(std::get<ge::Point3d>(centre).y, 7.0);
 }
 
 }  // namespace
