@@ -50,8 +50,8 @@ void DrawingCommands::registerCommands() {
         void (DrawingCommands::*run)();
     };
     const Entry entries[] = {
-        {"LINE", &DrawingCommands::line},        {"CIRCLE", &DrawingCommands::circle},
-        {"ARC", &DrawingCommands::arc},          {"PLINE", &DrawingCommands::polyline},
+        {"LINE", &DrawingCommands::line},         {"CIRCLE", &DrawingCommands::circle},
+        {"ARC", &DrawingCommands::arc},           {"PLINE", &DrawingCommands::polyline},
         {"RECTANG", &DrawingCommands::rectangle}, {"TEXT", &DrawingCommands::text},
     };
     for (const Entry& entry : entries)
@@ -125,7 +125,8 @@ void DrawingCommands::circle() {
     std::string prompt = "\nSpecify radius of circle or [Diameter]";
     if (circleRadius_) prompt += " <" + formatLength(*circleRadius_) + ">";
     double radius = 0.0;
-    code = context.getDistance(prompt + ": ", {center, circleRadius_, positive, "Diameter"}, radius);
+    code =
+        context.getDistance(prompt + ": ", {center, circleRadius_, positive, "Diameter"}, radius);
     if (code == ed::RTKWORD) {
         std::optional<double> diameter;
         if (circleRadius_) diameter = 2.0 * *circleRadius_;
@@ -135,7 +136,8 @@ void DrawingCommands::circle() {
         radius /= 2.0;
     }
     if (code != ed::RTNORM) return;
-    if (!context.append(std::make_unique<db::Circle>(center, ge::Vector3d::kZAxis, radius)).isNull())
+    if (!context.append(std::make_unique<db::Circle>(center, ge::Vector3d::kZAxis, radius))
+             .isNull())
         circleRadius_ = radius;
 }
 
@@ -159,9 +161,11 @@ void DrawingCommands::circleByThreePoints(DrawingContext& context) {
 void DrawingCommands::circleByDiameterEnds(DrawingContext& context) {
     ed::Editor& editor = context.editor();
     ge::Point3d a, b;
-    if (editor.getPoint("\nSpecify first end point of circle's diameter: ", a) != ed::RTNORM) return;
+    if (editor.getPoint("\nSpecify first end point of circle's diameter: ", a) != ed::RTNORM)
+        return;
     for (;;) {
-        if (editor.getPoint("\nSpecify second end point of circle's diameter: ", b, a) != ed::RTNORM)
+        if (editor.getPoint("\nSpecify second end point of circle's diameter: ", b, a) !=
+            ed::RTNORM)
             return;
         if (!samePlanPoint(a, b)) break;
         editor.print("\nThe two points coincide: they span no circle.");
@@ -182,7 +186,8 @@ void DrawingCommands::arc() {
     if (code == ed::RTKWORD) {
         if (editor.getPoint("\nSpecify center point of arc: ", center) != ed::RTNORM) return;
         for (;;) {
-            if (editor.getPoint("\nSpecify start point of arc: ", start, center) != ed::RTNORM) return;
+            if (editor.getPoint("\nSpecify start point of arc: ", start, center) != ed::RTNORM)
+                return;
             if (!samePlanPoint(start, center)) break;
             editor.print("\nThe start point is the center: the arc has no radius.");
         }
@@ -196,7 +201,8 @@ void DrawingCommands::arc() {
     code = editor.getPoint("\nSpecify second point of arc or [Center]: ", second, start);
     if (code == ed::RTKWORD) {
         for (;;) {
-            if (editor.getPoint("\nSpecify center point of arc: ", center, start) != ed::RTNORM) return;
+            if (editor.getPoint("\nSpecify center point of arc: ", center, start) != ed::RTNORM)
+                return;
             if (!samePlanPoint(start, center)) break;
             editor.print("\nThe center is the start point: the arc has no radius.");
         }
@@ -233,7 +239,8 @@ void DrawingCommands::arcFromCenter(DrawingContext& context, const ge::Point3d& 
         if (code == ed::RTKWORD) {
             double included = 0.0;
             editor.initGet(ed::RSG_NOZERO);
-            if (editor.getAngle("\nSpecify included angle: ", included, center) != ed::RTNORM) return;
+            if (editor.getAngle("\nSpecify included angle: ", included, center) != ed::RTNORM)
+                return;
             to = from + included;
             break;
         }
@@ -267,8 +274,8 @@ void DrawingCommands::rectangle() {
         editor.print("\nThe corners must differ in both X and Y.");
     }
     auto outline = std::make_unique<db::Polyline>();
-    const ge::Point2d corners[] = {{first.x, first.y}, {other.x, first.y}, {other.x, other.y},
-                                   {first.x, other.y}};
+    const ge::Point2d corners[] = {
+        {first.x, first.y}, {other.x, first.y}, {other.x, other.y}, {first.x, other.y}};
     for (const ge::Point2d& corner : corners) outline->addVertexAt(outline->numVerts(), corner);
     outline->setClosed(true);
     outline->setElevation(first.z);
@@ -297,12 +304,14 @@ void DrawingCommands::text() {
     if (code != ed::RTNORM && code != ed::RTNONE) return;
     textRotation_ = rotation;
     // Every line entered goes a line and a half below the one before; an empty one ends.
-    const ge::Vector3d down(1.5 * height * std::sin(rotation), -1.5 * height * std::cos(rotation), 0.0);
+    const ge::Vector3d down(1.5 * height * std::sin(rotation), -1.5 * height * std::cos(rotation),
+                            0.0);
     for (;;) {
         std::string line;
         if (editor.getString("\nEnter text: ", line, true) != ed::RTNORM || line.empty()) return;
-        if (context.append(std::make_unique<db::Text>(position, line, database->textStyleStandard(),
-                                                      height, rotation))
+        if (context
+                .append(std::make_unique<db::Text>(position, line, database->textStyleStandard(),
+                                                   height, rotation))
                 .isNull())
             return;
         position += down;

@@ -29,7 +29,8 @@ private:
     void circleByThreePoints(DrawingContext& context);
     void circleByDiameterEnds(DrawingContext& context);
     // The end of an arc whose centre and start are known: a point, or an included angle.
-    void arcFromCenter(DrawingContext& context, const ge::Point3d& center, const ge::Point3d& start);
+    void arcFromCenter(DrawingContext& context, const ge::Point3d& center,
+                       const ge::Point3d& start);
 
     Application& app_;
     // What the prompts offer as defaults: the last answers of this session.

@@ -48,7 +48,8 @@ std::string describe(db::ObjectId id) {
         return "CIRCLE " + pt(circle->center()) + " r" + num(circle->radius());
     if (auto* arc = dynamic_cast<db::Arc*>(entity.get()))
         return "ARC " + pt(arc->center()) + " r" + num(arc->radius()) + " " +
-               degrees(arc->startAngle()) + ">" + degrees(std::fmod(arc->endAngle(), 2 * std::numbers::pi));
+               degrees(arc->startAngle()) + ">" +
+               degrees(std::fmod(arc->endAngle(), 2 * std::numbers::pi));
     if (auto* polyline = dynamic_cast<db::Polyline*>(entity.get())) {
         std::string out = polyline->isClosed() ? "CLOSED" : "OPEN";
         for (unsigned i = 0; i < polyline->numVerts(); ++i) {
@@ -77,7 +78,8 @@ protected:
     }
     db::Database* db() { return app_.documentManager().curDocument()->database(); }
     std::vector<db::ObjectId> ids() {
-        return db::open<db::BlockTableRecord>(db()->modelSpaceId(), db::OpenMode::ForRead)->entityIds();
+        return db::open<db::BlockTableRecord>(db()->modelSpaceId(), db::OpenMode::ForRead)
+            ->entityIds();
     }
     // Runs the typed text and answers the model space's entities afterwards.
     std::vector<std::string> run(const std::string& typed) {
@@ -91,7 +93,9 @@ protected:
     std::string shown() { return app_.editor().commandLine().text(); }
     std::size_t count(const std::string& part) {
         std::size_t n = 0;
-        for (std::size_t at = shown().find(part); at != std::string::npos; at = shown().find(part, at + 1)) ++n;
+        for (std::size_t at = shown().find(part); at != std::string::npos;
+             at = shown().find(part, at + 1))
+            ++n;
         return n;
     }
 
@@ -199,9 +203,10 @@ TEST_F(DrawingCommandsTest, PolylineSegmentsArcsAndWidths) {
         {"arc after arc", "_PLINE 0,0 10,0 A 10,10 0,10\n", "OPEN 0,0 10,0 b1 10,10 0,10"},
         {"arc closes", "_PLINE 0,0 10,0 A 10,10 C\n", "CLOSED 0,0 10,0 b1 10,10 b0.4142"},
         {"first arc leaves along X", "_PLINE 0,0 A 5,5\n", "OPEN 0,0 b0.4142 5,5"},
-        {"tapered, then the end width",
-         "_PLINE 0,0 W 1 2 10,0 20,0\n", "OPEN 0,0 w1/2 10,0 w2/2 20,0 w2/2"},
-        {"undo past the start, then on", "_PLINE 0,0 10,0 20,0 U U U 5,5\n", "OPEN 0,0 w2/2 5,5 w2/2"},
+        {"tapered, then the end width", "_PLINE 0,0 W 1 2 10,0 20,0\n",
+         "OPEN 0,0 w1/2 10,0 w2/2 20,0 w2/2"},
+        {"undo past the start, then on", "_PLINE 0,0 10,0 20,0 U U U 5,5\n",
+         "OPEN 0,0 w2/2 5,5 w2/2"},
     };
     for (const auto& row : rows) {
         const std::size_t before = ids().size();
@@ -250,7 +255,8 @@ TEST_F(DrawingCommandsTest, EntitiesGoOnTheDrawingsCurrentLayer) {
     ASSERT_EQ(db()->setClayer(parts), ErrorStatus::eOk);
     run("_CIRCLE 0,0 1\n_PLINE 0,0 1,0\n\n_TEXT 0,0 1 0 x\n\n");
     std::vector<db::ObjectId> layers;
-    for (db::ObjectId id : ids()) layers.push_back(db::open<db::Entity>(id, db::OpenMode::ForRead)->layerId());
+    for (db::ObjectId id : ids())
+        layers.push_back(db::open<db::Entity>(id, db::OpenMode::ForRead)->layerId());
     EXPECT_EQ(layers, (std::vector<db::ObjectId>{db()->layerZero(), parts, parts, parts}));
 }
 
@@ -264,9 +270,10 @@ TEST_F(DrawingCommandsTest, NothingIsOpenWhileInputIsAwaited) {
             return ScriptInputSource::next(request);
         }
         db::Database* db;
-    } watch(db(), {"LINE", "0,0", "1,0", "1,1", "U", "", "PLINE", "0,0", "2,0", "A", "2,2", "U", "C",
-                   "<esc>", "CIRCLE", "0,0", "1", "COPY", "0,1", "", "0,0", "3,0", "U", "", "ROTATE", "ALL",
-                   "", "0,0", "C", "45", "MOVE", "ALL", "", "D", "1,1", "ERASE", "ALL", ""});
+    } watch(db(), {"LINE", "0,0", "1,0", "1,1",   "U",      "",      "PLINE", "0,0",  "2,0", "A",
+                   "2,2",  "U",   "C",   "<esc>", "CIRCLE", "0,0",   "1",     "COPY", "0,1", "",
+                   "0,0",  "3,0", "U",   "",      "ROTATE", "ALL",   "",      "0,0",  "C",   "45",
+                   "MOVE", "ALL", "",    "D",     "1,1",    "ERASE", "ALL",   ""});
     app_.editor().setInputSource(&watch);
     app_.commandProcessor().run();
     EXPECT_TRUE(watch.atEnd());

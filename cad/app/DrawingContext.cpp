@@ -29,7 +29,8 @@ db::ObjectId DrawingContext::currentLayer() const {
     if (editor_.getVar("CLAYER", value) == ed::RTNORM) {
         if (const auto* name = std::get_if<std::string>(&value)) {
             db::ObjectId layer;
-            auto table = db::open<db::SymbolTable>(database_->layerTableId(), db::OpenMode::ForRead);
+            auto table =
+                db::open<db::SymbolTable>(database_->layerTableId(), db::OpenMode::ForRead);
             if (table && table->getAt(*name, layer) == ErrorStatus::eOk) return layer;
         }
     }

@@ -41,9 +41,9 @@ public:
 
     struct DistanceRequest {
         std::optional<ge::Point3d> basePoint;  // a picked point gives its distance from here
-        std::optional<double> defaultValue;     // what Enter answers
-        int flags = 0;                          // RSG_NOZERO, RSG_NONEG
-        std::string keywords;                   // as initGet takes them
+        std::optional<double> defaultValue;    // what Enter answers
+        int flags = 0;                         // RSG_NOZERO, RSG_NONEG
+        std::string keywords;                  // as initGet takes them
     };
     // RTNORM with `result`, RTNONE on Enter without a default, RTKWORD for a keyword (read it
     // with Editor::getInput), RTCAN on Esc. Without a base point a picked point becomes one

@@ -45,8 +45,8 @@ int EditCommands::askDisplacement(ge::Vector3d& displacement, ge::Point3d& base)
     int code = editor.getPoint("\nSpecify base point or [Displacement] <Displacement>: ", base);
     if (code == ed::RTNORM) {
         ge::Point3d second;
-        code = editor.getPoint("\nSpecify second point or <use first point as displacement>: ",
-                               second, base);
+        code = editor.getPoint(
+            "\nSpecify second point or <use first point as displacement>: ", second, base);
         if (code == ed::RTNORM) {
             displacement = second - base;
             return code;
@@ -60,8 +60,10 @@ int EditCommands::askDisplacement(ge::Vector3d& displacement, ge::Point3d& base)
     ge::Point3d offset;
     code = editor.getPoint("\nSpecify displacement <0.0000, 0.0000, 0.0000>: ", offset,
                            ge::Point3d::kOrigin);
-    if (code == ed::RTNONE) offset = ge::Point3d::kOrigin;
-    else if (code != ed::RTNORM) return code;
+    if (code == ed::RTNONE)
+        offset = ge::Point3d::kOrigin;
+    else if (code != ed::RTNORM)
+        return code;
     displacement = offset.asVector();
     base = ge::Point3d::kOrigin;
     return ed::RTNORM;
@@ -147,8 +149,8 @@ void EditCommands::copy() {
     for (bool first = true;; first = false) {
         ge::Point3d second;
         if (first) {
-            code = editor.getPoint("\nSpecify second point or <use first point as displacement>: ",
-                                   second, base);
+            code = editor.getPoint(
+                "\nSpecify second point or <use first point as displacement>: ", second, base);
             if (code == ed::RTNONE) {
                 std::vector<db::ObjectId> copies;
                 transform(context, ids, ge::Matrix3d::translation(base.asVector()), &copies);

@@ -41,9 +41,11 @@ protected:
         app_.documentManager().appContextNewDocument();
         app_.editor().setInputSource(&script_);
         auto space = db::open<db::BlockTableRecord>(db()->modelSpaceId(), db::OpenMode::ForWrite);
-        space->appendEntity(std::make_unique<db::Line>(ge::Point3d(0, 0, 0), ge::Point3d(10, 0, 0)), line_);
-        space->appendEntity(std::make_unique<db::Circle>(ge::Point3d(50, 50, 0), ge::Vector3d::kZAxis, 2.0),
-                            circle_);
+        space->appendEntity(std::make_unique<db::Line>(ge::Point3d(0, 0, 0), ge::Point3d(10, 0, 0)),
+                            line_);
+        space->appendEntity(
+            std::make_unique<db::Circle>(ge::Point3d(50, 50, 0), ge::Vector3d::kZAxis, 2.0),
+            circle_);
     }
     db::Database* db() { return app_.documentManager().curDocument()->database(); }
     std::vector<std::string> run(const std::string& typed) {
@@ -88,9 +90,10 @@ TEST_F(EditCommandsTest, MoveBySecondPointOrDisplacement) {
         line->setStartPoint({0, 0, 0});
         line->setEndPoint({10, 0, 0});
     }
-    EXPECT_NE(shown().find("Select objects: W\nFirst corner: -1,-1\nSpecify opposite corner: 11,1\n1 found"
-                           "\nSelect objects: \nSpecify base point or [Displacement] <Displacement>: 0,0"
-                           "\nSpecify second point or <use first point as displacement>: 5,5"),
+    EXPECT_NE(shown().find(
+                  "Select objects: W\nFirst corner: -1,-1\nSpecify opposite corner: 11,1\n1 found"
+                  "\nSelect objects: \nSpecify base point or [Displacement] <Displacement>: 0,0"
+                  "\nSpecify second point or <use first point as displacement>: 5,5"),
               std::string::npos)
         << shown();
 }
@@ -114,7 +117,8 @@ TEST_F(EditCommandsTest, CopyRepeatsUntilEnterAndUndoesTheLast) {
 }
 
 TEST_F(EditCommandsTest, RotateAboutABasePointOrACopy) {
-    EXPECT_EQ(run("_ROTATE " + kLineByWindow + "0,0 90\n"), (Entities{"LINE 0,0 0,10", "CIRCLE 50,50"}));
+    EXPECT_EQ(run("_ROTATE " + kLineByWindow + "0,0 90\n"),
+              (Entities{"LINE 0,0 0,10", "CIRCLE 50,50"}));
     // The angle by a point from the base; Copy leaves the original.
     EXPECT_EQ(run("_ROTATE 50,48\n\n50,40 C 40,40\n"),
               (Entities{"LINE 0,0 0,10", "CIRCLE 50,50", "CIRCLE 50,30"}));

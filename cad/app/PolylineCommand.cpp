@@ -49,7 +49,8 @@ bool PolylineCommand::step() {
         if (arcMode_) {
             std::optional<double> tangent = tangentBulge(last, direction(), end);
             if (!tangent) {
-                editor.print("\nThe end point lies straight behind the arc's start: no arc reaches it.");
+                editor.print(
+                    "\nThe end point lies straight behind the arc's start: no arc reaches it.");
                 return true;
             }
             bulge = *tangent;
@@ -103,9 +104,11 @@ bool PolylineCommand::close() {
     Vertex& last = vertices_.back();
     double bulge = 0.0;
     if (arcMode_) {
-        std::optional<double> tangent = tangentBulge(last.point, direction(), vertices_.front().point);
+        std::optional<double> tangent =
+            tangentBulge(last.point, direction(), vertices_.front().point);
         if (!tangent) {
-            context_.editor().print("\nThe start point lies straight behind the arc's start: no arc closes.");
+            context_.editor().print(
+                "\nThe start point lies straight behind the arc's start: no arc closes.");
             return false;
         }
         bulge = *tangent;
@@ -149,8 +152,8 @@ void PolylineCommand::update(bool closed) {
     auto fill = [&](db::Polyline& polyline) {
         while (polyline.numVerts() > 0) polyline.removeVertexAt(polyline.numVerts() - 1);
         for (const Vertex& v : vertices_)
-            polyline.addVertexAt(polyline.numVerts(), {v.point.x, v.point.y}, v.bulge,
-                                 v.startWidth, v.endWidth);
+            polyline.addVertexAt(polyline.numVerts(), {v.point.x, v.point.y}, v.bulge, v.startWidth,
+                                 v.endWidth);
         polyline.setElevation(vertices_.front().point.z);
         polyline.setClosed(closed);
     };

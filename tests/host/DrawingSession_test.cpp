@@ -20,6 +20,8 @@ TEST(DrawingSession, APartDrawnSavedAndReadByAnotherReader) {
     if (!vantor::test::ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
     cad::sys::TestTempFolder folder;
     const std::string saved = folder.file("bracket.dxf");
+    // One command to a line, as a user would read it.
+    // clang-format off
     const std::vector<std::string> lines = {
         // The plate, a hole and its copy.
         "RECTANG", "0,0", "<pick> 80,50",
@@ -36,13 +38,15 @@ TEST(DrawingSession, APartDrawnSavedAndReadByAnotherReader) {
         "ERASE", "C", "99,99", "101,101", "",
         "LINE", "90,0", "<esc>",
         "SAVEAS", saved, "QUIT"};
+    // clang-format on
     std::string script;
     for (const std::string& line : lines) script += line + "\n";
     folder.writeBytes("draw.script", script);
     const auto run = vantor::test::runCommand(shellQuoted(VANTOR_CAD) + " --headless --script " +
                                               shellQuoted(folder.file("draw.script")));
     ASSERT_EQ(run.exitCode, 0) << run.output;
-    EXPECT_THAT(run.output, HasSubstr("[Close/Undo]: U\nSpecify next point or [Undo]: \nCommand: MOVE"));
+    EXPECT_THAT(run.output,
+                HasSubstr("[Close/Undo]: U\nSpecify next point or [Undo]: \nCommand: MOVE"));
     EXPECT_THAT(run.output, Not(HasSubstr("Unknown command")));
 
     const auto read = vantor::test::runEzdxf(R"PY(import sys, ezdxf
