@@ -8,6 +8,8 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/Layout.h"
 #include "cad/db/ObjectPtr.h"
+#include "cad/db/SymbolTable.h"
+#include "cad/db/ViewportTableRecord.h"
 
 namespace cad::gs {
 
@@ -71,8 +73,37 @@ void DrawingView::setDeviceSize(int width, int height) {
     view_.setDeviceSize(width, height);
     if (!sized_) {
         sized_ = true;
-        view_.fit(extents());
+        if (!showSavedView()) view_.fit(extents());
     }
+}
+
+bool DrawingView::showSavedView() {
+    // Model space opens where the drawing was last looked at (its active viewport), as long
+    // as that looks like a view someone chose: a plan view that shows some of the drawing,
+    // the drawing not lost in a corner of it. Programs that never set it leave a default
+    // that may show nothing, or the drawing as a speck.
+    if (layout_ != kModel) return false;
+    db::ObjectPtr<db::SymbolTable> table(database().viewportTableId(), db::OpenMode::ForRead);
+    db::ObjectId id;
+    if (!table || table->getAt("*Active", id) != ErrorStatus::eOk) return false;
+    table.close();
+    db::ObjectPtr<db::ViewportTableRecord> active(id, db::OpenMode::ForRead);
+    if (!active) return false;
+    const ge::Vector3d& direction = active->viewDirection();
+    const double height = active->height();
+    if (!(std::abs(direction.x) < 1e-9 && std::abs(direction.y) < 1e-9 && direction.z > 0.0)) return false;
+    if (!(height > 0.0) || !std::isfinite(height)) return false;
+    const ge::Point2d centre{active->target().x + active->centerPoint().x, active->target().y + active->centerPoint().y};
+    if (!std::isfinite(centre.x) || !std::isfinite(centre.y)) return false;
+    ViewTransform saved = view_;
+    saved.setCentre(centre);
+    saved.setHeight(height);
+    const Box2d drawing = extents();
+    if (drawing.isEmpty() || !saved.visibleBox().intersects(drawing)) return false;
+    const double drawingSize = std::max(drawing.width(), drawing.height());
+    if (drawingSize < 0.1 * std::max(saved.width(), saved.height())) return false;
+    view_ = saved;
+    return true;
 }
 
 void DrawingView::setTransform(const ViewTransform& view) {

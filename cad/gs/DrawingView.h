@@ -34,7 +34,8 @@ public:
     // Shows model space or the named layout at its extents; false for an unknown name.
     bool showLayout(const std::string& name);
 
-    // The device was resized; the first size shown opens the view at the extents.
+    // The device was resized; the first size shown opens the view at the drawing's saved view,
+    // or at its extents.
     void setDeviceSize(int width, int height);
     bool isSized() const { return sized_; }
     const ViewTransform& transform() const { return view_; }
@@ -69,6 +70,7 @@ public:
 
 private:
     void remember();
+    bool showSavedView();
 
     DrawingScene scene_;
     ViewImage image_;

@@ -7,6 +7,8 @@
 
 #include "cad/db/Circle.h"
 #include "cad/db/Line.h"
+#include "cad/db/SymbolTable.h"
+#include "cad/db/ViewportTableRecord.h"
 #include "cad/db/TestDrawing.h"
 #include "cad/gs/TestGuiApplication.h"
 
@@ -71,11 +73,9 @@ TEST_F(DrawingViewTest, ZoomResizeAndChangesRedraw) {
     EXPECT_EQ(view.lastFrame(), ViewImage::Frame::Redrawn);
 }
 
-TEST_F(DrawingViewTest, OpensAtTheExtentsAndPreviousGoesBackAStepAtATime) {
+TEST_F(DrawingViewTest, PreviousGoesBackAStepAtATime) {
     DrawingView view(db);
     view.setDeviceSize(400, 300);
-    const Box2d extents = view.extents();
-    EXPECT_TRUE(view.transform().visibleBox().contains(extents));
     const ViewTransform opened = view.transform();
 
     view.zoomAbout(100, 100, 1.25);
@@ -98,6 +98,32 @@ TEST_F(DrawingViewTest, OpensAtTheExtentsAndPreviousGoesBackAStepAtATime) {
     EXPECT_NEAR(view.transform().height(), 10.0, 1e-9);
     view.zoomWindow({5, 5, 5, 5});  // no window at all: the view stays
     EXPECT_NEAR(view.transform().height(), 10.0, 1e-9);
+}
+
+TEST_F(DrawingViewTest, OpensAtTheSavedViewWhenItShowsSomethingOfTheDrawing) {
+    auto activeView = [&](ge::Point2d centre, double height) {
+        db::ObjectId id;
+        db::open<db::SymbolTable>(db.viewportTableId(), db::OpenMode::ForRead)->getAt("*Active", id);
+        auto active = db::open<db::ViewportTableRecord>(id, db::OpenMode::ForWrite);
+        ASSERT_TRUE(active);
+        active->setCenterPoint(centre);
+        active->setHeight(height);
+    };
+    activeView({20, 30}, 15);
+    {
+        DrawingView view(db);
+        view.setDeviceSize(400, 300);
+        EXPECT_DOUBLE_EQ(view.transform().centre().x, 20.0);
+        EXPECT_DOUBLE_EQ(view.transform().height(), 15.0);
+    }
+    // A view of nothing, and one where the drawing is a speck: the extents instead.
+    for (double height : {15.0, 1e5}) {
+        activeView({height == 15.0 ? 1e6 : 0.0, 0.0}, height);
+        DrawingView view(db);
+        view.setDeviceSize(400, 300);
+        EXPECT_TRUE(view.transform().visibleBox().contains(view.extents())) << height;
+        EXPECT_LT(view.transform().height(), 1000.0);
+    }
 }
 
 TEST_F(DrawingViewTest, ModelComesFirstThenTheLayouts) {
