@@ -167,17 +167,6 @@ TEST_F(UndoTest, StepsAreRecordedOnlyWhenSomethingChanged) {
     // Outside a group nothing is recorded at all.
     setThickness(2);
     EXPECT_EQ(db.undoRecorder().undoCount(), 0U);
-
-    // Nested groups are one step, named by the outermost.
-    step("OUTER", [&] {
-        setThickness(3);
-        step("ZOOM", [] {});
-        step("INNER", [&] { setThickness(4); });
-        setThickness(5);
-    });
-    EXPECT_EQ(db.undoRecorder().undoCount(), 1U);
-    EXPECT_EQ(undo(), "OUTER");
-    EXPECT_EQ(open<Line>(line, OpenMode::ForRead)->thickness(), 2);
 }
 
 TEST_F(UndoTest, ANewChangeEndsRedoAndAnEmptyStepDoesNot) {
