@@ -8,6 +8,9 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <unistd.h>
+
+#include <fstream>
 #include <memory>
 
 #include "cad/db/BlockReference.h"
@@ -18,6 +21,7 @@
 #include "cad/db/Line.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SymbolTable.h"
+#include "cad/db/Text.h"
 #include "cad/gs/DrawingScene.h"
 #include "cad/gs/DrawingView.h"
 #include "cad/gs/EntityPicker.h"
@@ -63,6 +67,13 @@ std::unique_ptr<Database> makeDrawing() {
             part->appendEntity(std::make_unique<Line>(cad::ge::Point3d{x, y, 0}, cad::ge::Point3d{x + 8, y + 8, 0}), id);
     }
     return db;
+}
+
+long residentKb() {
+    std::ifstream statm("/proc/self/statm");
+    long pages = 0, resident = 0;
+    statm >> pages >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
 Database& drawing() {
@@ -140,6 +151,30 @@ void BM_DragPreviewFrame(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_DragPreviewFrame)->Unit(benchmark::kMillisecond);
+
+// A drawing of 20,000 short texts (the attributes of placed parts): building its geometry, and
+// what each text costs in memory.
+void BM_BuildTexts(benchmark::State& state) {
+    Database db;
+    {
+        auto model = open<BlockTableRecord>(db.modelSpaceId(), OpenMode::ForWrite);
+        for (int i = 0; i < 20'000; ++i) {
+            ObjectId id;
+            model->appendEntity(std::make_unique<Text>(cad::ge::Point3d{(i % 100) * 40.0, (i / 100) * 5.0, 0},
+                                                       "V-" + std::to_string(i) + " 게이트 밸브", ObjectId{}, 2.5),
+                                id);
+        }
+    }
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        cad::gs::DrawingScene scene(db);
+        const long before = residentKb();
+        benchmark::DoNotOptimize(scene.blockList(db.modelSpaceId()).items().size());
+        bytes = std::max(bytes, std::size_t(std::max(0L, residentKb() - before)) * 1024);
+    }
+    state.counters["bytes_per_text"] = double(bytes) / 20'000;
+}
+BENCHMARK(BM_BuildTexts)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // The entity under the cursor and the snap there, zoomed in 20 times as a user is when aiming.
 void BM_PickAndSnap(benchmark::State& state) {

@@ -136,7 +136,7 @@ std::uint32_t DisplayList::addText(db::ObjectId entity, std::uint32_t look, Text
     item.flags = attributeDefinition ? DisplayItem::kAttributeDefinition : 0;
     for (const QPointF& p : text.box) item.bounds.add(p.x(), p.y());
     for (const TextPiece& piece : text.pieces) {
-        const QRectF r = piece.outline.boundingRect();
+        const QRectF r = piece.bounds();
         if (!r.isEmpty()) {
             item.bounds.add(r.left(), r.top());
             item.bounds.add(r.right(), r.bottom());

@@ -355,11 +355,10 @@ void SceneRenderer::drawText(const DisplayList& list, const DisplayItem& item, c
         return;
     }
     flushLines();
-    const QTransform saved = painter_.transform();
     // Glyphs read far better smoothed; lines stay crisp and fast without.
     const bool smooth = painter_.testRenderHint(QPainter::Antialiasing);
     painter_.setRenderHint(QPainter::Antialiasing, true);
-    painter_.setTransform(QTransform(toDevice.a, toDevice.b, toDevice.c, toDevice.d, toDevice.e, toDevice.f), true);
+    const QTransform qtToDevice(toDevice.a, toDevice.b, toDevice.c, toDevice.d, toDevice.e, toDevice.f);
     for (const TextPiece& piece : text.pieces) {
         QColor color = look.color;
         if (!options_.override.isValid()) {
@@ -372,9 +371,10 @@ void SceneRenderer::drawText(const DisplayList& list, const DisplayItem& item, c
                     color = *piece.colorIndex == 7 ? foreground_ : colorOf(static_cast<std::int32_t>(indexColor(*piece.colorIndex)));
             }
         }
-        painter_.fillPath(piece.outline, color);
+        textPath_.clear();
+        piece.appendTo(textPath_, qtToDevice);
+        painter_.fillPath(textPath_, color);
     }
-    painter_.setTransform(saved);
     painter_.setRenderHint(QPainter::Antialiasing, smooth);
 }
 

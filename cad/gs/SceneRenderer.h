@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPainterPath>
 #include <QRgb>
 #include <QPointF>
 #include <QLineF>
@@ -108,6 +109,7 @@ private:
     };
     PenKey pen_;
     std::vector<QPointF> points_;
+    QPainterPath textPath_;  // a text's glyphs in device coordinates, made anew for each
     std::vector<std::vector<std::uint32_t>> hits_;  // one per nesting depth, never resized
     std::size_t drawn_ = 0;
 };

@@ -1,4 +1,5 @@
-// Glyph outlines copied element by element through one transform each, into a path per colour.
+// Glyphs placed by reference, one piece per colour (and one for the rules); mapped element by
+// element into one path when drawn.
 #include "cad/gs/text/OutlineBuilder.h"
 
 namespace cad::gs {
@@ -58,33 +59,43 @@ std::vector<TextPiece> OutlineBuilder::pieces(const QTransform& toBlock) const {
     std::vector<TextPiece> out;
     for (std::size_t color = 0; color < colors_.size(); ++color) {
         TextPiece glyphs, rules;
-        glyphs.outline.setFillRule(Qt::WindingFill);
-        rules.outline.setFillRule(Qt::WindingFill);
-        // Sized once: a display list keeps every text's outline, and a path grown by doubling
-        // holds up to twice what it needs.
-        int elements = 0, quads = 0;
-        for (const PlacedGlyph& glyph : glyphs_)
-            if (glyph.color == color) elements += glyph.outline->elementCount();
-        for (const Quad& quad : quads_)
-            if (quad.color == color) ++quads;
-        if (elements > 0) glyphs.outline.reserve(elements);
-        if (quads > 0) rules.outline.reserve(5 * quads);
-        for (const PlacedGlyph& glyph : glyphs_)
-            if (glyph.color == color) appendMapped(glyphs.outline, *glyph.outline, glyph.toText * toBlock);
+        rules.rules.setFillRule(Qt::WindingFill);
+        std::size_t count = 0;
+        for (const Glyph& glyph : glyphs_) count += glyph.color == color;
+        glyphs.glyphs.reserve(count);
+        for (const Glyph& glyph : glyphs_) {
+            if (glyph.color != color) continue;
+            const QTransform t = glyph.toText * toBlock;
+            glyphs.glyphs.push_back({glyph.outline, t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()});
+        }
         for (const Quad& quad : quads_) {
             if (quad.color != color) continue;
-            rules.outline.moveTo(toBlock.map(quad.corners[0]));
-            for (int k = 1; k < 4; ++k) rules.outline.lineTo(toBlock.map(quad.corners[k]));
-            rules.outline.closeSubpath();
+            rules.rules.moveTo(toBlock.map(quad.corners[0]));
+            for (int k = 1; k < 4; ++k) rules.rules.lineTo(toBlock.map(quad.corners[k]));
+            rules.rules.closeSubpath();
         }
         for (TextPiece* piece : {&glyphs, &rules}) {
-            if (piece->outline.isEmpty()) continue;
+            if (piece->glyphs.empty() && piece->rules.isEmpty()) continue;
             piece->colorIndex = colors_[color].index;
             piece->trueColor = colors_[color].trueColor;
             out.push_back(std::move(*piece));
         }
     }
     return out;
+}
+
+QRectF TextPiece::bounds() const {
+    QRectF all = rules.isEmpty() ? QRectF() : rules.boundingRect();
+    for (const PlacedGlyph& glyph : glyphs) {
+        const QRectF r = glyph.toBlock().mapRect(glyph.outline->boundingRect());
+        all = all.isNull() ? r : all | r;
+    }
+    return all;
+}
+
+void TextPiece::appendTo(QPainterPath& out, const QTransform& toDevice) const {
+    for (const PlacedGlyph& glyph : glyphs) appendMapped(out, *glyph.outline, glyph.toBlock() * toDevice);
+    if (!rules.isEmpty()) appendMapped(out, rules, toDevice);
 }
 
 }  // namespace cad::gs

@@ -1,5 +1,5 @@
 // Collects a text's glyphs and rules (underlines, fraction bars) in the text's own frame,
-// then maps them into block coordinates as one filled path per colour.
+// then places them in block coordinates as pieces, one per colour.
 #pragma once
 
 #include <QPainterPath>
@@ -33,7 +33,7 @@ private:
         std::optional<std::int32_t> trueColor;
         friend bool operator==(const Color&, const Color&) = default;
     };
-    struct PlacedGlyph {
+    struct Glyph {
         const QPainterPath* outline;
         QTransform toText;
         std::size_t color;
@@ -45,7 +45,7 @@ private:
 
     std::vector<Color> colors_{Color{}};
     std::size_t color_ = 0;
-    std::vector<PlacedGlyph> glyphs_;
+    std::vector<Glyph> glyphs_;
     std::vector<Quad> quads_;
 };
 

@@ -4,6 +4,8 @@
 
 #include <QPainterPath>
 #include <QPointF>
+#include <QRectF>
+#include <QTransform>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -16,10 +18,25 @@ class Text;
 
 namespace cad::gs {
 
+// A cached glyph outline and where it lands: block = (m11 x + m21 y + dx, m12 x + m22 y + dy).
+// Texts hold their glyphs by reference, not as copied outlines: a drawing's thousands of
+// attributes would otherwise cost kilobytes each. The outlines live in the font library for
+// as long as the application does.
+struct PlacedGlyph {
+    const QPainterPath* outline = nullptr;
+    double m11 = 1.0, m12 = 0.0, m21 = 0.0, m22 = 1.0, dx = 0.0, dy = 0.0;
+    QTransform toBlock() const { return QTransform(m11, m12, m21, m22, dx, dy); }
+};
+
 struct TextPiece {
-    QPainterPath outline;                   // filled, in the entity's block coordinates (drawing units)
+    std::vector<PlacedGlyph> glyphs;        // filled, winding, in the entity's block coordinates
+    QPainterPath rules;                     // underlines, overlines, strikes and bars, likewise
     std::optional<int> colorIndex;          // an inline colour code: 0 BYBLOCK, 256 BYLAYER, 1..255
     std::optional<std::int32_t> trueColor;  // an inline true colour, 0xRRGGBB
+    // Glyphs and rules, in block coordinates.
+    QRectF bounds() const;
+    // Glyphs and rules as one path mapped by `toDevice` (added to `out`).
+    void appendTo(QPainterPath& out, const QTransform& toDevice) const;
 };
 
 struct TextGeometry {
