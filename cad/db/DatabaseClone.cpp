@@ -382,6 +382,8 @@ ErrorStatus Database::Cloner::replace(Copy& copy, ObjectId existing) {
     slot->object->ownedObjects(formerlyOwned);
     formerlyOwned.push_back(slot->object->extensionDictionary());
 
+    // The record is replaced without being opened: undo must keep what it was first.
+    if (dest_.isUndoRecording()) dest_.undoRecorder().willChange(*slot);
     copy.object->owner_ = slot->object->ownerId();
     copy.object->slot_ = slot;
     slot->object = std::move(copy.object);

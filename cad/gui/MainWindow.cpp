@@ -183,6 +183,14 @@ void MainWindow::buildFileMenu() {
     add(tr("&Close"), QKeySequence::Close, [this] { runCommand("_CLOSE\n"); });
     file->addSeparator();
     add(tr("&Quit"), QKeySequence::Quit, [this] { runCommand("_QUIT\n"); });
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    QAction* undo = edit->addAction(tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    connect(undo, &QAction::triggered, this, [this] { runCommand("_U\n"); });
+    QAction* redo = edit->addAction(tr("&Redo"));
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence::Redo});
+    connect(redo, &QAction::triggered, this, [this] { runCommand("_REDO\n"); });
 }
 
 void MainWindow::rebuildGroupMenus() {

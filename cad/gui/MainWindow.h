@@ -61,6 +61,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    // File, and Edit with Undo (Ctrl+Z) and Redo (Ctrl+Y).
     void buildFileMenu();
     void rebuildGroupMenus();
     void addItems(QMenu* menu, const std::vector<app::MenuItem>& items);

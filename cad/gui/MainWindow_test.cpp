@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QMenu>
+#include <QMenuBar>
 #include <QTabBar>
 
 #include "cad/app/Application.h"
@@ -55,6 +56,19 @@ TEST_F(MainWindowTest, GroupMenusAreRenderedAndTypeTheirMacros) {
 
     app_.menuBar().removeGroup("Vantor");
     EXPECT_TRUE(window_.groupMenus().empty());
+}
+
+TEST_F(MainWindowTest, UndoAndRedoAreCtrlZAndCtrlY) {
+    QMenu* edit = nullptr;
+    for (QAction* action : window_.menuBar()->actions())
+        if (action->text() == "&Edit") edit = action->menu();
+    ASSERT_NE(edit, nullptr);
+    ASSERT_EQ(edit->actions().size(), 2);
+    EXPECT_EQ(edit->actions()[0]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
+    EXPECT_EQ(edit->actions()[1]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Y));
+    edit->actions()[0]->trigger();
+    edit->actions()[1]->trigger();
+    EXPECT_EQ(typed_, (std::vector<std::string>{"\x03\x03_U\n", "\x03\x03_REDO\n"}));
 }
 
 TEST_F(MainWindowTest, TabsAndDrawingViewFollowTheDocuments) {
