@@ -295,15 +295,21 @@ void DrawingViewWidget::paintOverlays(QPainter& painter, gs::DrawingView& view) 
         const ge::Point2d p = view.transform().toDevice(*current->selection.windowCorner());
         base = QPointF(p.x, p.y);
     }
+    // The rubber band ends where a click would land: at the snap when there is one.
+    QPointF end = at;
+    if (snap_) {
+        const ge::Point2d p = view.transform().toDevice(snap_->point);
+        end = QPointF(p.x, p.y);
+    }
     if (base) {
         const bool boxed = window || !request_;
         // A window dragged to the left crosses: drawn dashed, as users know it.
-        const bool crossing = boxed && at.x() < base->x();
+        const bool crossing = boxed && end.x() < base->x();
         painter.setPen(QPen(kRubber, 0, crossing || !boxed ? Qt::DashLine : Qt::SolidLine));
         if (boxed)
-            painter.drawRect(QRectF(*base, at).normalized());
+            painter.drawRect(QRectF(*base, end).normalized());
         else
-            painter.drawLine(*base, at);
+            painter.drawLine(*base, end);
     }
     if (snap_) {
         const ge::Point2d p = view.transform().toDevice(snap_->point);
