@@ -48,6 +48,16 @@ QString CommandLineWidget::historyText() const {
 }
 
 bool CommandLineWidget::eventFilter(QObject* watched, QEvent* event) {
+    // Undo and redo belong to the drawing, not to the few letters typed here: the line lets
+    // the window's shortcuts have them, as the command line is where the keyboard usually is.
+    if (watched == input_ && (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress)) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo) ||
+            key->keyCombination() == QKeyCombination(Qt::ControlModifier, Qt::Key_Y)) {
+            event->ignore();
+            return true;
+        }
+    }
     if (watched == input_ && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
         input_->clear();

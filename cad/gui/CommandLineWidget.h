@@ -1,6 +1,6 @@
 // The command-line window: the history of everything printed on the command line above, and
 // the line the user types into below. Enter hands the typed line on (an empty line is Enter
-// alone), Esc asks to cancel.
+// alone), Esc asks to cancel; Ctrl+Z and Ctrl+Y are left to the window (undo of the drawing).
 #pragma once
 
 #include <QWidget>

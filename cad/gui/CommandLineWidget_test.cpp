@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
@@ -39,6 +40,25 @@ TEST_F(CommandLineWidgetTest, EnterHandsOnTheLineAndEscAsksToCancel) {
     EXPECT_EQ(lines.at(1).at(0).toString(), "");
     EXPECT_EQ(cancels.count(), 1);
     EXPECT_TRUE(widget_.inputLine()->text().isEmpty());
+}
+
+TEST_F(CommandLineWidgetTest, UndoAndRedoKeysAreTheWindowsNotTheLines) {
+    // A shortcut of the window that holds the command line, as the main window's Edit menu.
+    QWidget window;
+    auto* line = new CommandLineWidget(&window);
+    int undos = 0;
+    auto* undo = new QAction(&window);
+    undo->setShortcut(QKeySequence::Undo);
+    QObject::connect(undo, &QAction::triggered, [&] { ++undos; });
+    window.addAction(undo);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    line->inputLine()->setFocus();
+    QTest::keyClicks(line->inputLine(), "_LINE");
+    QTest::keyClick(line->inputLine(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(undos, 1);
+    EXPECT_EQ(line->inputLine()->text(), "_LINE") << "the typed text is left alone";
 }
 
 }  // namespace
