@@ -25,9 +25,6 @@ namespace vantor::cli {
 
 namespace {
 
-constexpr const char* kViewNames[PartRecord::kViewCount] = {"front",    "side",     "plan",
-                                                            "drawing1", "drawing2", "drawing3"};
-
 // Removes "--name VALUE" from args; false (reported) when the value is missing.
 bool takeValue(std::vector<std::string>& args, std::string_view name, std::string& value) {
     auto at = std::find(args.begin(), args.end(), name);
@@ -69,9 +66,10 @@ bool parsePoint(const std::string& text, cad::ge::Point3d& point) {
 
 // The record's block to place: the named view slot, else the first slot holding a block.
 std::string viewBlock(const PartRecord& record, const std::string& view) {
-    for (std::size_t i = 0; i < PartRecord::kViewCount; ++i) {
-        if (view.empty() ? !record.viewBlocks[i].empty() : view == kViewNames[i])
-            return record.viewBlocks[i];
+    for (PartFields::Id id : PartFields::inStoredOrder()) {
+        const PartFields::Field& field = PartFields::field(id);
+        if (field.kind != PartFields::Kind::View) continue;
+        if (view.empty() ? !record.text(id).empty() : view == field.name) return record.text(id);
     }
     return {};
 }

@@ -26,9 +26,6 @@ namespace {
 
 using apps::JsonWriter;
 
-constexpr const char* kViewNames[PartRecord::kViewCount] = {"front",    "side",     "plan",
-                                                            "drawing1", "drawing2", "drawing3"};
-
 // Drawings are named by their absolute path, as the registered lists hold them, so the cache
 // written here is the one the library window takes.
 std::string drawingPath(const std::string& given) {
@@ -137,13 +134,20 @@ int runTree(std::vector<std::string> args) {
     return kExitOk;
 }
 
+bool isView(PartFields::Id id) {
+    return PartFields::field(id).kind == PartFields::Kind::View;
+}
+
+// The key, the views, the general fields by name and the user fields as one array, each group
+// in stored order.
 void writeRecordJson(JsonWriter& out, const PartRecord& record) {
     out.beginObject().member("key", record.key).key("views").beginArray();
-    for (std::size_t i = 0; i < PartRecord::kViewCount; ++i) {
-        const cad::ge::Point3d& p = record.viewPoints[i];
+    for (PartFields::Id id : PartFields::inStoredOrder()) {
+        if (!isView(id)) continue;
+        const cad::ge::Point3d& p = record.viewPoint(id);
         out.beginObject()
-            .member("slot", kViewNames[i])
-            .member("block", record.viewBlocks[i])
+            .member("slot", PartFields::field(id).name)
+            .member("block", record.text(id))
             .key("point")
             .beginArray()
             .value(p.x)
@@ -152,27 +156,25 @@ void writeRecordJson(JsonWriter& out, const PartRecord& record) {
             .endArray()
             .endObject();
     }
-    out.endArray()
-        .member("group", record.group)
-        .member("kname", record.kname)
-        .member("ename", record.ename)
-        .member("spec", record.spec)
-        .member("material", record.material)
-        .member("weight", record.weight)
-        .member("price", record.price)
-        .member("remark", record.remark)
-        .key("user")
-        .beginArray();
-    for (const std::string& text : record.user) out.value(text);
+    out.endArray();
+    for (PartFields::Id id : PartFields::inStoredOrder())
+        if (PartFields::field(id).kind == PartFields::Kind::General)
+            out.member(PartFields::field(id).name, record.text(id));
+    out.key("user").beginArray();
+    for (PartFields::Id id : PartFields::inStoredOrder())
+        if (PartFields::field(id).kind == PartFields::Kind::User) out.value(record.text(id));
     out.endArray().endObject();
 }
 
+// The key, the 14 texts in stored order, then each view as block@x,y,z.
 void writeRecordText(const PartRecord& record) {
     std::cout << record.key;
-    for (std::size_t i = 0; i < PartRecord::kTextCount; ++i) std::cout << '\t' << record.text(i);
-    for (std::size_t i = 0; i < PartRecord::kViewCount; ++i) {
-        const cad::ge::Point3d& p = record.viewPoints[i];
-        std::cout << '\t' << record.viewBlocks[i] << '@' << p.x << ',' << p.y << ',' << p.z;
+    for (PartFields::Id id : PartFields::inStoredOrder())
+        if (!isView(id)) std::cout << '\t' << record.text(id);
+    for (PartFields::Id id : PartFields::inStoredOrder()) {
+        if (!isView(id)) continue;
+        const cad::ge::Point3d& p = record.viewPoint(id);
+        std::cout << '\t' << record.text(id) << '@' << p.x << ',' << p.y << ',' << p.z;
     }
     std::cout << '\n';
 }

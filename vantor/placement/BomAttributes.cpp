@@ -16,22 +16,28 @@ namespace vantor {
 using cad::ErrorStatus;
 using cad::db::OpenMode;
 
+namespace {
+
+// The quantity has a row of the mark but no field of the record: every marker counts one part.
+constexpr std::string_view kQuantityTag = "QTY";
+constexpr std::size_t kQuantityRow = 4;
+
+}  // namespace
+
 const std::array<std::string_view, BomAttributes::kTagCount>& BomAttributes::tags() {
-    static const std::array<std::string_view, kTagCount> table = {
-        "NAME",   "ENAME", "SPEC",  "MATERIAL", "QTY",   "WEIGHT", "PRICE",
-        "REMARK", "USER1", "USER2", "USER3",    "USER4", "USER5",  "USER6"};
+    static const std::array<std::string_view, kTagCount> table = [] {
+        std::array<std::string_view, kTagCount> rows{};
+        rows.at(kQuantityRow) = kQuantityTag;
+        for (const PartFields::Field& field : PartFields::all())
+            if (field.bomRow != PartFields::kNone) rows.at(field.bomRow) = field.bomTag;
+        return rows;
+    }();
     return table;
 }
 
 std::string BomAttributes::textFor(std::string_view tag, const PartRecord& record) {
-    const std::string* fields[kTagCount] = {
-        &record.kname,   &record.ename,   &record.spec,    &record.material, nullptr,
-        &record.weight,  &record.price,   &record.remark,  &record.user[0],  &record.user[1],
-        &record.user[2], &record.user[3], &record.user[4], &record.user[5]};
-    for (std::size_t i = 0; i < kTagCount; ++i) {
-        if (tags()[i] != tag) continue;
-        return fields[i] != nullptr ? *fields[i] : std::string("1");
-    }
+    if (tag == kQuantityTag) return "1";
+    if (const PartFields::Field* field = PartFields::byBomTag(tag)) return record.text(field->id);
     return std::string(tag);
 }
 

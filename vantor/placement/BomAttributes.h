@@ -17,8 +17,8 @@ struct PartRecord;
 class BomAttributes {
 public:
     static constexpr std::size_t kTagCount = 14;
-    // NAME, ENAME, SPEC, MATERIAL, QTY, WEIGHT, PRICE, REMARK, USER1 .. USER6, in the order of
-    // the marker's attribute definitions.
+    // The fields' tags at their rows in the field table, and QTY, in the order of the marker's
+    // attribute definitions.
     static const std::array<std::string_view, kTagCount>& tags();
     // The text of the attribute tagged `tag`: its record field, "1" for QTY, and the tag itself
     // for a tag that is none of the 14 (compared byte for byte, so "name" is not "NAME").

@@ -49,7 +49,11 @@ TEST_F(BomMarkTest, DefinitionHoldsCircleTextAndFourteenInvisibleAttributes) {
                      definition->isPreset());
         EXPECT_EQ(definition->fieldLength(), 25);
     }
-    EXPECT_EQ(BomAttributes::tags().back(), "USER6");  // the lowest, 14 below the base
+    // The quantity fills the one row no field takes; USER6 is the lowest, 14 below the base.
+    const std::array<std::string_view, BomAttributes::kTagCount> order = {
+        "NAME",   "ENAME", "SPEC",  "MATERIAL", "QTY",   "WEIGHT", "PRICE",
+        "REMARK", "USER1", "USER2", "USER3",    "USER4", "USER5",  "USER6"};
+    EXPECT_EQ(BomAttributes::tags(), order);
 }
 
 TEST_F(BomMarkTest, UpsideDownStyleMirrorsTheTextBothWays) {

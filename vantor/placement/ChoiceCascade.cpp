@@ -26,23 +26,8 @@ double numberAt(std::string_view text, std::size_t& at) {
 }  // namespace
 
 const std::string& ChoiceCascade::field(const PartRecord& record, std::size_t list,
-                                      bool englishName) {
-    switch (list) {
-        case 0:
-            return englishName ? record.ename : record.kname;
-        case 1:
-            return record.spec;
-        case 2:
-            return record.material;
-        case 3:
-            return record.weight;
-        case 4:
-            return record.price;
-        case 5:
-            return record.remark;
-        default:
-            return record.user[list - 6];
-    }
+                                        bool englishName) {
+    return record.text(PartFields::cascadeField(list, englishName));
 }
 
 bool ChoiceCascade::itemBefore(std::string_view a, std::string_view b) {

@@ -16,8 +16,8 @@ namespace vantor {
 
 class ChoiceCascade {
 public:
-    // Name, Spec, Material, Weight, Price, Remark, User1 .. User6.
-    static constexpr std::size_t kListCount = 12;
+    // The fields of the lists are the field table's (PartFields::cascadeField).
+    static constexpr std::size_t kListCount = PartFields::kCascadeCount;
 
     // The field list `list` shows: the name list shows the English name when asked to.
     static const std::string& field(const PartRecord& record, std::size_t list, bool englishName);

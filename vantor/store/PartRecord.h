@@ -10,18 +10,14 @@
 #include "cad/db/ObjectId.h"
 #include "cad/db/ResBuf.h"
 #include "cad/ge/Point3d.h"
+#include "vantor/ui/PartFields.h"
 
 namespace vantor {
 
 struct PartRecord {
-    static constexpr std::size_t kViewCount = 6;   // front, side, plan, drawing 1 to 3
-    static constexpr std::size_t kTextCount = 14;  // group .. remark, then User1 .. User6
-    static constexpr std::size_t kChainLength = 2 * kViewCount + kTextCount;
-    static constexpr std::size_t kSpecText = 3;  // the text a tree's record node shows
-    // Group codes of the chain: view block names, view points, texts.
-    static constexpr int kBlockCode = 2;
-    static constexpr int kPointCode = 10;
-    static constexpr int kTextCode = 1;
+    static constexpr std::size_t kViewCount = PartFields::kViewCount;  // front .. drawing 3
+    static constexpr std::size_t kTextCount = PartFields::kTextCount;  // group .. User6
+    static constexpr std::size_t kChainLength = PartFields::kChainLength;
 
     bool loaded = false;  // read from the store
     cad::db::ObjectId recordId;
@@ -41,12 +37,17 @@ struct PartRecord {
     std::string remark;
     std::array<std::string, 6> user;
 
-    // The 14 texts in stored order.
+    // The text of a field: a view's is its block name.
+    const std::string& text(PartFields::Id field) const;
+    std::string& text(PartFields::Id field);
+    // The BOM-mark point of a view.
+    const cad::ge::Point3d& viewPoint(PartFields::Id view) const;
+    // The 14 texts in stored order: the group, then KName to User6.
     const std::string& text(std::size_t index) const;
     std::string& text(std::size_t index);
 
-    // The 26 values: six pairs of block name (code 2) and point (code 10), then the 14 texts
-    // (code 1). Every position is present, empty slots included.
+    // The 26 values at the positions and with the codes of the field table: six pairs of block
+    // name and point, then the 14 texts. Every position is present, empty slots included.
     cad::db::ResBufChain toChain() const;
     // Overwrites `chain` position by position, keeping the codes and whatever follows the 26
     // values; a chain too short or with a value of the wrong type at a position is replaced

@@ -1,6 +1,8 @@
 // Field titles: defaults, keys, and the reset and OK rules of the title dialog.
 #include "vantor/ui/FieldLabels.h"
 
+#include <stdexcept>
+
 #include "cad/app/UserDialogs.h"
 #include "vantor/ui/ModuleSettings.h"
 #include "vantor/ui/TextRules.h"
@@ -9,35 +11,26 @@ namespace vantor {
 
 namespace {
 
-// The blanks inside the defaults pad short Korean titles to the width of the longer ones in
-// the dialogs; they are part of the titles.
-constexpr std::array<std::string_view, FieldLabels::kCount> kDefaults = {
-    "품   명(K)", "품   명(E)", "사   양",  "재   질",  "중   량",  "가   격", "비   고",
-    "USER1",      "USER2",      "USER3",    "USER4",    "USER5",    "USER6",   "정 면 도",
-    "측 면 도",   "평 면 도",   "도   면1", "도   면2", "도   면3",
-};
-
-constexpr std::array<std::string_view, FieldLabels::kCount> kKeys = {
-    "Label_KName", "Label_EName",  "Label_Spec",  "Label_Material", "Label_Weight",
-    "Label_Price", "Label_Remark", "Label_User1", "Label_User2",    "Label_User3",
-    "Label_User4", "Label_User5",  "Label_User6", "Label_Draw1",    "Label_Draw2",
-    "Label_Draw3", "Label_Draw4",  "Label_Draw5", "Label_Draw6",
-};
+const PartFields::Field& titled(std::size_t index) {
+    if (index >= FieldLabels::kCount)
+        throw std::out_of_range("no field title " + std::to_string(index));
+    return PartFields::all()[index];
+}
 
 }  // namespace
 
 FieldLabels::Texts FieldLabels::defaults() {
     Texts texts;
-    for (std::size_t i = 0; i < kCount; ++i) texts[i] = kDefaults[i];
+    for (std::size_t i = 0; i < kCount; ++i) texts[i] = defaultLabel(i);
     return texts;
 }
 
 std::string_view FieldLabels::defaultLabel(std::size_t index) {
-    return kDefaults.at(index);
+    return titled(index).defaultLabel;
 }
 
 std::string_view FieldLabels::key(std::size_t index) {
-    return kKeys.at(index);
+    return titled(index).labelKey;
 }
 
 void FieldLabels::resetLabels(ModuleSettings& settings) {

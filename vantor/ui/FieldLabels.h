@@ -1,11 +1,13 @@
-// The 19 user-editable field titles: their defaults and settings keys, and the reset and OK
-// rules of the title dialog, kept apart from the dialog so they are tested without a display.
+// The 19 user-editable field titles: their defaults and settings keys as the field table gives
+// them, and the reset and OK rules of the title dialog, tested without a display.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
+
+#include "vantor/ui/PartFields.h"
 
 namespace cad::app {
 class UserDialogs;
@@ -17,31 +19,12 @@ class ModuleSettings;
 
 class FieldLabels {
 public:
-    static constexpr std::size_t kCount = 19;
+    static constexpr std::size_t kCount = PartFields::kLabelCount;
     using Texts = std::array<std::string, kCount>;
 
-    // Positions in the label array, in the order of the dialog's edits and the settings keys.
-    enum Index : std::size_t {
-        KName,
-        EName,
-        Spec,
-        Material,
-        Weight,
-        Price,
-        Remark,
-        User1,
-        User2,
-        User3,
-        User4,
-        User5,
-        User6,
-        Draw1,  // front view
-        Draw2,  // side view
-        Draw3,  // plan view
-        Draw4,  // drawing 1
-        Draw5,  // drawing 2
-        Draw6,  // drawing 3
-    };
+    // Positions in the label array are the fields' ids (FieldLabels::Weight ...); the group,
+    // last among them, has no title here.
+    using enum PartFields::Id;
 
     static Texts defaults();
     static std::string_view defaultLabel(std::size_t index);

@@ -22,9 +22,9 @@ TEST(FieldLabels, OkReportsTheFirstBlankOnceAndStoresAll) {
     } rows[] = {
         {"all filled", {{FieldLabels::Price, "단가"}}, -1},
         {"weight cleared", {{FieldLabels::Weight, ""}}, FieldLabels::Weight},
-        {"two blanks, first reported", {{FieldLabels::Draw3, ""}, {FieldLabels::EName, "   "}},
+        {"two blanks, first reported", {{FieldLabels::PlanView, ""}, {FieldLabels::EName, "   "}},
          FieldLabels::EName},
-        {"last title spaces", {{FieldLabels::Draw6, " "}}, FieldLabels::Draw6},
+        {"last title spaces", {{FieldLabels::Drawing3, " "}}, FieldLabels::Drawing3},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
