@@ -39,12 +39,14 @@ std::vector<db::ObjectId> EditCommands::selection() const {
     return set.ids();
 }
 
-int EditCommands::askDisplacement(ge::Vector3d& displacement, ge::Point3d& base) const {
+int EditCommands::askDisplacement(const std::vector<db::ObjectId>& ids, ge::Vector3d& displacement,
+                                  ge::Point3d& base) const {
     ed::Editor& editor = app_.editor();
     editor.initGet(0, "Displacement");
     int code = editor.getPoint("\nSpecify base point or [Displacement] <Displacement>: ", base);
     if (code == ed::RTNORM) {
         ge::Point3d second;
+        editor.dragEntities(ids, ed::InputRequest::Motion::Move);
         code = editor.getPoint(
             "\nSpecify second point or <use first point as displacement>: ", second, base);
         if (code == ed::RTNORM) {
@@ -118,7 +120,7 @@ void EditCommands::move() {
     if (ids.empty()) return;
     ge::Vector3d displacement;
     ge::Point3d base;
-    if (askDisplacement(displacement, base) != ed::RTNORM) return;
+    if (askDisplacement(ids, displacement, base) != ed::RTNORM) return;
     transform(context, ids, ge::Matrix3d::translation(displacement), nullptr);
 }
 
@@ -148,6 +150,7 @@ void EditCommands::copy() {
     std::vector<std::vector<db::ObjectId>> made;
     for (bool first = true;; first = false) {
         ge::Point3d second;
+        editor.dragEntities(ids, ed::InputRequest::Motion::Move);
         if (first) {
             code = editor.getPoint(
                 "\nSpecify second point or <use first point as displacement>: ", second, base);
@@ -191,6 +194,7 @@ void EditCommands::rotate() {
     double angle = 0.0;
     for (;;) {
         editor.initGet(0, "Copy");
+        editor.dragEntities(ids, ed::InputRequest::Motion::Rotate);
         const int code = editor.getAngle("\nSpecify rotation angle or [Copy] <0>: ", angle, base);
         if (code == ed::RTKWORD) {
             copying = !copying;

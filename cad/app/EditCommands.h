@@ -29,7 +29,8 @@ private:
     std::vector<db::ObjectId> selection() const;
     // RTNORM with the displacement from a base and a second point (or from one point taken as
     // the displacement itself); `base` is where the rubber line of a next point starts.
-    int askDisplacement(ge::Vector3d& displacement, ge::Point3d& base) const;
+    // The selection `ids` follows the cursor while the second point is asked for.
+    int askDisplacement(const std::vector<db::ObjectId>& ids, ge::Vector3d& displacement, ge::Point3d& base) const;
     // Moves the entities, or adds moved copies of them (their ids into `copies`); prints how
     // many could not take the transform.
     void transform(DrawingContext& context, const std::vector<db::ObjectId>& ids,

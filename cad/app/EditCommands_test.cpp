@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
+
 #include <cmath>
 #include <cstdio>
 
@@ -104,6 +106,36 @@ TEST_F(EditCommandsTest, ThePickFirstSetIsTakenWithoutAsking) {
     EXPECT_EQ(shown().find("Select objects"), std::string::npos);
     app_.editor().setPickfirst({line_, circle_});
     EXPECT_EQ(run("_ERASE\n"), Entities{});
+}
+
+// What the view is asked to show while MOVE and ROTATE wait: the selection following the
+// cursor from the base point, or turning about it; nothing while the base point is asked for.
+TEST_F(EditCommandsTest, TheSelectionFollowsTheCursorAfterTheBasePoint) {
+    struct Recording : ed::InputSource {
+        std::vector<ed::InputRequest> seen;
+        std::deque<std::string> answers;
+        ed::InputEvent next(const ed::InputRequest& request) override {
+            seen.push_back(request);
+            if (answers.empty()) return ed::InputEvent::end();
+            std::string answer = answers.front();
+            answers.pop_front();
+            return ed::InputEvent::typed(answer);
+        }
+    } recording;
+    app_.editor().setInputSource(&recording);
+    using Motion = ed::InputRequest::Motion;
+    for (auto [command, motion] : {std::pair{"_MOVE\n", Motion::Move}, std::pair{"_ROTATE\n", Motion::Rotate}}) {
+        recording.seen.clear();
+        recording.answers = {"0,0", "10,0"};
+        app_.editor().setPickfirst({circle_});
+        run(command);
+        ASSERT_EQ(recording.seen.size(), 2u) << command;
+        EXPECT_TRUE(recording.seen[0].dragged.empty()) << command;
+        EXPECT_EQ(recording.seen[1].dragged, std::vector<db::ObjectId>{circle_}) << command;
+        EXPECT_EQ(recording.seen[1].motion, motion) << command;
+        EXPECT_TRUE(recording.seen[1].basePoint) << command;
+    }
+    app_.editor().setInputSource(&script_);
 }
 
 TEST_F(EditCommandsTest, CopyRepeatsUntilEnterAndUndoesTheLast) {

@@ -196,6 +196,9 @@ int Editor::ask(InputRequest request, const Interpreter& interpret) {
     initGetKeywords_ = KeywordList();
     request.flags = flags;
     request.keywords = keywords.text();
+    request.dragged = std::move(nextDragged_);
+    request.motion = nextMotion_;
+    nextDragged_.clear();
     bool pointRequest =
         request.kind == Kind::Point || request.kind == Kind::Corner || request.kind == Kind::Angle;
 

@@ -81,6 +81,12 @@ public:
     // ---- Input requests ----
     // Flags (RSG_...) and keywords for the next request only.
     int initGet(int flags, std::string_view keywords = {});
+    // Entities the view shows following the cursor during the next request only (a base
+    // point request's second point, or an angle about it).
+    void dragEntities(std::vector<db::ObjectId> ids, InputRequest::Motion motion) {
+        nextDragged_ = std::move(ids);
+        nextMotion_ = motion;
+    }
     // The keyword (or, with RSG_OTHER, the text) of the last RTKWORD answer.
     int getInput(std::string& text) const;
 
@@ -198,6 +204,8 @@ private:
     int cancellations_ = 0;
 
     int initGetFlags_ = 0;
+    std::vector<db::ObjectId> nextDragged_;
+    InputRequest::Motion nextMotion_ = InputRequest::Motion::Move;
     KeywordList initGetKeywords_;
     std::string lastInput_;
 

@@ -4,7 +4,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "cad/db/ObjectId.h"
 #include "cad/ge/Point3d.h"
 
 namespace cad::ed {
@@ -37,6 +39,11 @@ struct InputRequest {
     int cursorType = 0;        // the jig's special cursor (0 crosshair, 2 rubber band, ...)
     bool allowSpaces = false;  // only Enter ends a typed answer
     bool wait = true;          // false: answer End rather than wait for the input source
+    // Entities a view shows following the cursor from the base point (MOVE, COPY) or turning
+    // about it (ROTATE) while the request waits.
+    enum class Motion { Move, Rotate };
+    std::vector<db::ObjectId> dragged;
+    Motion motion = Motion::Move;
 };
 
 }  // namespace cad::ed

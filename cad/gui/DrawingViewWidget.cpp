@@ -123,6 +123,9 @@ void DrawingViewWidget::refreshLayoutTabs() {
 void DrawingViewWidget::setRequest(std::optional<ed::InputRequest> request) {
     request_ = std::move(request);
     if (!takesPoints(request_)) snap_.reset();
+    draggedSelection_.reset();
+    if (gs::DrawingView* current = view(); current && request_ && request_->basePoint && !request_->dragged.empty())
+        draggedSelection_ = current->scene().entitiesList(request_->dragged);
     if (DocumentState* current = state(); current && request_) current->selection.cancelWindow();
     update();
 }
@@ -285,6 +288,7 @@ void DrawingViewWidget::paintOverlays(QPainter& painter, gs::DrawingView& view) 
     if (dragged_) drawList(*dragged_, kDragged);
     if (!cursor_) return;
     const QPointF at = *cursor_;
+    if (draggedSelection_) paintDraggedSelection(painter, view);
     std::optional<QPointF> base;
     if (request_ && request_->basePoint) {
         const ge::Point2d p = view.transform().toDevice({request_->basePoint->x, request_->basePoint->y});
@@ -320,6 +324,27 @@ void DrawingViewWidget::paintOverlays(QPainter& painter, gs::DrawingView& view) 
     painter.drawLine(QPointF(area.left(), at.y()), QPointF(area.right(), at.y()));
     painter.drawLine(QPointF(at.x(), area.top()), QPointF(at.x(), area.bottom()));
     painter.drawRect(QRectF(at.x() - kPickBox, at.y() - kPickBox, 2 * kPickBox, 2 * kPickBox));
+}
+
+void DrawingViewWidget::paintDraggedSelection(QPainter& painter, gs::DrawingView& view) {
+    // The selection moved from the base point to where a click would land, or turned about
+    // the base point towards it.
+    const ge::Point2d base{request_->basePoint->x, request_->basePoint->y};
+    const ge::Point2d to = snap_ ? snap_->point : view.toWorld(cursor_->x(), cursor_->y());
+    gs::Affine2d motion = gs::Affine2d::translation(to.x - base.x, to.y - base.y);
+    if (request_->motion == ed::InputRequest::Motion::Rotate) {
+        const double angle = std::atan2(to.y - base.y, to.x - base.x);
+        const double c = std::cos(angle), s = std::sin(angle);
+        motion = gs::Affine2d::translation(base.x, base.y) * gs::Affine2d{c, s, -s, c, 0.0, 0.0} *
+                 gs::Affine2d::translation(-base.x, -base.y);
+    }
+    const QRectF area = drawingRect();
+    gs::RenderOptions options;
+    options.background = kBackground;
+    options.override = kDragged;
+    gs::SceneRenderer renderer(view.scene(), painter, options);
+    renderer.drawEntities(*draggedSelection_, view.transform().worldToDevice() * motion,
+                          {area.left(), area.top(), area.right(), area.bottom()});
 }
 
 void DrawingViewWidget::paintSnapMarker(QPainter& painter, const QPointF& at, gs::SnapMode mode) {

@@ -117,6 +117,7 @@ private:
     void updateSnap(const QPoint& at);
     void paintOverlays(QPainter& painter, gs::DrawingView& view);
     void paintSnapMarker(QPainter& painter, const QPointF& at, gs::SnapMode mode);
+    void paintDraggedSelection(QPainter& painter, gs::DrawingView& view);
 
     app::Document* document_ = nullptr;
     std::unordered_map<app::Document*, std::unique_ptr<DocumentState>> states_;
@@ -125,6 +126,7 @@ private:
     std::function<int()> snapModes_;
     std::optional<gs::SnapPoint> snap_;
     std::optional<gs::DisplayList> dragged_;
+    std::optional<gs::DisplayList> draggedSelection_;  // what MOVE, COPY or ROTATE moves
     std::optional<QPoint> cursor_;
     std::optional<QPoint> panFrom_;
 };
