@@ -196,7 +196,7 @@ Commands:
       its attribute definitions' tags), fitted to its extents or to the window given in
       drawing units. --size is in pixels (points for PDF), 1920x1080 unless given; the
       background is black unless white is asked for. OUT is replaced only once it is
-      completely written.
+      completely written. Prints the window drawn, so another renderer can draw the same.
 
   cadtool --help
       This text.

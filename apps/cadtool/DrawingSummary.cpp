@@ -40,7 +40,7 @@ DrawingSummary DrawingSummary::of(const Database& db) {
         }
     }
     const ObjectId root = db.namedObjectsDictionaryId();
-    if (root.isValid() && !root.isErased()) {
+    if (root.isLive()) {
         if (const auto* dictionary = dynamic_cast<const Dictionary*>(root.slot()->object.get())) {
             for (const Dictionary::Entry& entry : dictionary->entries())
                 summary.namedObjects.push_back(entry.key);

@@ -13,7 +13,6 @@ struct Affine2d {
     double a = 1.0, b = 0.0, c = 0.0, d = 1.0, e = 0.0, f = 0.0;
 
     static Affine2d translation(double dx, double dy) { return {1.0, 0.0, 0.0, 1.0, dx, dy}; }
-    static Affine2d scaling(double sx, double sy) { return {sx, 0.0, 0.0, sy, 0.0, 0.0}; }
     // The plan view of a 3D transform: what it does to x and y, Z dropped.
     static Affine2d fromMatrix(const ge::Matrix3d& m) {
         return {m(0, 0), m(1, 0), m(0, 1), m(1, 1), m(0, 3), m(1, 3)};
@@ -40,11 +39,6 @@ struct Affine2d {
         const double p = a * a + b * b, q = c * c + d * d, r = a * c + b * d;
         const double mean = (p + q) / 2, diff = std::sqrt((p - q) * (p - q) / 4 + r * r);
         return std::sqrt(mean + diff);
-    }
-    double minScale() const {
-        const double p = a * a + b * b, q = c * c + d * d, r = a * c + b * d;
-        const double mean = (p + q) / 2, diff = std::sqrt((p - q) * (p - q) / 4 + r * r);
-        return std::sqrt(std::max(0.0, mean - diff));
     }
 };
 

@@ -34,9 +34,6 @@ struct Box2d {
     bool contains(const Box2d& o) const {
         return minX <= o.minX && o.maxX <= maxX && minY <= o.minY && o.maxY <= maxY;
     }
-    bool contains(double x, double y) const {
-        return minX <= x && x <= maxX && minY <= y && y <= maxY;
-    }
     Box2d grown(double margin) const {
         if (isEmpty()) return *this;
         return {minX - margin, minY - margin, maxX + margin, maxY + margin};

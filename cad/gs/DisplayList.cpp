@@ -39,9 +39,6 @@ std::uint32_t DisplayList::addLook(const EntityLook& look) {
         if (looks_[i] == look) return static_cast<std::uint32_t>(i);
     for (std::size_t i = 0; i < from; ++i)
         if (looks_[i] == look) return static_cast<std::uint32_t>(i);
-    if (look.color == EntityLook::kByBlock || look.linetype == EntityLook::kLinetypeByBlock ||
-        look.lineWeight == -2 || look.layer == layerZero_)
-        inheritedLooks_ = true;
     looks_.push_back(look);
     return static_cast<std::uint32_t>(looks_.size() - 1);
 }
@@ -231,16 +228,6 @@ void DisplayList::query(const Box2d& box, std::vector<std::uint32_t>& out) const
     out.clear();
     for (std::size_t i = 0; i < hit.size(); ++i)
         if (hit[i]) out.push_back(static_cast<std::uint32_t>(i));
-}
-
-std::size_t DisplayList::memoryUsage() const {
-    std::size_t bytes = items_.capacity() * sizeof(DisplayItem) +
-                        points_.capacity() * sizeof(ge::Point2d) +
-                        rings_.capacity() * sizeof(Ring) + conics_.capacity() * sizeof(Conic) +
-                        inserts_.capacity() * sizeof(InsertRef) +
-                        texts_.capacity() * sizeof(TextGeometry);
-    if (index_) bytes += index_->memoryUsage();
-    return bytes;
 }
 
 }  // namespace cad::gs

@@ -99,16 +99,11 @@ public:
     // The items in drawing order whose bounds meet `box` (those with infinite bounds always).
     // Answers every item, in order, when the box holds the whole list.
     void query(const Box2d& box, std::vector<std::uint32_t>& out) const;
-    // Whether drawing it may change with the reference it is drawn through (BYBLOCK looks,
-    // layer 0 entities): false lets a renderer cache the block as it is.
-    bool hasInheritedLooks() const { return inheritedLooks_; }
-    std::size_t memoryUsage() const;
 
     // ---- Building ----
     // Room for about this many entities, so a large space is not copied as it grows.
     void reserve(std::size_t entities);
     std::uint32_t addLook(const EntityLook& look);
-    void setLayerZero(std::int32_t layerIndex) { layerZero_ = layerIndex; }
     // Each add* appends one item for `entity` and answers its index.
     std::uint32_t addPolyline(db::ObjectId entity, std::uint32_t look, const ge::Point2d* points,
                               std::size_t count, bool closed);
@@ -148,8 +143,6 @@ private:
     std::vector<ViewportRef> viewports_;
     std::vector<std::uint32_t> unbounded_;  // items with infinite bounds
     Box2d bounds_;
-    std::int32_t layerZero_ = -1;
-    bool inheritedLooks_ = false;
     std::unique_ptr<SpatialIndex> index_;
 };
 

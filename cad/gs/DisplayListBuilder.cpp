@@ -64,10 +64,7 @@ bool finiteConic(const Conic& c) {
 
 }  // namespace
 
-DisplayListBuilder::DisplayListBuilder(DrawingScene& scene, DisplayList& list)
-    : scene_(scene), list_(list) {
-    list_.setLayerZero(scene_.styles().layerZero());
-}
+DisplayListBuilder::DisplayListBuilder(DrawingScene& scene, DisplayList& list) : scene_(scene), list_(list) {}
 
 void DisplayListBuilder::addBlock(db::ObjectId block) {
     db::ObjectPtr<db::BlockTableRecord> record(block, db::OpenMode::ForRead);

@@ -67,20 +67,6 @@ DisplayList DrawingScene::entitiesList(const std::vector<db::ObjectId>& ids) {
     return list;
 }
 
-void DrawingScene::invalidateBlock(db::ObjectId block) {
-    if (lists_.erase(block) == 0) return;
-    // Whoever inserts it has its bounds in their own; few lists hold inserts, so a sweep is
-    // cheaper than keeping who-uses-whom.
-    std::vector<db::ObjectId> users;
-    for (const auto& [id, list] : lists_)
-        for (const InsertRef& insert : list->inserts())
-            if (insert.block == block) {
-                users.push_back(id);
-                break;
-            }
-    for (db::ObjectId user : users) invalidateBlock(user);
-}
-
 void DrawingScene::reloadStyles() { styles_ = std::make_unique<DrawingStyles>(database_); }
 
 void DrawingScene::invalidateAll() {

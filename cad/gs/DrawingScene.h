@@ -41,9 +41,6 @@ public:
     // The geometry of these entities of the drawing together (a selection to highlight).
     DisplayList entitiesList(const std::vector<db::ObjectId>& ids);
 
-    // The block's geometry is rebuilt when next asked for, and so is every block that
-    // references it (their bounds change with it).
-    void invalidateBlock(db::ObjectId block);
     // Layers or linetypes changed: styles are read again; geometry is kept.
     void reloadStyles();
     void invalidateAll();

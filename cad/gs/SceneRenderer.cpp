@@ -187,7 +187,6 @@ void SceneRenderer::drawList(const DisplayList& list, const Affine2d& toDevice,
         const Resolved& look = looks[item.look];
         if (!look.visible) continue;
         setPen(look, unitsToDevice);
-        ++drawn_;
         drawItem(list, item, look, toDevice, visible, depth);
     }
 }

@@ -51,8 +51,6 @@ public:
     // Draws a list that no block owns (a dragged entity, a highlight, one entity of a
     // drawing streamed onto a picture) the same way; calls may follow each other.
     void drawEntities(const DisplayList& list, const Affine2d& toDevice, const Box2d& deviceClip);
-    // How many items were drawn and how many visited, for benchmarks and tests.
-    std::size_t itemsDrawn() const { return drawn_; }
 
     // What the look of an item resolves to once layers and references have spoken.
     struct Resolved {
@@ -111,7 +109,6 @@ private:
     std::vector<QPointF> points_;
     QPainterPath textPath_;  // a text's glyphs in device coordinates, made anew for each
     std::vector<std::vector<std::uint32_t>> hits_;  // one per nesting depth, never resized
-    std::size_t drawn_ = 0;
 };
 
 }  // namespace cad::gs

@@ -109,10 +109,4 @@ void SpatialIndex::queryNode(std::size_t level, std::uint32_t node, const FloatB
         queryNode(level - 1, child, b, out);
 }
 
-std::size_t SpatialIndex::memoryUsage() const {
-    std::size_t bytes = boxes_.capacity() * sizeof(FloatBox) + ids_.capacity() * sizeof(std::uint32_t);
-    for (const auto& level : levels_) bytes += level.capacity() * sizeof(Node);
-    return bytes;
-}
-
 }  // namespace cad::gs

@@ -22,7 +22,6 @@ public:
     // The ids whose boxes meet `box`, in no particular order, appended to `out`.
     void query(const Box2d& box, std::vector<std::uint32_t>& out) const;
     std::size_t size() const { return ids_.size(); }
-    std::size_t memoryUsage() const;
 
 private:
     struct FloatBox {

@@ -21,7 +21,6 @@ public:
     double pixelsPerUnit() const { return deviceHeight_ / height_; }
 
     Affine2d worldToDevice() const;
-    Affine2d deviceToWorld() const { return worldToDevice().inverse(); }
     ge::Point2d toDevice(const ge::Point2d& world) const { return worldToDevice().map(world); }
     ge::Point2d toWorld(double deviceX, double deviceY) const;
     // The drawing-unit box the device shows.
