@@ -37,13 +37,9 @@ DbObject* objectOf(ObjectId id) {
     return id.isNull() ? nullptr : id.slot()->object.get();
 }
 
-bool isLive(ObjectId id) {
-    return id.isValid() && !id.isErased();
-}
-
 template <class T>
 T* liveAs(ObjectId id) {
-    return isLive(id) ? dynamic_cast<T*>(objectOf(id)) : nullptr;
+    return id.isLive() ? dynamic_cast<T*>(objectOf(id)) : nullptr;
 }
 
 // "LINE 2A" for an object, the bare handle for a reference that names nothing.
@@ -148,7 +144,7 @@ private:
             {ids.standardStyle, "text style \"Standard\""},
         };
         for (const auto& [id, what] : required) {
-            if (isLive(id)) continue;
+            if (id.isLive()) continue;
             report(kIssueMissingStandardObject,
                    std::string(what) + (id.isValid() ? " was erased" : " is missing"), id);
         }
@@ -207,7 +203,7 @@ private:
             if (!lister.isNull()) relink(id, lister, issues_.size() - 1);
             return;
         }
-        if (!isLive(owner)) {
+        if (!owner.isLive()) {
             report(kIssueDanglingOwner,
                    describe(id) + ": its owner " + describe(owner) +
                        (owner.isValid() ? " was erased" : " names no object"),
@@ -264,12 +260,12 @@ private:
             if (start.isErased()) continue;
             chain.clear();
             ObjectId current = start;
-            while (isLive(current) && state[current.slot()] == 0) {
+            while (current.isLive() && state[current.slot()] == 0) {
                 state[current.slot()] = 1;
                 chain.push_back(current);
                 current = objectOf(current)->ownerId();
             }
-            if (isLive(current) && state[current.slot()] == 1) {
+            if (current.isLive() && state[current.slot()] == 1) {
                 report(kIssueOwnerCycle,
                        describe(current) + ": its owners lead back to it, never to the root",
                        current);
@@ -286,7 +282,7 @@ private:
         std::vector<ObjectSlot*> seen;  // each bad reference reported once per object
 
         if (const ObjectId xdict = object.extensionDictionary();
-            !xdict.isNull() && !isLive(xdict)) {
+            !xdict.isNull() && !xdict.isLive()) {
             seen.push_back(xdict.slot());
             report(kIssueDanglingDictionaryEntry,
                    describe(id) + ": its extension dictionary " + describe(xdict) +
@@ -394,7 +390,7 @@ private:
             case SymbolKind::Block:
                 break;  // a block cannot stand in for another
         }
-        return isLive(standard) ? standard : ObjectId::kNull;
+        return standard.isLive() ? standard : ObjectId::kNull;
     }
 
     // ---- Layouts ----

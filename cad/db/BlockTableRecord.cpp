@@ -12,13 +12,6 @@
 #include "cad/db/ObjectSlot.h"
 
 namespace cad::db {
-namespace {
-
-bool isLive(ObjectId id) {
-    return id.isValid() && !id.isErased();
-}
-
-}  // namespace
 
 ErrorStatus BlockTableRecord::appendEntity(std::unique_ptr<Entity> entity, ObjectId& id) {
     id = ObjectId::kNull;
@@ -55,7 +48,7 @@ std::vector<ObjectId> BlockTableRecord::entityIds() const {
     std::vector<ObjectId> live;
     live.reserve(entities_.size());
     for (ObjectId id : entities_) {
-        if (isLive(id)) live.push_back(id);
+        if (id.isLive()) live.push_back(id);
     }
     return live;
 }
@@ -70,7 +63,7 @@ bool BlockTableRecord::isLayout() const {
 
 bool BlockTableRecord::hasAttributeDefinitions() const {
     for (ObjectId id : entities_) {
-        if (isLive(id) && id.slot()->object->dxfName() == "ATTDEF") return true;
+        if (id.isLive() && id.slot()->object->dxfName() == "ATTDEF") return true;
     }
     return false;
 }

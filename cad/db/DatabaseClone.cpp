@@ -137,7 +137,7 @@ ObjectId rawDictionaryEntry(ObjectId dictionary, const std::string& key) {
             break;
         }
     }
-    return id.isValid() && !id.isErased() ? id : ObjectId::kNull;
+    return id.isLive() ? id : ObjectId::kNull;
 }
 
 void appendUnique(std::vector<ObjectId>& ids, std::unordered_set<ObjectId>& seen, ObjectId id) {

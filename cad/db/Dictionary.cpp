@@ -12,7 +12,9 @@
 namespace cad::db {
 namespace {
 
-bool isLive(ObjectId id) {
+// Not ObjectId::isLive: an entry naming a handle that no object carries stays listed, so the
+// reader and the audit find it and say what they removed.
+bool isListed(ObjectId id) {
     return !id.isNull() && !id.isErased();
 }
 
@@ -29,14 +31,14 @@ std::size_t Dictionary::find(std::string_view key) const {
     // An erased entry may share its key with the live one that replaced it.
     for (std::size_t i = lowerBound(key); i < entries_.size() && equalNames(entries_[i].key, key);
          ++i) {
-        if (isLive(entries_[i].id)) return i;
+        if (isListed(entries_[i].id)) return i;
     }
     return entries_.size();
 }
 
 std::size_t Dictionary::numEntries() const {
     return static_cast<std::size_t>(std::count_if(entries_.begin(), entries_.end(),
-                                                  [](const Entry& e) { return isLive(e.id); }));
+                                                  [](const Entry& e) { return isListed(e.id); }));
 }
 
 ErrorStatus Dictionary::getAt(std::string_view key, ObjectId& id) const {
@@ -50,14 +52,14 @@ bool Dictionary::has(std::string_view key) const {
 }
 
 bool Dictionary::has(ObjectId id) const {
-    return isLive(id) && std::any_of(entries_.begin(), entries_.end(),
+    return isListed(id) && std::any_of(entries_.begin(), entries_.end(),
                                      [id](const Entry& e) { return e.id == id; });
 }
 
 ErrorStatus Dictionary::nameAt(ObjectId id, std::string& key) const {
     auto it =
         std::find_if(entries_.begin(), entries_.end(), [id](const Entry& e) { return e.id == id; });
-    if (id.isNull() || it == entries_.end() || !isLive(id)) return ErrorStatus::eKeyNotFound;
+    if (id.isNull() || it == entries_.end() || !isListed(id)) return ErrorStatus::eKeyNotFound;
     key = it->key;
     return ErrorStatus::eOk;
 }
@@ -147,7 +149,7 @@ std::vector<Dictionary::Entry> Dictionary::entries() const {
     std::vector<Entry> live;
     live.reserve(entries_.size());
     for (const Entry& entry : entries_) {
-        if (isLive(entry.id)) live.push_back(entry);
+        if (isListed(entry.id)) live.push_back(entry);
     }
     return live;
 }

@@ -2,6 +2,7 @@
 #include "cad/db/Group.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
@@ -11,10 +12,6 @@
 
 namespace cad::db {
 namespace {
-
-bool isLive(ObjectId id) {
-    return id.isValid() && !id.isErased();
-}
 
 // The back-link from a member to its group is the database's bookkeeping, like an owner's
 // list: it is kept whether or not someone has the member open.
@@ -90,12 +87,14 @@ bool Group::has(ObjectId id) const {
 }
 
 std::size_t Group::numEntities() const {
-    return static_cast<std::size_t>(std::count_if(members_.begin(), members_.end(), isLive));
+    return static_cast<std::size_t>(
+        std::count_if(members_.begin(), members_.end(), std::mem_fn(&ObjectId::isLive)));
 }
 
 std::vector<ObjectId> Group::allEntityIds() const {
     std::vector<ObjectId> live;
-    std::copy_if(members_.begin(), members_.end(), std::back_inserter(live), isLive);
+    std::copy_if(members_.begin(), members_.end(), std::back_inserter(live),
+                 std::mem_fn(&ObjectId::isLive));
     return live;
 }
 

@@ -11,6 +11,8 @@ bool ObjectId::isValid() const { return slot_ != nullptr && slot_->object != nul
 
 bool ObjectId::isErased() const { return slot_ != nullptr && slot_->erased; }
 
+bool ObjectId::isLive() const { return isValid() && !slot_->erased; }
+
 Handle ObjectId::handle() const { return slot_ ? slot_->handle : Handle{}; }
 
 Database* ObjectId::database() const { return slot_ ? slot_->database : nullptr; }

@@ -25,6 +25,9 @@ public:
     // for a reference to a handle that no object of the file carries.
     bool isValid() const;
     bool isErased() const;
+    // True when the id names an object that exists and is not erased: the objects lists,
+    // owners and references may lead to.
+    bool isLive() const;
     Handle handle() const;
     Database* database() const;
 

@@ -359,9 +359,9 @@ private:
             }
         }
         for (const ObjectId sub : subentities) {
-            if (sub.isValid() && !sub.isErased()) writeObject(sub);
+            if (sub.isLive()) writeObject(sub);
         }
-        if (sequenceEnd.isValid() && !sequenceEnd.isErased()) writeObject(sequenceEnd);
+        if (sequenceEnd.isLive()) writeObject(sequenceEnd);
     }
 
     void writeBlocks() {
@@ -503,7 +503,7 @@ private:
     void writeObjects() {
         beginSection("OBJECTS");
         const ObjectId root = db_.namedObjectsDictionaryId();
-        if (root.isValid() && !root.isErased()) writeDictionary(root);
+        if (root.isLive()) writeDictionary(root);
         for (const ObjectId id : db_.objectIds()) {
             if (id == root || !isWrittenObject(id)) continue;
             if (dynamic_cast<const Dictionary*>(id.slot()->object.get()) != nullptr) {

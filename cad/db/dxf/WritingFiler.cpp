@@ -88,7 +88,7 @@ void WritingFiler::writeCommonPart() {
     out_.writeHandle(object.dxfName() == "DIMSTYLE" ? 105 : 5, handle_.value);
     if (version_ <= DxfVersion::R12) return;
     const ObjectId xdictionary = object.extensionDictionary();
-    if (xdictionary.isValid() && !xdictionary.isErased()) {
+    if (xdictionary.isLive()) {
         out_.writeRaw(102, "{ACAD_XDICTIONARY");
         writeReference(360, xdictionary);
         out_.writeRaw(102, "}");
@@ -155,7 +155,7 @@ void WritingFiler::writeRawTag(const RawTag& tag) {
 }
 
 void WritingFiler::writeReference(int code, ObjectId id) {
-    const bool written = id.isValid() && !id.isErased();
+    const bool written = id.isLive();
     out_.writeHandle(code, written ? id.handle().value : 0);
 }
 
