@@ -3,21 +3,15 @@
 
 #include <algorithm>
 
+#include "cad/sys/AsciiCase.h"
+
 namespace cad::db {
-namespace {
-
-constexpr unsigned char foldedByte(char c) {
-    auto byte = static_cast<unsigned char>(c);
-    return (byte >= 'a' && byte <= 'z') ? static_cast<unsigned char>(byte - ('a' - 'A')) : byte;
-}
-
-}  // namespace
 
 int compareNames(std::string_view a, std::string_view b) {
     const std::size_t common = std::min(a.size(), b.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const unsigned char x = foldedByte(a[i]);
-        const unsigned char y = foldedByte(b[i]);
+        const auto x = static_cast<unsigned char>(sys::asciiUpper(a[i]));
+        const auto y = static_cast<unsigned char>(sys::asciiUpper(b[i]));
         if (x != y) return x < y ? -1 : 1;
     }
     if (a.size() == b.size()) return 0;

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "cad/sys/AsciiCase.h"
+
 namespace cad::sys {
 namespace {
 
@@ -207,18 +209,6 @@ void appendDxfEscape(std::string& out, char32_t codePoint) {
     for (int shift = 12; shift >= 0; shift -= 4) out += kHex[(codePoint >> shift) & 0xF];
 }
 
-char asciiLower(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (asciiLower(a[i]) != asciiLower(b[i])) return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 std::string toUtf8(std::string_view bytes, CodePage codePage) {
@@ -305,9 +295,9 @@ std::string utf8ToCp949(std::string_view utf8, Unmappable policy) {
 }
 
 std::optional<CodePage> codePageFromDxfName(std::string_view name) {
-    if (equalsIgnoringCase(name, "UTF8")) return CodePage::Utf8;
+    if (equalNoCase(name, "UTF8")) return CodePage::Utf8;
     for (const CodePageInfo& row : kCodePages) {
-        if (equalsIgnoringCase(name, row.dxfName)) return row.codePage;
+        if (equalNoCase(name, row.dxfName)) return row.codePage;
     }
     return std::nullopt;
 }

@@ -8,12 +8,10 @@
 #include <algorithm>
 #include <memory>
 
+#include "cad/sys/AsciiCase.h"
+
 namespace cad::sys {
 namespace {
-
-char asciiUpper(char c) {
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 // Position after the UTF-8 character that starts at `pos` (continuation bytes belong to it).
 std::size_t nextCharacter(std::string_view text, std::size_t pos) {

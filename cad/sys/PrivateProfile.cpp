@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "cad/sys/AsciiCase.h"
 #include "cad/sys/AtomicFile.h"
 #include "cad/sys/CodePage.h"
 
@@ -42,12 +43,11 @@ bool isCp949Lead(char c) {
 // characters whole or two different Hangul syllables could compare equal.
 bool sameName(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
-    const auto fold = [](char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c; };
     for (std::size_t i = 0; i < a.size(); ++i) {
         if (isCp949Lead(a[i]) && i + 1 < a.size()) {
             if (a[i] != b[i] || a[i + 1] != b[i + 1]) return false;
             ++i;
-        } else if (fold(a[i]) != fold(b[i])) {
+        } else if (asciiUpper(a[i]) != asciiUpper(b[i])) {
             return false;
         }
     }

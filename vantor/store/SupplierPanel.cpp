@@ -1,20 +1,13 @@
 // The supplier panel's texts and links.
 #include "vantor/store/SupplierPanel.h"
 
+#include "cad/sys/AsciiCase.h"
+
 namespace vantor {
 
 namespace {
 
 constexpr std::string_view kScheme = "HTTP://";
-
-// Only ASCII letters change, as an upper-casing in the Korean code page leaves its double-byte
-// characters alone.
-std::string asciiUpper(std::string text) {
-    for (char& c : text) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return text;
-}
 
 }  // namespace
 
@@ -26,7 +19,9 @@ SupplierPanel SupplierPanel::from(const SupplierInfo& info) {
     panel.phone = "TEL: " + texts[SupplierInfo::Phone];
     panel.fax = "FAX: " + texts[SupplierInfo::Fax];
 
-    panel.internet = asciiUpper(texts[SupplierInfo::Internet]);
+    // Only ASCII letters change, as an upper-casing in the Korean code page leaves its
+    // double-byte characters alone.
+    panel.internet = cad::sys::asciiUpper(texts[SupplierInfo::Internet]);
     if (std::size_t at = panel.internet.find(kScheme); at != std::string::npos)
         panel.internet.erase(at, kScheme.size());
     if (!panel.internet.empty()) panel.internetLink = std::string(kScheme) + panel.internet;

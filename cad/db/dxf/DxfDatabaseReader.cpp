@@ -28,6 +28,7 @@
 #include "cad/db/dxf/ObjectFactory.h"
 #include "cad/db/dxf/ReadingFiler.h"
 #include "cad/db/dxf/TextCodec.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::db::dxf {
 namespace {
@@ -37,22 +38,8 @@ using SymbolKind = DxfFiler::SymbolTable;
 
 constexpr std::size_t kSymbolKinds = 5;
 
-// An id that names an object that is still there (links to dropped objects do not count).
-bool isLive(ObjectId id) {
-    return id.isValid() && !id.isErased();
-}
-
 std::string_view typeOf(TagSpan item) {
     return trimBlanks(item.front().value);
-}
-
-// Names compare as the tables compare them: ASCII letters without regard to case.
-std::string folded(std::string_view name) {
-    std::string key(name);
-    for (char& c : key) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return key;
 }
 
 std::string inQuotes(std::string_view text) {
@@ -606,7 +593,7 @@ private:
             records = table->recordIds();
         for (const ObjectId id : records) {
             if (auto record = open<SymbolTableRecord>(id, OpenMode::ForRead))
-                map.emplace(folded(record->name()), id);
+                map.emplace(cad::sys::asciiUpper(record->name()), id);
         }
     }
 
@@ -626,7 +613,7 @@ private:
         LastName& last = lastNames_[static_cast<std::size_t>(kind)];
         if (!last.id.isNull() && last.name == name) return last.id;
         auto& map = names_[static_cast<std::size_t>(kind)];
-        const std::string key = folded(name);
+        const std::string key = cad::sys::asciiUpper(name);
         ObjectId id;
         if (const auto it = map.find(key); it != map.end()) {
             id = it->second;
@@ -699,7 +686,7 @@ private:
     ObjectId makeBlockRecord(const std::string& name) {
         const ObjectId id =
             makeRecord(SymbolTableKind::BlockRecord, MadeTags("BLOCK_RECORD", {{2, name}}));
-        names_[static_cast<std::size_t>(SymbolKind::Block)].emplace(folded(name), id);
+        names_[static_cast<std::size_t>(SymbolKind::Block)].emplace(cad::sys::asciiUpper(name), id);
         made_.insert(id.slot());
         return id;
     }
@@ -745,7 +732,7 @@ private:
             const std::string name = blockName(item);
             if (trimBlanks(name).empty())
                 return fail(item.front().line, "expected the block's name (group code 2)");
-            if (blocks.count(folded(name)) != 0) return true;
+            if (blocks.count(cad::sys::asciiUpper(name)) != 0) return true;
             const ObjectId id = makeBlockRecord(name);
             if (hasHandles() && madeTables_.count(SymbolTableKind::BlockRecord) == 0) {
                 issue(kIssueMissingStandardObject,
@@ -762,7 +749,7 @@ private:
         if (blocks.empty()) buildSymbolMap(SymbolKind::Block);
         for (const std::string_view name :
              {BlockTableRecord::kModelSpace, BlockTableRecord::kPaperSpace}) {
-            const auto it = blocks.find(folded(name));
+            const auto it = blocks.find(cad::sys::asciiUpper(name));
             ObjectId id = it != blocks.end() ? it->second : ObjectId::kNull;
             if (id.isNull()) {
                 id = makeBlockRecord(std::string(name));
@@ -1022,8 +1009,9 @@ private:
             const ObjectId owner = id.slot()->object->ownerId();
             const auto lister = listedBy.find(id.slot());
             const bool listed = lister != listedBy.end();
-            if (isLive(owner) && (!listed || lister->second == owner || lists(owner, id))) continue;
-            if (isLive(owner) || owner.isNull()) {
+            if (owner.isLive() && (!listed || lister->second == owner || lists(owner, id)))
+                continue;
+            if (owner.isLive() || owner.isNull()) {
                 if (!listed) continue;
             }
             auto object = open<DbObject>(id, OpenMode::ForWrite);
@@ -1031,7 +1019,7 @@ private:
             const std::string what =
                 std::string(object->dxfName()) + " " + id.handle().toHex() +
                 (owner.isNull()    ? ": it has no owner"
-                 : isLive(owner)   ? ": its owner " + owner.handle().toHex() + " does not list it"
+                 : owner.isLive()  ? ": its owner " + owner.handle().toHex() + " does not list it"
                  : owner.isValid() ? ": its owner " + owner.handle().toHex() + " was dropped"
                                    : ": its owner " + owner.handle().toHex() + " names no object");
             if (listed) {
@@ -1075,7 +1063,7 @@ private:
             container->nameAt(id, key);
             container->remove(id);
         }
-        if (id != ids_.namedObjects && isLive(ids_.namedObjects)) {
+        if (id != ids_.namedObjects && ids_.namedObjects.isLive()) {
             auto root = open<Dictionary>(ids_.namedObjects, OpenMode::ForWrite);
             while (root && root->has(key)) key += "+";
             if (root) root->setAt(key, id);
@@ -1186,7 +1174,7 @@ private:
             if (auto layout = open<Layout>(entry.id, OpenMode::ForRead))
                 recordId = layout->blockTableRecordId();
             auto record = open<BlockTableRecord>(recordId, OpenMode::ForWrite);
-            if (record && !isLive(record->layoutId())) record->setLayoutId(entry.id);
+            if (record && !record->layoutId().isLive()) record->setLayoutId(entry.id);
         }
         std::vector<ObjectId> records;
         if (auto table = open<SymbolTable>(ids_.blockTable, OpenMode::ForRead))
@@ -1197,7 +1185,7 @@ private:
             bool linked = false;
             if (auto record = open<BlockTableRecord>(id, OpenMode::ForRead)) {
                 name = record->name();
-                linked = isLive(record->layoutId());
+                linked = record->layoutId().isLive();
             }
             const bool model = equalNames(name, BlockTableRecord::kModelSpace);
             const bool paper = equalNames(name.substr(0, BlockTableRecord::kPaperSpace.size()),
@@ -1239,7 +1227,7 @@ private:
         const auto& layers = names_[static_cast<std::size_t>(SymbolKind::Layer)];
         ids_.clayer = ids_.layerZero;
         if (const auto name = db_.header().text("$CLAYER")) {
-            if (const auto it = layers.find(folded(*name)); it != layers.end())
+            if (const auto it = layers.find(cad::sys::asciiUpper(*name)); it != layers.end())
                 ids_.clayer = it->second;
         }
     }
