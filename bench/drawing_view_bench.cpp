@@ -8,11 +8,9 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
-#include <unistd.h>
-
-#include <fstream>
 #include <memory>
 
+#include "bench/ResidentMemory.h"
 #include "cad/db/BlockReference.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
@@ -67,13 +65,6 @@ std::unique_ptr<Database> makeDrawing() {
             part->appendEntity(std::make_unique<Line>(cad::ge::Point3d{x, y, 0}, cad::ge::Point3d{x + 8, y + 8, 0}), id);
     }
     return db;
-}
-
-long residentKb() {
-    std::ifstream statm("/proc/self/statm");
-    long pages = 0, resident = 0;
-    statm >> pages >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
 Database& drawing() {
@@ -168,9 +159,9 @@ void BM_BuildTexts(benchmark::State& state) {
     std::size_t bytes = 0;
     for (auto _ : state) {
         cad::gs::DrawingScene scene(db);
-        const long before = residentKb();
+        const long before = currentRssKb();
         benchmark::DoNotOptimize(scene.blockList(db.modelSpaceId()).items().size());
-        bytes = std::max(bytes, std::size_t(std::max(0L, residentKb() - before)) * 1024);
+        bytes = std::max(bytes, std::size_t(std::max(0L, currentRssKb() - before)) * 1024);
     }
     state.counters["bytes_per_text"] = double(bytes) / 20'000;
 }

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/ResidentMemory.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
@@ -105,13 +106,6 @@ const Drawing& drawing() {
         return d;
     }();
     return cached;
-}
-
-long currentRssKb() {
-    std::ifstream statm("/proc/self/statm");
-    long pages = 0, resident = 0;
-    statm >> pages >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
 long maxRssKb() {

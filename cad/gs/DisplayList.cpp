@@ -43,6 +43,16 @@ std::uint32_t DisplayList::addLook(const EntityLook& look) {
     return static_cast<std::uint32_t>(looks_.size() - 1);
 }
 
+DisplayItem DisplayList::startItem(ItemKind kind, db::ObjectId entity, std::uint32_t look, std::size_t first) {
+    DisplayItem item;
+    item.kind = kind;
+    item.entity = entity;
+    item.look = look;
+    item.first = static_cast<std::uint32_t>(first);
+    item.count = 1;
+    return item;
+}
+
 std::uint32_t DisplayList::addItem(DisplayItem item) {
     if (item.flags & DisplayItem::kInfiniteBounds)
         unbounded_.push_back(static_cast<std::uint32_t>(items_.size()));
@@ -54,11 +64,7 @@ std::uint32_t DisplayList::addItem(DisplayItem item) {
 
 std::uint32_t DisplayList::addPolyline(db::ObjectId entity, std::uint32_t look,
                                        const ge::Point2d* points, std::size_t count, bool closed) {
-    DisplayItem item;
-    item.kind = ItemKind::Polyline;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(points_.size());
+    DisplayItem item = startItem(ItemKind::Polyline, entity, look, points_.size());
     item.count = static_cast<std::uint32_t>(count);
     item.flags = closed ? DisplayItem::kClosed : 0;
     item.bounds = boundsOf(points, count);
@@ -76,12 +82,8 @@ std::uint32_t DisplayList::addSegments(db::ObjectId entity, std::uint32_t look,
 std::uint32_t DisplayList::addFill(db::ObjectId entity, std::uint32_t look,
                                    const std::vector<std::vector<ge::Point2d>>& rings,
                                    bool oddEven) {
-    DisplayItem item;
-    item.kind = ItemKind::Fill;
+    DisplayItem item = startItem(ItemKind::Fill, entity, look, rings_.size());
     item.flags = oddEven ? DisplayItem::kOddEven : 0;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(rings_.size());
     for (const auto& ring : rings) {
         if (ring.size() < 2) continue;
         rings_.push_back({static_cast<std::uint32_t>(points_.size()),
@@ -101,12 +103,7 @@ std::uint32_t DisplayList::addBackground(db::ObjectId entity, std::uint32_t look
 }
 
 std::uint32_t DisplayList::addConic(db::ObjectId entity, std::uint32_t look, const Conic& conic) {
-    DisplayItem item;
-    item.kind = ItemKind::Conic;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(conics_.size());
-    item.count = 1;
+    DisplayItem item = startItem(ItemKind::Conic, entity, look, conics_.size());
     // The box of the whole ellipse: a little generous for short arcs, never too small.
     const double rx = std::hypot(conic.u.x, conic.v.x), ry = std::hypot(conic.u.y, conic.v.y);
     item.bounds.add(conic.centre.x - rx, conic.centre.y - ry);
@@ -124,12 +121,7 @@ std::uint32_t DisplayList::addPoint(db::ObjectId entity, std::uint32_t look,
 
 std::uint32_t DisplayList::addText(db::ObjectId entity, std::uint32_t look, TextGeometry text,
                                    bool attributeDefinition) {
-    DisplayItem item;
-    item.kind = ItemKind::Text;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(texts_.size());
-    item.count = 1;
+    DisplayItem item = startItem(ItemKind::Text, entity, look, texts_.size());
     item.flags = attributeDefinition ? DisplayItem::kAttributeDefinition : 0;
     for (const QPointF& p : text.box) item.bounds.add(p.x(), p.y());
     for (const TextPiece& piece : text.pieces) {
@@ -145,12 +137,7 @@ std::uint32_t DisplayList::addText(db::ObjectId entity, std::uint32_t look, Text
 
 std::uint32_t DisplayList::addInsert(db::ObjectId entity, std::uint32_t look,
                                      const InsertRef& insert, const Box2d& blockBounds) {
-    DisplayItem item;
-    item.kind = ItemKind::Insert;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(inserts_.size());
-    item.count = 1;
+    DisplayItem item = startItem(ItemKind::Insert, entity, look, inserts_.size());
     const Box2d cell = blockBounds.mapped(insert.transform);
     if (!cell.isEmpty()) {
         // The array's far cells: the last column, the last row and the corner between them.
@@ -171,12 +158,7 @@ std::uint32_t DisplayList::addInsert(db::ObjectId entity, std::uint32_t look,
 
 std::uint32_t DisplayList::addInfiniteLine(db::ObjectId entity, std::uint32_t look,
                                            const InfiniteLine& line) {
-    DisplayItem item;
-    item.kind = ItemKind::InfiniteLine;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(lines_.size());
-    item.count = 1;
+    DisplayItem item = startItem(ItemKind::InfiniteLine, entity, look, lines_.size());
     item.flags = DisplayItem::kInfiniteBounds;
     item.bounds.add(line.base);
     lines_.push_back(line);
@@ -184,12 +166,7 @@ std::uint32_t DisplayList::addInfiniteLine(db::ObjectId entity, std::uint32_t lo
 }
 
 std::uint32_t DisplayList::addViewport(db::ObjectId entity, std::uint32_t look, const ViewportRef& viewport) {
-    DisplayItem item;
-    item.kind = ItemKind::Viewport;
-    item.entity = entity;
-    item.look = look;
-    item.first = static_cast<std::uint32_t>(viewports_.size());
-    item.count = 1;
+    DisplayItem item = startItem(ItemKind::Viewport, entity, look, viewports_.size());
     item.bounds = viewport.paper;
     viewports_.push_back(viewport);
     return addItem(item);

@@ -47,6 +47,13 @@ struct InsertRef {
     Affine2d transform;  // block coordinates to this list's
     std::int32_t columns = 1, rows = 1;
     ge::Point2d columnStep, rowStep;  // offsets between cells, in this list's coordinates
+
+    // Block coordinates to this list's for one cell of the array.
+    Affine2d cell(std::int32_t row, std::int32_t column) const {
+        return Affine2d::translation(columnStep.x * column + rowStep.x * row,
+                                     columnStep.y * column + rowStep.y * row) *
+               transform;
+    }
 };
 
 // A layout's viewport: model space mapped onto the paper and cut to the viewport's box.
@@ -130,6 +137,8 @@ public:
     void finish();
 
 private:
+    // An item of one element of a pool, starting at `first`.
+    static DisplayItem startItem(ItemKind kind, db::ObjectId entity, std::uint32_t look, std::size_t first);
     std::uint32_t addItem(DisplayItem item);
 
     std::vector<DisplayItem> items_;

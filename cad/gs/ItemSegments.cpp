@@ -105,10 +105,7 @@ bool forEachSegment(DrawingScene& scene, const DisplayList& list, const DisplayI
         if (std::int64_t(insert.columns) * insert.rows > kMaxCells) return true;
         for (std::int32_t row = 0; row < insert.rows; ++row)
             for (std::int32_t column = 0; column < insert.columns; ++column) {
-                const Affine2d cell = Affine2d::translation(
-                    insert.columnStep.x * column + insert.rowStep.x * row,
-                    insert.columnStep.y * column + insert.rowStep.y * row);
-                const Affine2d map = toTarget * cell * insert.transform;
+                const Affine2d map = toTarget * insert.cell(row, column);
                 for (const DisplayItem& inner : block.items()) {
                     if (inner.flags & DisplayItem::kAttributeDefinition) continue;
                     if (!forEachSegment(scene, block, inner, map, tolerance, out, depth + 1)) return false;

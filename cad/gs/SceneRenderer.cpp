@@ -399,10 +399,7 @@ void SceneRenderer::drawInsert(const DisplayList& list, const DisplayItem& item,
     }
     for (std::int32_t row = 0; row < insert.rows; ++row)
         for (std::int32_t column = 0; column < insert.columns; ++column) {
-            const Affine2d cell = Affine2d::translation(
-                insert.columnStep.x * column + insert.rowStep.x * row,
-                insert.columnStep.y * column + insert.rowStep.y * row);
-            const Affine2d map = toDevice * cell * insert.transform;
+            const Affine2d map = toDevice * insert.cell(row, column);
             const Box2d onScreen = block.bounds().mapped(map);
             if (onScreen.isEmpty() || !onScreen.intersects(deviceClip_.grown(8.0))) continue;
             if (std::max(onScreen.width(), onScreen.height()) < kDotSize) {

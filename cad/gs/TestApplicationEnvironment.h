@@ -1,0 +1,33 @@
+// For tests: the one Qt application of a test program (fonts, pictures and widgets need it), on
+// the offscreen platform unless the environment chose another, so tests run without a display.
+// Made before the first test and destroyed after the last, not at exit, where Qt's own globals
+// are gone. A test program registers one: TestGuiApplication.h or cad/gui/TestApplication.h.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace cad::gs {
+
+template <class App>
+class TestApplicationEnvironment : public testing::Environment {
+public:
+    void SetUp() override {
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+        application() = std::make_unique<App>(argc_, argv_);
+    }
+    void TearDown() override { application().reset(); }
+
+    static std::unique_ptr<App>& application() {
+        static std::unique_ptr<App> made;
+        return made;
+    }
+
+private:
+    int argc_ = 1;
+    char name_[5] = "test";
+    char* argv_[2] = {name_, nullptr};
+};
+
+}  // namespace cad::gs
