@@ -80,8 +80,9 @@ void DrawingView::setDeviceSize(int width, int height) {
 bool DrawingView::showSavedView() {
     // Model space opens where the drawing was last looked at (its active viewport), as long
     // as that looks like a view someone chose: a plan view that shows some of the drawing,
-    // the drawing not lost in a corner of it. Programs that never set it leave a default
-    // that may show nothing, or the drawing as a speck.
+    // the drawing neither lost in a corner of it nor seen through a keyhole. Programs that
+    // never set it leave a default that may show nothing, the drawing as a speck, or a
+    // paper-sized window onto a drawing a thousand times larger.
     if (layout_ != kModel) return false;
     db::ObjectPtr<db::SymbolTable> table(database().viewportTableId(), db::OpenMode::ForRead);
     db::ObjectId id;
@@ -101,7 +102,8 @@ bool DrawingView::showSavedView() {
     const Box2d drawing = extents();
     if (drawing.isEmpty() || !saved.visibleBox().intersects(drawing)) return false;
     const double drawingSize = std::max(drawing.width(), drawing.height());
-    if (drawingSize < 0.1 * std::max(saved.width(), saved.height())) return false;
+    const double viewSize = std::max(saved.width(), saved.height());
+    if (drawingSize < 0.1 * viewSize || viewSize < 0.01 * drawingSize) return false;
     view_ = saved;
     return true;
 }

@@ -116,9 +116,10 @@ TEST_F(DrawingViewTest, OpensAtTheSavedViewWhenItShowsSomethingOfTheDrawing) {
         EXPECT_DOUBLE_EQ(view.transform().centre().x, 20.0);
         EXPECT_DOUBLE_EQ(view.transform().height(), 15.0);
     }
-    // A view of nothing, and one where the drawing is a speck: the extents instead.
-    for (double height : {15.0, 1e5}) {
-        activeView({height == 15.0 ? 1e6 : 0.0, 0.0}, height);
+    // A view of nothing, one where the drawing is a speck, one through a keyhole: the extents
+    // instead.
+    for (double height : {15.0, 1e5, 0.5}) {
+        activeView({height == 15.0 ? 1e6 : 50.0, 50.0}, height);
         DrawingView view(db);
         view.setDeviceSize(400, 300);
         EXPECT_TRUE(view.transform().visibleBox().contains(view.extents())) << height;
