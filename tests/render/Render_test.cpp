@@ -143,7 +143,8 @@ TEST(Render, InkFallsWhereEzdxfPutsIt) {
     // (ezdxf draws every point as a dot) and texts in fonts neither machine has.
     for (const char* name : {"ezdxf__hatches_1.dxf", "ezdxf__mtext_columns_R2000.dxf", "ezdxf__bin_dxf_r2000.dxf",
                              "ezdxf__custom_blocks.dxf", "ezdxf-made__korean_catalogue_r2000_cp949.dxf",
-                             "ezdxf__small_r13.dxf", "../render/entity-sheet.dxf"}) {
+                             "ezdxf__small_r13.dxf", "../render/entity-sheet.dxf",
+                             "../render/mirrored-sheet.dxf"}) {
         const std::string drawing = (kCorpus / name).string();
         const std::string stem = std::filesystem::path(name).filename().string();
         const std::string ours = temp.file(stem + ".ours.png");
