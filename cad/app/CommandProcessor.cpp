@@ -2,7 +2,6 @@
 #include "cad/app/CommandProcessor.h"
 
 #include <algorithm>
-#include <cctype>
 #include <exception>
 
 #include "cad/app/CommandStack.h"
@@ -12,19 +11,13 @@
 #include "cad/ed/EditorReactor.h"
 #include "cad/ed/ResultCodes.h"
 #include "cad/ed/SelectionSet.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::app {
 
 namespace {
 
 constexpr std::string_view kPrompt = "Command: ";
-
-std::string upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return out;
-}
 
 }  // namespace
 
@@ -100,8 +93,8 @@ bool CommandProcessor::execute(std::string_view typedName) {
     }
     const Command* found = commands_.lookupCmd(name, global);
     if (found == nullptr) {
-        editor_.printf("\nUnknown command \"%s\".  Press F1 for help.", upper(typedName).c_str());
-        for (ed::EditorReactor* reactor : editor_.reactors()) reactor->unknownCommand(upper(name));
+        editor_.printf("\nUnknown command \"%s\".  Press F1 for help.", sys::asciiUpper(typedName).c_str());
+        for (ed::EditorReactor* reactor : editor_.reactors()) reactor->unknownCommand(sys::asciiUpper(name));
         return false;
     }
     // A copy: the command may remove its own group while it runs.

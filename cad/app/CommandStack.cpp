@@ -1,5 +1,6 @@
 // Command registration and look-up.
 #include "cad/app/CommandStack.h"
+#include "cad/sys/AsciiCase.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,13 +8,6 @@
 namespace cad::app {
 
 namespace {
-
-bool equalNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::toupper(static_cast<unsigned char>(x)) ==
-                      std::toupper(static_cast<unsigned char>(y));
-           });
-}
 
 bool validName(std::string_view name) {
     return !name.empty() && std::none_of(name.begin(), name.end(), [](unsigned char c) {
@@ -25,7 +19,7 @@ bool validName(std::string_view name) {
 
 CommandStack::Group* CommandStack::findGroup(std::string_view name) {
     for (Group& group : groups_)
-        if (equalNoCase(group.name, name)) return &group;
+        if (sys::equalNoCase(group.name, name)) return &group;
     return nullptr;
 }
 
@@ -40,8 +34,8 @@ ErrorStatus CommandStack::addCommand(std::string_view groupName, std::string_vie
         group = &groups_.front();
     }
     for (const Command& command : group->commands)
-        if (equalNoCase(command.globalName, globalName) ||
-            equalNoCase(command.localName, localName))
+        if (sys::equalNoCase(command.globalName, globalName) ||
+            sys::equalNoCase(command.localName, localName))
             return ErrorStatus::eDuplicateKey;
     group->commands.push_back(
         {group->name, std::string(globalName), std::string(localName), flags, std::move(function)});
@@ -52,13 +46,13 @@ ErrorStatus CommandStack::removeCmd(std::string_view groupName, std::string_view
     Group* group = findGroup(groupName);
     if (group == nullptr) return ErrorStatus::eKeyNotFound;
     auto removed = std::erase_if(
-        group->commands, [&](const Command& c) { return equalNoCase(c.globalName, globalName); });
+        group->commands, [&](const Command& c) { return sys::equalNoCase(c.globalName, globalName); });
     return removed ? ErrorStatus::eOk : ErrorStatus::eKeyNotFound;
 }
 
 ErrorStatus CommandStack::removeGroup(std::string_view groupName) {
     auto removed =
-        std::erase_if(groups_, [&](const Group& g) { return equalNoCase(g.name, groupName); });
+        std::erase_if(groups_, [&](const Group& g) { return sys::equalNoCase(g.name, groupName); });
     return removed ? ErrorStatus::eOk : ErrorStatus::eKeyNotFound;
 }
 
@@ -66,7 +60,7 @@ const Command* CommandStack::lookupCmd(std::string_view name, bool globalFlag) c
     if (globalFlag && !name.empty() && name.front() == '_') name.remove_prefix(1);
     for (const Group& group : groups_)
         for (const Command& command : group.commands)
-            if (equalNoCase(globalFlag ? command.globalName : command.localName, name))
+            if (sys::equalNoCase(globalFlag ? command.globalName : command.localName, name))
                 return &command;
     return nullptr;
 }
@@ -80,7 +74,7 @@ std::vector<std::string> CommandStack::groupNames() const {
 std::vector<const Command*> CommandStack::commands(std::string_view groupName) const {
     std::vector<const Command*> out;
     for (const Group& group : groups_)
-        if (equalNoCase(group.name, groupName))
+        if (sys::equalNoCase(group.name, groupName))
             for (const Command& command : group.commands) out.push_back(&command);
     return out;
 }

@@ -8,6 +8,7 @@
 #include <map>
 
 #include "cad/sys/CodePage.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::app {
 
@@ -19,13 +20,6 @@ std::string_view trim(std::string_view text) {
     while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())))
         text.remove_suffix(1);
     return text;
-}
-
-std::string upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return out;
 }
 
 bool startsWith(std::string_view text, std::string_view prefix) {
@@ -122,7 +116,7 @@ ErrorStatus MenuGroup::parse(std::string_view text, std::string_view fileName, M
 
         if (startsWith(body, "***")) {
             if (auto failed = endSection()) return *failed;
-            std::string header = upper(trim(body.substr(3)));
+            std::string header = sys::asciiUpper(trim(body.substr(3)));
             sectionLine = line.number;
             if (startsWith(header, "MENUGROUP")) {
                 std::size_t equals = body.find('=');

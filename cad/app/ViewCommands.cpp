@@ -1,7 +1,6 @@
 // ZOOM, PAN, REGEN and REDRAW.
 #include "cad/app/ViewCommands.h"
 
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 
@@ -9,6 +8,7 @@
 #include "cad/app/HostCommands.h"
 #include "cad/app/ViewPort.h"
 #include "cad/ed/ResultCodes.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::app {
 
@@ -17,7 +17,7 @@ namespace {
 // "2", "0.5x", "3X": a scale factor relative to the present view; nothing else is one.
 bool scaleFactor(const std::string& text, double& factor) {
     std::string digits = text;
-    if (!digits.empty() && std::toupper(static_cast<unsigned char>(digits.back())) == 'X') digits.pop_back();
+    if (!digits.empty() && sys::asciiUpper(digits.back()) == 'X') digits.pop_back();
     if (digits.empty()) return false;
     char* end = nullptr;
     factor = std::strtod(digits.c_str(), &end);

@@ -2,7 +2,6 @@
 #include "cad/ed/Editor.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 
 #include "cad/db/BlockTableRecord.h"
@@ -15,6 +14,7 @@
 #include "cad/ed/ResultCodes.h"
 #include "cad/ed/SelectionSet.h"
 #include "cad/ed/TypedInput.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::ed {
 
@@ -28,19 +28,12 @@ struct Candidate {
     db::Extents3d extents;
 };
 
-bool equalNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::toupper(static_cast<unsigned char>(x)) ==
-                      std::toupper(static_cast<unsigned char>(y));
-           });
-}
-
 // Whether the entity is one of `types` (any, when there are none).
 bool ofTypes(db::ObjectId id, const std::vector<std::string>& types) {
     if (types.empty()) return true;
     auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
     return entity && std::any_of(types.begin(), types.end(),
-                                 [&](const std::string& t) { return equalNoCase(t, entity->dxfName()); });
+                                 [&](const std::string& t) { return sys::equalNoCase(t, entity->dxfName()); });
 }
 
 // Every entity of model space (of the given types), in drawing order. Entities that cannot be
@@ -57,7 +50,7 @@ std::vector<Candidate> modelSpaceEntities(db::Database* database,
         auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
         if (!entity) continue;
         if (!types.empty() && std::none_of(types.begin(), types.end(), [&](const std::string& t) {
-                return equalNoCase(t, entity->dxfName());
+                return sys::equalNoCase(t, entity->dxfName());
             }))
             continue;
         Candidate candidate{id, {}};

@@ -1,23 +1,10 @@
 // Keyword matching with the capital-letter abbreviations.
 #include "cad/ed/KeywordList.h"
+#include "cad/sys/AsciiCase.h"
 
-#include <cctype>
 #include <sstream>
 
 namespace cad::ed {
-
-namespace {
-
-bool equalNoCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (std::toupper(static_cast<unsigned char>(a[i])) !=
-            std::toupper(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
-
-}  // namespace
 
 KeywordList::KeywordList(std::string_view list) : text_(list) {
     std::istringstream words{std::string(list)};
@@ -45,8 +32,8 @@ bool KeywordList::matches(const std::string& keyword, std::string_view typed) {
         }
     }
     if (capitals.empty()) required = keyword.size();
-    if (!capitals.empty() && equalNoCase(capitals, typed)) return true;
-    return typed.size() >= required && equalNoCase(keyword.substr(0, typed.size()), typed);
+    if (!capitals.empty() && sys::equalNoCase(capitals, typed)) return true;
+    return typed.size() >= required && sys::equalNoCase(keyword.substr(0, typed.size()), typed);
 }
 
 std::optional<std::size_t> KeywordList::match(std::string_view typed) const {

@@ -2,21 +2,15 @@
 #include "cad/ed/ScriptInputSource.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <sstream>
 
 #include "cad/ed/TypedInput.h"
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::ed {
 
 namespace {
-
-std::string lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
 
 std::optional<unsigned> keyCode(const std::string& word) {
     if (word == "shift") return VK_SHIFT;
@@ -52,7 +46,7 @@ InputEvent ScriptInputSource::parseLine(const std::string& line) {
     std::istringstream words(line);
     std::string tag;
     words >> tag;
-    tag = lower(tag);
+    tag = sys::asciiLower(tag);
     if (tag == "<esc>") return InputEvent::cancel();
     if (tag != "<pick>" && tag != "<move>" && tag != "<key>") return InputEvent::typed(line);
 
@@ -61,7 +55,7 @@ InputEvent ScriptInputSource::parseLine(const std::string& line) {
     bool shift = false;
     bool ctrl = false;
     for (std::string word; words >> word;) {
-        word = lower(word);
+        word = sys::asciiLower(word);
         if (word == "shift")
             shift = true;
         else if (word == "ctrl")
@@ -70,7 +64,7 @@ InputEvent ScriptInputSource::parseLine(const std::string& line) {
             return InputEvent::typed(line);
     }
     if (tag == "<key>") {
-        auto code = keyCode(lower(argument));
+        auto code = keyCode(sys::asciiLower(argument));
         if (!code) return InputEvent::typed(line);
         if (*code == VK_ESCAPE) return InputEvent::cancel();
         return InputEvent::key(*code, shift, ctrl);

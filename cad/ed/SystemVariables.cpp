@@ -1,19 +1,12 @@
 // The system-variable table with the host's types and defaults.
 #include "cad/ed/SystemVariables.h"
+#include "cad/sys/AsciiCase.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace cad::ed {
 
 namespace {
-
-std::string upper(std::string_view name) {
-    std::string out(name);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return out;
-}
 
 using Scope = SystemVariables::Scope;
 
@@ -53,7 +46,7 @@ const std::vector<SystemVariables::Definition>& SystemVariables::definitions() {
 }
 
 const SystemVariables::Definition* SystemVariables::find(std::string_view name) {
-    std::string key = upper(name);
+    std::string key = sys::asciiUpper(name);
     for (const Definition& definition : definitions())
         if (definition.name == key) return &definition;
     return nullptr;
@@ -65,13 +58,13 @@ SystemVariables::SystemVariables() {
 }
 
 std::optional<SysVarValue> SystemVariables::get(std::string_view name) const {
-    auto it = values_.find(upper(name));
+    auto it = values_.find(sys::asciiUpper(name));
     if (it == values_.end()) return std::nullopt;
     return it->second;
 }
 
 ErrorStatus SystemVariables::set(std::string_view name, const SysVarValue& value) {
-    auto it = values_.find(upper(name));
+    auto it = values_.find(sys::asciiUpper(name));
     if (it == values_.end()) return ErrorStatus::eKeyNotFound;
     if (std::holds_alternative<double>(it->second) && std::holds_alternative<int>(value)) {
         it->second = static_cast<double>(std::get<int>(value));
