@@ -1,6 +1,7 @@
 // Font resolution and the glyph cache. Faces are loaded at one pixel size without hinting and
 // their outlines scaled to capital heights once, so a text only maps cached paths.
 #include "cad/gs/text/FontLibrary.h"
+#include "cad/sys/AsciiCase.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
@@ -20,17 +21,10 @@ namespace {
 // a thousandth of a capital height.
 constexpr double kPixelSize = 256.0;
 
-std::string lower(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return out;
-}
-
 // Letters and digits only, lower case: "Times New Roman" and "timesnewroman" compare equal.
 std::string squeezed(std::string_view text) {
     std::string out;
-    for (char c : lower(text))
+    for (char c : sys::asciiLower(text))
         if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || static_cast<unsigned char>(c) >= 0x80)
             out += c;
     return out;
@@ -206,7 +200,7 @@ const std::string* FontLibrary::installedFile(const std::string& lowerName) {
             QDirIterator it(folder, QDir::Files, QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
             while (it.hasNext()) {
                 const QString path = it.next();
-                files_.emplace(lower(it.fileName().toStdString()), path.toStdString());
+                files_.emplace(sys::asciiLower(it.fileName().toStdString()), path.toStdString());
             }
         }
     }
@@ -259,11 +253,11 @@ int FontLibrary::styleFace(std::string_view fontFile, std::string_view bigFontFi
     request.append(fontFile).append("|").append(bigFontFile);
     if (auto found = faceByRequest_.find(request); found != faceByRequest_.end()) return found->second;
 
-    const std::string file = lower(baseName(fontFile));
+    const std::string file = sys::asciiLower(baseName(fontFile));
     const std::size_t dot = file.rfind('.');
     const std::string stem = file.substr(0, dot);
     const std::string extension = dot == std::string::npos ? std::string() : file.substr(dot + 1);
-    const bool myeongjo = soundsMyeongjo(lower(bigFontFile)) || soundsMyeongjo(stem);
+    const bool myeongjo = soundsMyeongjo(sys::asciiLower(bigFontFile)) || soundsMyeongjo(stem);
     int face;
     if (stem.empty()) {
         face = genericFace(Generic::Sans, false, false, myeongjo);
@@ -285,7 +279,7 @@ int FontLibrary::inlineFace(std::string_view name, bool bold, bool italic, int b
     if (auto found = faceByRequest_.find(request); found != faceByRequest_.end()) return found->second;
 
     const bool baseMyeongjo = base >= 0 && base < static_cast<int>(faces_.size()) && faces_[base]->myeongjo;
-    const std::string file = lower(baseName(name));
+    const std::string file = sys::asciiLower(baseName(name));
     const std::size_t dot = file.rfind('.');
     const std::string extension = dot == std::string::npos ? std::string() : file.substr(dot + 1);
     const bool myeongjo = baseMyeongjo || soundsMyeongjo(file);
