@@ -1,7 +1,6 @@
 // Font resolution and the glyph cache. Faces are loaded at one pixel size without hinting and
 // their outlines scaled to capital heights once, so a text only maps cached paths.
 #include "cad/gs/text/FontLibrary.h"
-#include "cad/sys/AsciiCase.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
@@ -12,6 +11,8 @@
 #include <QTransform>
 #include <algorithm>
 #include <array>
+
+#include "cad/sys/AsciiCase.h"
 
 namespace cad::gs {
 
