@@ -3,10 +3,21 @@
 
 #include <array>
 
+#include "cad/sys/CaretText.h"
 #include "cad/sys/CodePage.h"
 #include "cad/sys/CountedText.h"
 
 namespace vantor {
+
+namespace {
+
+// Control characters go in their caret form: text mode would store a 0x0A as two bytes beside
+// a length that counts one, and a 0x1A ends the data for every reader of the file.
+std::string onDisk(std::string_view text) {
+    return cad::sys::utf8ToCp949(cad::sys::toCaretForm(text));
+}
+
+}  // namespace
 
 bool ListFile::open(const std::string& path) {
     close();
@@ -30,7 +41,7 @@ ListFile::Entry ListFile::next(std::string& text) {
     std::array<char, kMaxTextBytes> bytes;
     const auto size = static_cast<std::size_t>(length);
     if (file_.read(bytes.data(), size) != size) return Entry::End;
-    text = cad::sys::cp949ToUtf8(std::string_view(bytes.data(), size));
+    text = cad::sys::fromCaretForm(cad::sys::cp949ToUtf8(std::string_view(bytes.data(), size)));
     return Entry::Text;
 }
 
@@ -56,13 +67,13 @@ bool ListFile::write(const std::string& path, const std::vector<std::string>& te
     if (file.openReplacing(path, "w") != cad::ErrorStatus::eOk) return false;
     bool written = file.writeInt32(static_cast<std::int32_t>(texts.size()));
     for (const std::string& text : texts) {
-        written = written && cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(text));
+        written = written && cad::sys::writeCountedText(file, onDisk(text));
     }
     return file.close() == cad::ErrorStatus::eOk && written;
 }
 
 bool ListFile::fits(std::string_view text) {
-    return cad::sys::utf8ToCp949(text).size() <= kMaxTextBytes;
+    return onDisk(text).size() <= kMaxTextBytes;
 }
 
 }  // namespace vantor

@@ -13,7 +13,8 @@
 
 namespace vantor {
 
-// Texts are UTF-8 in memory and CP949 on disk. Text mode is part of the format: a 0x0A the
+// Texts are UTF-8 in memory and CP949 on disk, control characters and carets in the caret
+// form DXF uses ("^J", "^ "; cad::sys::toCaretForm). Text mode is part of the format: a 0x0A the
 // writer emits is stored as 0x0D 0x0A, and a 0x1A met while reading ends the data. The flag of
 // a counted text keeps a length of 26 off the disk; the count has no such protection, so a
 // count of 26 (or of any number whose first byte is 0x1A) reads back as an empty file.
@@ -43,7 +44,7 @@ public:
     // it was and the reason in cad::sys::lastFileError(), when the new one cannot be
     // written. Callers that read the file first hold its lock (cad::sys::FileLock).
     static bool write(const std::string& path, const std::vector<std::string>& texts);
-    // True when the text's bytes on disk stay within kMaxTextBytes.
+    // True when the text's bytes on disk (caret form, CP949) stay within kMaxTextBytes.
     static bool fits(std::string_view text);
 
 private:

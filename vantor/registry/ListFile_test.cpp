@@ -73,6 +73,38 @@ TEST(ListFile, WritesTheFormatAndReadsItBack) {
     }
 }
 
+// Text mode would store a line feed as two bytes beside a length of one, and 0x1A would end
+// the data, so control characters (and carets, to tell them apart) go in their caret form.
+TEST(ListFile, ControlCharactersGoInCaretFormAndReadBack) {
+    const struct {
+        const char* name;
+        std::string text;
+        std::string stored;
+    } rows[] = {
+        {"line feed", "주 관리창\n2", "주 관리창^J2"},
+        {"carriage return", "C:\\a\r.dwg", "C:\\a^M.dwg"},
+        {"tab", "a\tb", "a^Ib"},
+        {"caret", "2^3 ^ ", "2^ 3 ^  "},
+        {"byte 0x1A", "x\x1Ay", "x^Zy"},
+    };
+    cad::sys::TestTempFolder temp;
+    const std::string path = temp.file("UBTabList.dat");
+    for (const auto& row : rows) {
+        const std::vector<std::string> texts = {row.text, "C:\\after.dwg"};
+        ASSERT_TRUE(ListFile::write(path, texts)) << row.name;
+        EXPECT_EQ(temp.readBytes("UBTabList.dat"), fileOf({row.stored, "C:\\after.dwg"}))
+            << row.name;
+        EXPECT_EQ(ListFile::readAll(path), texts) << row.name;
+    }
+    // A caret before anything but a blank or a control letter is a caret, as files written
+    // before the caret form hold it.
+    temp.writeBytes("UBTabList.dat", fileOf({"2^3^a^"}));
+    EXPECT_EQ(ListFile::readAll(path), std::vector<std::string>{"2^3^a^"});
+    // The limit counts the caret form: 258 bytes and a line feed are 260 on disk.
+    EXPECT_FALSE(ListFile::fits(std::string(258, 'p') + "\n"));
+    EXPECT_TRUE(ListFile::fits(std::string(257, 'p') + "\n"));
+}
+
 TEST(ListFile, TwentySixEntriesWriteACountThatReadsAsAnEmptyFile) {
     cad::sys::TestTempFolder temp;
     const std::string path = temp.file("UBList1.dat");

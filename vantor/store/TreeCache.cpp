@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "cad/sys/CaretText.h"
 #include "cad/sys/CodePage.h"
 #include "cad/sys/CountedText.h"
 #include "cad/sys/FileSystem.h"
@@ -22,12 +23,16 @@ std::string asciiLower(std::string text) {
     return text;
 }
 
+// Control characters go in their caret form: text mode would turn a 0x0A into two bytes
+// beside a count of one, and a 0x1A would end the data for every reader.
+bool writeText(CrtFile& file, std::string_view text) {
+    return cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(cad::sys::toCaretForm(text)));
+}
+
 bool writeNode(CrtFile& file, const TreeCacheNode& node) {
     return file.writeInt32(node.supplier ? 1 : 0) && file.writeInt32(node.record ? 1 : 0) &&
-           cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(node.drawingPath)) &&
-           cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(node.name)) &&
-           cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(node.libraryKey)) &&
-           cad::sys::writeCountedText(file, cad::sys::utf8ToCp949(node.recordText)) &&
+           writeText(file, node.drawingPath) && writeText(file, node.name) &&
+           writeText(file, node.libraryKey) && writeText(file, node.recordText) &&
            cad::sys::writeDecimalText(file, node.id) &&
            cad::sys::writeDecimalText(file, node.parentId);
 }
@@ -35,7 +40,7 @@ bool writeNode(CrtFile& file, const TreeCacheNode& node) {
 bool readText(CrtFile& file, std::string& text) {
     std::optional<std::string> bytes = cad::sys::readCountedText(file, TreeCache::kMaxTextBytes);
     if (!bytes) return false;
-    text = cad::sys::cp949ToUtf8(*bytes);
+    text = cad::sys::fromCaretForm(cad::sys::cp949ToUtf8(*bytes));
     return true;
 }
 

@@ -13,10 +13,11 @@ namespace vantor {
 
 // Layout: the node count (int32, little-endian), then per node the library flag and the record
 // flag (int32 each), four counted texts (drawing path, entry name, library key, record text:
-// flag and length int32, then the CP949 bytes) and two decimal texts (node id, parent id). The
-// file goes through the C runtime's text mode, so counted texts of 26 bytes carry flag 1 and
-// length 25; the count and the flags are written raw all the same, and a count whose low byte
-// is 0x1A ends the data for a reader at once.
+// flag and length int32, then the CP949 bytes, control characters and carets in their caret
+// form) and two decimal texts (node id, parent id). The file goes through the C runtime's text
+// mode, so counted texts of 26 bytes carry flag 1 and length 25; the count and the flags are
+// written raw all the same, and a count whose low byte is 0x1A ends the data for a reader at
+// once.
 class TreeCache {
 public:
     enum class State {

@@ -99,6 +99,24 @@ TEST(TreeCacheFile, BytesFollowTheLayout) {
     EXPECT_EQ(read, written);
 }
 
+// Control characters in names and record texts (a remark pasted with its line break) would
+// break the counted fields in text mode; they go in their caret form and read back.
+TEST(TreeCacheFile, ControlCharactersGoInCaretFormAndReadBack) {
+    std::vector<TreeCacheNode> nodes = {
+        node(false, true, "line\nfeed", "cr\rtab\t", 2, 1),
+        node(false, true, "caret^", "eof\x1A^A", 3, 1),
+    };
+    const std::vector<TreeCacheNode> written = nodes;
+    TestTempFolder folder;
+    ASSERT_TRUE(TreeCache::write(folder.file("parts.vnf"), nodes));
+    const std::string bytes = folder.readBytes("parts.vnf");
+    for (const char* stored : {"line^Jfeed", "cr^Mtab^I", "caret^ ", "eof^Z^ A"})
+        EXPECT_NE(bytes.find(stored), std::string::npos) << stored;
+    std::vector<TreeCacheNode> read;
+    ASSERT_TRUE(TreeCache::readFile(folder.file("parts.vnf"), read));
+    EXPECT_EQ(read, written);
+}
+
 std::string int32Bytes(std::int32_t v) {
     Layout l;
     l.int32(v);

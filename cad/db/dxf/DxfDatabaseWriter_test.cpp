@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
@@ -22,6 +23,7 @@
 #include "cad/db/RawEntity.h"
 #include "cad/db/RawObject.h"
 #include "cad/db/SymbolTable.h"
+#include "cad/db/SymbolTableRecord.h"
 #include "cad/db/Text.h"
 #include "cad/db/Xrecord.h"
 #include "cad/db/dxf/StructureLoader.h"
@@ -163,6 +165,77 @@ TEST(BinaryText, LineBreaksInValuesStayInOneValue) {
     ASSERT_EQ(back.readDwgFile(folder.file("text.dxf")), ErrorStatus::eOk)
         << back.lastErrorMessage();
     EXPECT_EQ(back.header().text("$USER\nNAME"), "two\nlines");
+}
+
+// Found by fuzzing: a subclass marker of a binary file holding a line break, written back as
+// it stood, cut a layer record in two in the text file, which then read as another drawing.
+TEST(BinaryText, MarkersWithLineBreaksReadBackAsTheSameDrawing) {
+    std::ifstream in(kCorpus / "ezdxf__bin_dxf_r2000.dxf", std::ios::binary);
+    const std::string original{std::istreambuf_iterator<char>(in), {}};
+    const std::string layerZero = std::string("LAYER\0\x05\x00" "27\0", 10);
+    const std::size_t record = original.find(layerZero);
+    ASSERT_NE(record, std::string::npos);
+    const std::pair<const char*, std::string> rows[] = {
+        {"line feed", "AcDbLayer\nTableRecord"},
+        {"carriage return and line feed", "AcDbSymbolTableRecord\r\n"},
+        {"byte 0x1A", "AcDbLayerTableRecord\x1A"},
+    };
+    for (const auto& [name, marker] : rows) {
+        SCOPED_TRACE(name);
+        std::string bytes = original;
+        const std::string known =
+            marker.starts_with("AcDbLayer") ? "AcDbLayerTableRecord" : "AcDbSymbolTableRecord";
+        const std::size_t at = bytes.find(known + '\0', record);
+        ASSERT_NE(at, std::string::npos);
+        bytes.replace(at, known.size(), marker);
+
+        Database binary(false);
+        ASSERT_EQ(binary.readDxfBytes(bytes, "binary.dxf"), ErrorStatus::eOk)
+            << binary.lastErrorMessage();
+        sys::TestTempFolder folder;
+        ASSERT_EQ(binary.saveAs(folder.file("text.dxf")), ErrorStatus::eOk);
+        Database text(false);
+        ASSERT_EQ(text.readDwgFile(folder.file("text.dxf")), ErrorStatus::eOk)
+            << text.lastErrorMessage();
+        EXPECT_TRUE(text.loadIssues().empty()) << text.loadIssues().front().message;
+        EXPECT_EQ(fingerprint(text), fingerprint(binary));
+        const auto layers = [](Database& db) {
+            std::vector<std::string> names;
+            for (const ObjectId id :
+                 open<SymbolTable>(db.layerTableId(), OpenMode::ForRead)->recordIds())
+                names.push_back(open<SymbolTableRecord>(id, OpenMode::ForRead)->name());
+            return names;
+        };
+        EXPECT_EQ(layers(text), layers(binary));
+    }
+}
+
+// Found by fuzzing: damaged drawings that load, and whose written file must load again with
+// nothing left to repair (a repair reported at every load would never go away).
+TEST(FuzzFindings, WrittenFilesLoadWithoutRepairs) {
+    const std::pair<const char*, std::string> rows[] = {
+        {"xrecord link holding no handle",
+         "  0\nSECTION\n  2\nOBJECTS\n  0\nXRECORD\n  5\n1F\n335\nC+\n  0\nENDSEC\n  0\nEOF\n"},
+        // An object without a handle, kept as tags, links to a handle nothing has: the handle
+        // it is given must not be that one, or the link would name the object itself.
+        {"kept link to the handle a new object would take",
+         std::string("AutoCAD Binary DXF\r\n\x1a\0", 22) +
+             std::string("\0\0SECTION\0\x02\0OBJECTS\0\0\0\0\x5E\x01" "14\0\0\0ENDSEC\0\0\0EOF\0",
+                         43)},
+    };
+    for (const auto& [name, bytes] : rows) {
+        SCOPED_TRACE(name);
+        Database db(false);
+        ASSERT_EQ(db.readDxfBytes(bytes, "damaged.dxf"), ErrorStatus::eOk);
+        for (const DxfVersion version : {DxfVersion::R2000, DxfVersion::R14}) {
+            std::string text;
+            std::vector<std::string> messages;
+            ASSERT_EQ(DxfDatabaseWriter::write(db, version, text, messages), ErrorStatus::eOk);
+            Database back(false);
+            ASSERT_EQ(back.readDxfBytes(text, "written.dxf"), ErrorStatus::eOk);
+            EXPECT_TRUE(back.loadIssues().empty()) << back.loadIssues().front().message;
+        }
+    }
 }
 
 // ---- A drawing made in memory ----
@@ -412,6 +485,57 @@ print([v for c, v in doc.rootdict['Adv data list'].tags if c == 1][0])
 )",
                                               path, {kLayer, kBlock});
     EXPECT_EQ(names.output, "True\nTrue\n" + std::string(kText) + "\n" + kRecordText + "\n");
+    const auto audit = vantor::test::ezdxfAudit(path);
+    EXPECT_TRUE(audit.output.starts_with("errors 0 ")) << audit.output;
+}
+
+// A value may hold any character (a remark pasted with its line break, a binary file's
+// string); the text file carries control characters and carets in their caret form, ezdxf
+// keeps those escapes as they stand and audits the file clean.
+TEST_F(MadeDrawing, ControlCharactersInValuesTakeTheirCaretFormAndReadBack) {
+    const std::pair<const char*, std::string> rows[] = {
+        {"line feed", "two\nlines"},  {"carriage return", "cr\rhere"}, {"tab", "a\tb"},
+        {"caret", "2^3 ^J"},          {"byte 0x1A", "eof\x1A" "end"},
+    };
+    std::vector<ObjectId> texts;
+    ResBufChain chain;
+    {
+        auto space = open<BlockTableRecord>(db_.modelSpaceId(), OpenMode::ForWrite);
+        for (const auto& [name, value] : rows) {
+            ObjectId id;
+            ASSERT_EQ(space->appendEntity(std::make_unique<Text>(ge::Point3d{}, value), id),
+                      ErrorStatus::eOk);
+            texts.push_back(id);
+            chain.push_back(ResBuf{1, value});
+        }
+    }
+    open<Xrecord>(xrecord_, OpenMode::ForWrite)->setFromRbChain(chain);
+    const std::string path = save();
+    const std::string bytes = folder_.readBytes("AC1015.dxf");
+    for (const char* stored : {"two^Jlines", "cr^Mhere", "a^Ib", "2^ 3 ^ J", "eof^Zend"})
+        EXPECT_NE(bytes.find(std::string("\n") + stored + "\n"), std::string::npos) << stored;
+
+    Database back(false);
+    ASSERT_EQ(back.readDwgFile(path), ErrorStatus::eOk) << back.lastErrorMessage();
+    EXPECT_TRUE(back.loadIssues().empty());
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        SCOPED_TRACE(rows[i].first);
+        ObjectId id;
+        ASSERT_EQ(back.getObjectId(id, false, texts[i].handle()), ErrorStatus::eOk);
+        EXPECT_EQ(open<Text>(id, OpenMode::ForRead)->textString(), rows[i].second);
+        ObjectId record;
+        ASSERT_EQ(back.getObjectId(record, false, xrecord_.handle()), ErrorStatus::eOk);
+        EXPECT_EQ(*open<Xrecord>(record, OpenMode::ForRead)->rbChain()[i].text(), rows[i].second);
+    }
+
+    if (!vantor::test::ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
+    const auto seen = vantor::test::runEzdxf(R"(
+import sys, ezdxf
+doc = ezdxf.readfile(sys.argv[1])
+print('|'.join(t.dxf.text for t in doc.modelspace().query('TEXT')))
+)",
+                                             path);
+    EXPECT_EQ(seen.output, "two^Jlines|cr^Mhere|a^Ib|2^ 3 ^ J|eof^Zend\n");
     const auto audit = vantor::test::ezdxfAudit(path);
     EXPECT_TRUE(audit.output.starts_with("errors 0 ")) << audit.output;
 }

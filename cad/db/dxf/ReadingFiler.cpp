@@ -232,8 +232,16 @@ void ReadingFiler::finish(DbObject& object) {
             fail(tags_[i], "a value of the group code's type");
             break;
         }
+        reserveHandle(tags_[i]);
         object.xdata().push_back(RawTag{tags_[i].code, std::move(*value)});
     }
+}
+
+void ReadingFiler::reserveHandle(const Tag& tag) {
+    if (!isHandleReference(tag.code)) return;
+    const auto value = toHandle(tag);
+    if (!value || *value == 0 || *value == UINT64_MAX) return;
+    database_.setHandseed(Handle{*value + 1});
 }
 
 void ReadingFiler::keep(DbObject& object, const std::string& subclass, std::uint32_t begin,
@@ -249,6 +257,7 @@ void ReadingFiler::keep(DbObject& object, const std::string& subclass, std::uint
         if (kept.empty() || kept.back().subclass != subclass) {
             kept.push_back(DbObject::KeptTags{subclass, {}});
         }
+        reserveHandle(tags_[i]);
         kept.back().tags.push_back(RawTag{tags_[i].code, std::move(*value)});
         flags_[i] |= kRead;
     }
@@ -569,9 +578,12 @@ bool ReadingFiler::readResBuf(std::uint32_t& i, std::uint32_t end, ResBuf& item)
         }
         case ValueType::Handle: {
             // Arbitrary handles (320-329) are data, not links: they stay text and are not
-            // remapped when the record is cloned. So does a link that holds no handle.
+            // remapped when the record is cloned. A link that holds no handle is reported and
+            // left empty: kept as text it would be written back under a link's code, and every
+            // later load would report it again.
             ObjectId id;
-            if (isHandleReference(tag.code) && takeHandle(tag, id)) {
+            if (isHandleReference(tag.code)) {
+                if (!takeHandle(tag, id)) id = ObjectId::kNull;
                 item.value = id;
             } else if (auto text = rawValue(tag, codePage_)) {
                 item.value = std::move(*text);
@@ -596,6 +608,7 @@ void ReadingFiler::rawTags(std::vector<RawTag>& tags) {
             return;
         }
         flags_[i] |= kRead;
+        reserveHandle(tags_[i]);
         tags.push_back(RawTag{tags_[i].code, std::move(*value)});
     }
 }

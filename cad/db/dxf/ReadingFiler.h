@@ -127,6 +127,11 @@ private:
     void finish(DbObject& object);
     void keep(DbObject& object, const std::string& subclass, std::uint32_t begin,
               std::uint32_t end);
+    // A link kept as text still names its handle: new handles start above it, so an object
+    // given one later in the read (one the file left without, one made again) cannot take it
+    // and turn a dangling link into a link to itself once the file is written and read. No
+    // slot is made: the link stays as dangling as the file had it.
+    void reserveHandle(const Tag& tag);
 
     // The first unread tag of `code` in scope, or nullptr; taking it marks it read.
     const Tag* take(int code);

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "cad/sys/CaretText.h"
+
 namespace cad::db::dxf {
 namespace {
 
@@ -165,19 +167,7 @@ std::string decodeText(std::string_view raw, CodePage codePage) {
 
 std::string encodeText(std::string_view utf8, CodePage codePage) {
     if (needsNoWork(utf8)) return std::string(utf8);
-    std::string careted;
-    careted.reserve(utf8.size());
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20) {
-            careted += '^';
-            careted += static_cast<char>(byte + '@');
-        } else if (c == '^') {
-            careted += "^ ";
-        } else {
-            careted += c;
-        }
-    }
+    std::string careted = sys::toCaretForm(utf8);
     if (codePage == CodePage::Utf8) return careted;
     return sys::fromUtf8(careted, codePage, sys::Unmappable::DxfEscape);
 }

@@ -2,6 +2,8 @@
 #include "vantor/ui/export/CsvExport.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
@@ -19,29 +21,49 @@ namespace {
 // The first 13 labels name the record's texts after the group: KName to User6.
 constexpr std::size_t kRecordFieldCount = FieldLabels::User6 + 1;
 
+// What a field of this file can hold: a control character would break the record's line (or
+// end a text-mode read) and is left out, a tab only where it is the separator. `cut` is set
+// when something was left out.
+std::string heldText(std::string_view text, std::string_view separator, bool& cut) {
+    std::string held;
+    held.reserve(text.size());
+    for (char c : text) {
+        if (static_cast<unsigned char>(c) < 0x20 && (c != '\t' || separator == "\t")) {
+            cut = true;
+            continue;
+        }
+        held += c;
+    }
+    return held;
+}
+
 class LineWriter {
 public:
     LineWriter(cad::sys::CrtFile& file, std::string_view separator)
         : file_(file), separator_(separator) {}
 
     void field(std::string_view text) {
-        line_ += text;
+        line_ += heldText(text, separator_, cut_);
         line_ += separator_;
     }
     // The last field of a line is followed by the line feed instead, which text mode stores
     // as CR LF.
     void lastField(std::string_view text) {
-        line_ += text;
+        line_ += heldText(text, separator_, cut_);
         line_ += '\n';
         const std::string bytes = cad::sys::utf8ToCp949(line_);
         file_.write(bytes.data(), bytes.size());
         line_.clear();
     }
+    // Whether a field written since the last call lost characters.
+    bool takeCut() { return std::exchange(cut_, false); }
+    std::string_view separator() const { return separator_; }
 
 private:
     cad::sys::CrtFile& file_;
     std::string_view separator_;
     std::string line_;
+    bool cut_ = false;
 };
 
 // The header names the view slots and the first 13 fields before "그룹명" and the 13 fields
@@ -55,26 +77,37 @@ void writeHeader(LineWriter& out, const FieldLabels::Texts& labels) {
     out.lastField(labels[kRecordFieldCount - 1]);
 }
 
-void writeRecord(LineWriter& out, std::string_view location, const PartRecord& record) {
+// A record that lost characters is named in `cut` by its drawing and its name as written.
+void writeRecord(LineWriter& out, std::string_view location, const PartRecord& record,
+                 std::vector<std::string>& cut) {
     out.field(location);
     for (const std::string& block : record.viewBlocks) out.field(block);
     // Texts 0 to 13: the group, then the 13 fields.
     for (std::size_t i = 0; i + 1 < PartRecord::kTextCount; ++i) out.field(record.text(i));
     out.lastField(record.text(PartRecord::kTextCount - 1));
+    if (out.takeCut()) {
+        bool ignored = false;
+        cut.push_back(std::string(location) + ": " +
+                      heldText(record.kname, out.separator(), ignored));
+    }
 }
 
 // Records in tree order, depth first; a record that cannot be read is left out.
-void writeRecordsBelow(LineWriter& out, cad::db::Database& db, const TreeNode& node) {
+void writeRecordsBelow(LineWriter& out, cad::db::Database& db, const TreeNode& node,
+                       std::vector<std::string>& cut) {
     for (const auto& child : node.children) {
         if (child->isDictionary()) {
-            writeRecordsBelow(out, db, *child);
+            writeRecordsBelow(out, db, *child, cut);
             continue;
         }
         PartRecord record;
         if (readPartRecord(objectIdOfNode(db, child->id), record) == cad::ErrorStatus::eOk)
-            writeRecord(out, child->drawingPath, record);
+            writeRecord(out, child->drawingPath, record, cut);
     }
 }
+
+// At most this many records are named in the message; the rest are counted.
+constexpr std::size_t kCutRecordsNamed = 10;
 
 }  // namespace
 
@@ -94,19 +127,22 @@ std::string_view CsvExport::separator(int delimiter) {
     }
 }
 
-bool CsvExport::run() const {
+bool CsvExport::run(std::vector<std::string>* cutRecords) const {
     cad::sys::CrtFile file;
     if (file.open(settings_.savePath, "w") != cad::ErrorStatus::eOk) return false;
     LineWriter out(file, separator(settings_.delimiter));
     writeHeader(out, settings_.labels);
+    out.takeCut();  // labels come from the settings dialog, which takes no control characters
 
     // A drawing's two libraries stand side by side among the roots; it is read once for both.
+    std::vector<std::string> cut;
     std::unique_ptr<cad::db::Database> db;
     for (const auto& root : tree_.roots()) {
         if (!db || db->fileName() != root->drawingPath) db = openLibraryDrawing(root->drawingPath);
-        if (db) writeRecordsBelow(out, *db, *root);
+        if (db) writeRecordsBelow(out, *db, *root, cut);
     }
     file.close();
+    if (cutRecords != nullptr) *cutRecords = std::move(cut);
     return true;
 }
 
@@ -116,7 +152,15 @@ bool CsvExport::runAndReport(cad::app::UserDialogs& dialogs) const {
                            cad::app::MB_OK | cad::app::MB_ICONERROR);
         return false;
     }
-    if (!run()) return false;
+    std::vector<std::string> cut;
+    if (!run(&cut)) return false;
+    if (!cut.empty()) {
+        std::string text = "줄바꿈 같은 제어 문자는 이 파일에 쓸 수 없어 빼고 저장했습니다:";
+        for (std::size_t i = 0; i < cut.size() && i < kCutRecordsNamed; ++i) text += "\n" + cut[i];
+        if (cut.size() > kCutRecordsNamed)
+            text += "\n외 " + std::to_string(cut.size() - kCutRecordsNamed) + "건";
+        dialogs.messageBox(text, "외부저장", cad::app::MB_OK | cad::app::MB_ICONWARNING);
+    }
     dialogs.messageBox(settings_.savePath + "\"\n에 저장되었습니다.", "저장완료",
                        cad::app::MB_OK | cad::app::MB_ICONINFORMATION);
     return true;

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cad::app {
 class UserDialogs;
@@ -25,10 +26,13 @@ public:
 
     // Writes savePath (replacing it) in text mode and code page 949: the header line, then
     // the records of every drawing the tree shows, in tree order. Fields are not quoted, so a
-    // separator inside one adds a column. False only when the file cannot be opened.
-    bool run() const;
+    // separator inside one adds a column. Control characters cannot be held (a line break
+    // would split the record) and are left out; each record that lost some is named in
+    // `cutRecords` ("<drawing>: <name>"). False only when the file cannot be opened.
+    bool run(std::vector<std::string>* cutRecords = nullptr) const;
     // What the library window does after the settings dialog: without a save path it says so;
-    // otherwise it exports and, when that worked, says where the file went.
+    // otherwise it exports and, when that worked, names the records that lost control
+    // characters and says where the file went.
     bool runAndReport(cad::app::UserDialogs& dialogs) const;
 
 private:

@@ -125,6 +125,37 @@ TEST_P(Export, WithoutLoadedDrawingsOnlyTheHeaderReplacesTheFile) {
     EXPECT_EQ(folder.readBytes("parts.csv"), header());
 }
 
+// Fields are not quoted, so a line break would cut the record in two: control characters are
+// left out (a tab only where it separates the fields), the user is told which records lost
+// some, and a caret stays a caret, since spreadsheets know no escapes.
+TEST_P(Export, ControlCharactersAreLeftOutAndTheRecordNamed) {
+    {
+        cad::db::Database db;
+        PartRecord pasted;
+        pasted.group = "G";
+        pasted.kname = "two\nlines";
+        pasted.spec = "cr\r tab\t caret^ eof\x1A end";
+        addRecord(
+            addDictionary(addDictionary(db.namedObjectsDictionaryId(), "User data list"), "G"),
+            "QRB_VANTORDATA-0", pasted.toChain());
+        ASSERT_EQ(db.saveAs(folder.file("a.dxf")), cad::ErrorStatus::eOk);
+        ASSERT_EQ(tree.loadDrawing(folder.file("a.dxf")), CVNTreeBase::LoadResult::Loaded);
+    }
+    ASSERT_TRUE(exporter.runAndReport(dialogs));
+
+    const std::string a = folder.file("a.dxf");
+    const std::string tab = GetParam() == 2 ? "" : "\t";
+    Fields fields = {
+        a, "", "", "", "", "", "", "G", "twolines", "", "cr tab" + tab + " caret^ eof end"};
+    fields.resize(21);
+    EXPECT_EQ(folder.readBytes("parts.csv"), header() + line(fields));
+    EXPECT_EQ(
+        testing_support::boxesShown(dialogs),
+        (Fields{"외부저장: 줄바꿈 같은 제어 문자는 이 파일에 쓸 수 없어 빼고 저장했습니다:\n" + a +
+                    ": twolines [warning]",
+                "저장완료: " + settings.savePath + "\"\n에 저장되었습니다. [information]"}));
+}
+
 std::string delimiterName(const testing::TestParamInfo<int>& row) {
     static const char* const kNames[] = {"comma", "bar", "tab"};
     return row.param < 3 ? kNames[row.param] : "unknown";
