@@ -1014,6 +1014,9 @@ private:
             if (owner.isLive() || owner.isNull()) {
                 if (!listed) continue;
             }
+            // Given to what it owns itself, it would close a cycle that is then cut at it
+            // again: it would stay without an owner and be repaired anew at every load.
+            if (owner.isNull() && ownsOnTheWayUp(id, lister->second)) continue;
             auto object = open<DbObject>(id, OpenMode::ForWrite);
             if (!object) continue;
             const std::string what =
@@ -1034,6 +1037,16 @@ private:
             }
         }
         cutOwnerCycles();
+    }
+
+    // True when `owner` is among the owners of `object`, all the way up.
+    static bool ownsOnTheWayUp(ObjectId owner, ObjectId object) {
+        std::unordered_set<const ObjectSlot*> seen;
+        for (ObjectId at = object; at.isValid() && seen.insert(at.slot()).second;
+             at = at.slot()->object->ownerId()) {
+            if (at == owner) return true;
+        }
+        return false;
     }
 
     void cutOwnerCycles() {

@@ -216,6 +216,12 @@ TEST(FuzzFindings, WrittenFilesLoadWithoutRepairs) {
     const std::pair<const char*, std::string> rows[] = {
         {"xrecord link holding no handle",
          "  0\nSECTION\n  2\nOBJECTS\n  0\nXRECORD\n  5\n1F\n335\nC+\n  0\nENDSEC\n  0\nEOF\n"},
+        // A dictionary whose owner names nothing, listed only by an object it owns itself:
+        // handed to that one, then cut from the cycle, it must not be handed over again.
+        {"listed only by what it owns",
+         "  0\nSECTION\n  2\nOBJECTS\n  0\nDICTIONARY\n  5\nE\n330\nA\n100\nAcDbDictionary\n"
+         "  3\nByLayer\n350\n20\n  0\nMATERIAL\n  5\n20\n330\nE\n100\nAcDbMaterXX\n350\nE\n"
+         "  0\nENDSEC\n  0\nEOF\n"},
         // An object without a handle, kept as tags, links to a handle nothing has: the handle
         // it is given must not be that one, or the link would name the object itself.
         {"kept link to the handle a new object would take",
