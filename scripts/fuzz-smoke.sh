@@ -7,14 +7,17 @@
 #          one target after the other, the time shared among them (CI's short run)
 #        scripts/fuzz-smoke.sh --long SECONDS [--corpus DIR]
 #          every target at once, each for SECONDS, a crash kept and counted without ending the
-#          target's run; afterwards what each found that adds coverage is merged into the kept
-#          corpus (DIR/<target>, default fuzz/corpus), and a line per target gives executions,
-#          rate, coverage and the faults found (their inputs in build/fuzz/artifacts/)
+#          target's run, starting from the seeds (fuzz/corpus) and the kept corpus (DIR/<target>,
+#          default build/fuzz/corpus); afterwards the kept corpus is made again from both runs'
+#          inputs, minimised (the fewest inputs that reach everything reached), and a line per
+#          target gives executions, rate, coverage and the faults found (their inputs in
+#          build/fuzz/artifacts/). The kept corpus stays out of the repository: campaigns
+#          grow it to megabytes, the seeds stay small for CI's short run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 long=0
-kept_root="fuzz/corpus"
+kept_root="build/fuzz/corpus"
 total_seconds=30
 while [[ $# -gt 0 ]]; do
   case "$1" in
@@ -102,6 +105,7 @@ for fuzzer in "${fuzzers[@]}"; do
   pids[$name]=$!
 done
 
+kept_counts=()
 printf '%-14s %12s %9s %8s %8s  %s\n' target executions "exec/s" cov ft "oom/timeout/crash"
 for fuzzer in "${fuzzers[@]}"; do
   name="$(basename "$fuzzer" _fuzz)"
@@ -118,11 +122,18 @@ for fuzzer in "${fuzzers[@]}"; do
   faults="$(field oom/timeout/crash)"
   if [[ -n "$faults" && "$faults" != 0/0/0 ]]; then status=1; fi
   printf '%-14s %12s %9s %8s %8s  %s\n' "$name" "${runs:-?}" "${rate:-?}" "${cov:-?}" "${ft:-?}" "${faults:-?}"
-  # Merged into the kept corpus: only inputs that add coverage to what it holds, so the kept
-  # files (the documented seeds among them) stay and the corpus grows by little.
-  mkdir -p "$kept_root/$name"
-  "$fuzzer" -merge=1 -timeout=10 -rss_limit_mb=2048 -max_len="$(max_len "$name")" \
-    "$kept_root/$name" "$work/$name" >"$logs/$name.merge.log" 2>&1 ||
+  # The work corpus holds the kept one and the seeds too, so merging it alone into an empty
+  # folder keeps every input that reaches something no smaller one does.
+  minimised="$work/$name.minimised"
+  mkdir -p "$minimised" "$kept_root"
+  if "$fuzzer" -merge=1 -timeout=10 -rss_limit_mb=2048 -max_len="$(max_len "$name")" \
+      "$minimised" "$work/$name" >"$logs/$name.merge.log" 2>&1; then
+    rm -rf "${kept_root:?}/$name"
+    mv "$minimised" "$kept_root/$name"
+    kept_counts+=("$name $(find "$kept_root/$name" -type f | wc -l)")
+  else
     echo "fuzz-smoke: merging $name failed, see $logs/$name.merge.log" >&2
+  fi
 done
+echo "fuzz-smoke: inputs kept in $kept_root: ${kept_counts[*]}"
 exit "$status"
