@@ -10,6 +10,7 @@
 #include <numbers>
 
 #include "cad/app/Application.h"
+#include "cad/app/TestNumbers.h"
 #include "cad/db/Arc.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
@@ -24,12 +25,6 @@
 
 namespace cad::app {
 namespace {
-
-std::string num(double value) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.4g", std::abs(value) < 1e-9 ? 0.0 : value);
-    return buffer;
-}
 
 std::string pt(const ge::Point3d& p) {
     return num(p.x) + "," + num(p.y);

@@ -10,6 +10,7 @@
 #include <cstdio>
 
 #include "cad/app/Application.h"
+#include "cad/app/TestNumbers.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Circle.h"
 #include "cad/db/Database.h"
@@ -19,12 +20,6 @@
 
 namespace cad::app {
 namespace {
-
-std::string num(double value) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.4g", std::abs(value) < 1e-9 ? 0.0 : value);
-    return buffer;
-}
 
 std::string describe(db::ObjectId id) {
     auto entity = db::open<db::Entity>(id, db::OpenMode::ForRead);
