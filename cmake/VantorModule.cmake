@@ -51,3 +51,15 @@ function(vantor_module target)
       PROPERTIES ENVIRONMENT "VANTOR_SOURCE_DIR=${PROJECT_SOURCE_DIR}")
   endif()
 endfunction()
+
+# vantor_qt_module(<target> ...): a folder of Qt classes (moc'd), its tests with Qt Test's
+# helpers (QAbstractItemModelTester, QTest's input), arguments as for vantor_module.
+function(vantor_qt_module target)
+  find_package(Qt6 REQUIRED COMPONENTS Widgets Test)
+  cmake_parse_arguments(ARG "" "" "FOLDERS;DEPS;TEST_DEPS" ${ARGN})
+  vantor_module(${target} FOLDERS ${ARG_FOLDERS} DEPS ${ARG_DEPS} TEST_DEPS ${ARG_TEST_DEPS} Qt6::Test)
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
+  if(TARGET ${target}_test)
+    set_target_properties(${target}_test PROPERTIES AUTOMOC ON)
+  endif()
+endfunction()

@@ -61,6 +61,7 @@ int runHeadless(const HostOptions& options) {
 int runGui(const HostOptions& options) {
     HostSession session(false);
     cad::app::Application& app = session.application();
+    app.setShowsWindows(true);
     cad::gui::QtInputSource input(app);
     cad::gui::QtDialogs dialogs;
     cad::app::setUserDialogs(&dialogs);

@@ -39,6 +39,11 @@ public:
     HostCommands& hostCommands() { return hostCommands_; }
     ViewCommands& viewCommands() { return viewCommands_; }
 
+    // True when the host shows windows to a user (the GUI host). A headless host runs the same
+    // commands with nothing on screen, so modules keep their own windows closed there.
+    bool showsWindows() const { return showsWindows_; }
+    void setShowsWindows(bool shows) { showsWindows_ = shows; }
+
 private:
     ed::Editor editor_;
     CommandStack commands_;
@@ -52,6 +57,7 @@ private:
     DrawingCommands drawingCommands_{*this};
     EditCommands editCommands_{*this};
     UndoCommands undoCommands_{*this};
+    bool showsWindows_ = false;
 };
 
 }  // namespace cad::app

@@ -159,6 +159,7 @@ TEST_F(Host, DocumentSwitchesReachTheOpenWindowInTheHostsOrder) {
         runTestModule({"VNTFRAME", "VNK", "VNK", "NEW", "CLOSE", "VNTFRAME", "QUIT"});
     EXPECT_THAT(out, HasSubstr("Command: VNTFRAME\n[window] closed\n"));
     EXPECT_THAT(out, HasSubstr("Command: VNTFRAME"
+                               "\n[frame] create"
                                "\n[frame] post 1042 1044 0"
                                "\n[frame] bring to front"
                                "\n[frame] redraw preview"  // NEW: the old one goes
@@ -174,7 +175,8 @@ TEST_F(Host, UnloadingTheLastDocumentClosesTheWindowOnlyWithSeveralDocuments) {
     for (const auto& [sdi, log] : {std::pair{"0", "\n[frame] post 16 0 0\n[window] closed\n"},
                                    std::pair{"1", "\n[frame] redraw preview\n[window] open\n"}}) {
         EXPECT_THAT(runTestModule({"VNK", "CLOSE", "VNTFRAME", "QUIT"}, {"--sdi", sdi}),
-                    HasSubstr(std::string("Command: VNTFRAME\n[frame] post 1042 1044 0") + log))
+                    HasSubstr(std::string("Command: VNTFRAME\n[frame] create\n[frame] post 1042 1044 0") +
+                              log))
             << "SDI " << sdi;
     }
 }

@@ -1,9 +1,10 @@
 // How the module talks to the library window's frame: private window messages posted to it,
 // and the few direct requests the reactors make of its views. The library window implements
-// it; until then RecordingFrame stands in.
+// it in a host that shows windows; elsewhere RecordingFrame stands in and keeps what it was told.
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace vantor {
 
@@ -18,6 +19,9 @@ inline constexpr unsigned kMsgDocumentActivated = 1062;
 class FrameMessages {
 public:
     virtual ~FrameMessages() = default;
+
+    // VNK with the window closed: the frame is made and shown under `title`.
+    virtual void create(const std::string& title) = 0;
 
     // Queued for the frame's message loop, as PostMessage does: the caller never waits.
     virtual void postMessage(unsigned message, std::intptr_t wParam, std::intptr_t lParam) = 0;

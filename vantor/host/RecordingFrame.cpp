@@ -5,6 +5,8 @@ namespace vantor {
 
 std::string RecordingFrame::Entry::text() const {
     switch (kind) {
+        case Kind::Create:
+            return "create";
         case Kind::Post:
             return "post " + std::to_string(message) + " " + std::to_string(wParam) + " " +
                    std::to_string(lParam);
@@ -16,6 +18,10 @@ std::string RecordingFrame::Entry::text() const {
             return "bring to front";
     }
     return {};
+}
+
+void RecordingFrame::create(const std::string&) {
+    entries_.push_back({Entry::Kind::Create});
 }
 
 void RecordingFrame::postMessage(unsigned message, std::intptr_t wParam, std::intptr_t lParam) {

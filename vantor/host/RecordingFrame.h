@@ -1,5 +1,5 @@
-// The frame's stand-in until the library window exists: it keeps every message and request
-// in order, so the module's behaviour towards its window can be followed and tested.
+// The frame's stand-in where no window is shown (a headless host, tests): it keeps every
+// message and request in order, so the module's behaviour towards its window can be followed.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace vantor {
 class RecordingFrame : public FrameMessages {
 public:
     struct Entry {
-        enum class Kind { Post, RedrawPreview, RefreshBlockList, BringToFront };
+        enum class Kind { Create, Post, RedrawPreview, RefreshBlockList, BringToFront };
         Kind kind = Kind::Post;
         unsigned message = 0;
         std::intptr_t wParam = 0;
@@ -23,6 +23,7 @@ public:
         bool operator==(const Entry&) const = default;
     };
 
+    void create(const std::string& title) override;
     void postMessage(unsigned message, std::intptr_t wParam, std::intptr_t lParam) override;
     void redrawPreview() override;
     void refreshBlockList() override;

@@ -27,8 +27,7 @@ void queueRedraw(cad::app::DocumentManager& documents, cad::app::Document* docum
 
 }  // namespace
 
-// Until the library window exists the command marks it open and tells the frame stand-in
-// what the window would be told, and shows its title on the command line.
+// The title goes to the command line as well, so a headless run shows what opened.
 void VantorCommands::vnk() {
     ModuleSettings& settings = *app_.settings();
     if (settings.windowOpen) {
@@ -36,8 +35,10 @@ void VantorCommands::vnk() {
         return;
     }
     settings.windowOpen = true;
-    app_.host().editor().printf("\n%s Ver.%s", std::string(VantorApp::kProductTitle).c_str(),
-                                settings.version.c_str());
+    const std::string title =
+        std::string(VantorApp::kProductTitle) + " Ver." + settings.version;
+    app_.host().editor().printf("\n%s", title.c_str());
+    app_.frame().create(title);
     app_.frame().postMessage(kMsgSwitchPane,
                              settings.displayMode ? kPaneDrawingTree : kPaneExplorer, 0);
 }
