@@ -1,0 +1,41 @@
+// The company information command.
+#include "vantor/ui/dialogs/CompanyInfoFlow.h"
+
+#include "cad/db/Database.h"
+#include "vantor/store/LibraryDrawing.h"
+#include "vantor/ui/dialogs/CompanyInfoDlg.h"
+
+namespace vantor {
+
+SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo& info,
+                                      cad::app::UserDialogs& dialogs) {
+    SupplierInfo stored = info;
+    switch (stored.writeTo(db, dialogs)) {
+        case cad::ErrorStatus::eOk: break;
+        // What writeTo answers after telling the user about the logo file.
+        case cad::ErrorStatus::eFileReadError: return SupplierStoreResult::LogoRefused;
+        default: return SupplierStoreResult::NotStored;
+    }
+    const cad::ErrorStatus saved = saveLibraryDrawing(
+        db, dialogs, "파일이름을 가져올 수 없습니다.\n회사 정보를 저장하지 못했습니다.");
+    return saved == cad::ErrorStatus::eOk ? SupplierStoreResult::Saved
+                                          : SupplierStoreResult::NotStored;
+}
+
+std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, cad::db::Database& db,
+                                           cad::app::UserDialogs& dialogs) {
+    // A record that cannot be read counts as none: the dialog offers a new one.
+    const std::optional<SupplierInfo> present = SupplierInfo::readFrom(db);
+    CompanyInfoDlg dialog(present.value_or(SupplierInfo{}), present.has_value(), dialogs, parent);
+    SupplierStoreResult result = SupplierStoreResult::NotStored;
+    dialog.setConfirmHandler([&](const SupplierInfo& entered) {
+        result = storeSupplierInfo(db, entered, dialogs);
+        // Only a refused logo is worth another try in the same dialog.
+        return result != SupplierStoreResult::LogoRefused;
+    });
+    if (dialog.exec() != QDialog::Accepted || result != SupplierStoreResult::Saved)
+        return std::nullopt;
+    return SupplierInfo::readFrom(db);
+}
+
+}  // namespace vantor

@@ -1,0 +1,38 @@
+// The company information command on an open library drawing: the present supplier record
+// into the dialog, and what is confirmed there back into the drawing, saved at once.
+#pragma once
+
+#include <optional>
+
+#include "vantor/store/SupplierInfo.h"
+
+class QWidget;
+
+namespace cad::app {
+class UserDialogs;
+}
+namespace cad::db {
+class Database;
+}
+
+namespace vantor {
+
+enum class SupplierStoreResult {
+    LogoRefused,  // the logo file is missing or too large: said so, nothing written
+    NotStored,    // the record could not be written, or the drawing not saved
+    Saved,
+};
+
+// Writes the record (reading the logo file `info` names) and saves the drawing under its own
+// name. A refused logo and a failed save are reported to the user; the database itself gives
+// no words when it refuses the record.
+SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo& info,
+                                      cad::app::UserDialogs& dialogs);
+
+// Runs the dialog over the drawing's record. A refused logo keeps the dialog open. Answers the
+// record as the drawing now holds it (what the supplier panel shows) once it was stored and
+// saved; nullopt on cancel or when saving failed.
+std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, cad::db::Database& db,
+                                           cad::app::UserDialogs& dialogs);
+
+}  // namespace vantor
