@@ -79,7 +79,6 @@ CompanyInfoDlg::CompanyInfoDlg(const SupplierInfo& info, bool hasRecord,
     auto* hint = new QLabel(
         QString::fromUtf8("반드시 150 X 40 픽셀 사이즈의 BMP 이미지를 등록하여 주십시오."), this);
     hint->setAccessibleName(hint->text());
-    hint->setWordWrap(true);
     form->addRow(QString(), hint);
 
     QPushButton* cancel = button("취    소", this);
