@@ -109,7 +109,8 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
         for (std::size_t i = 0; i < SupplierInfo::Remark; ++i)
             company.textEdit(static_cast<SupplierInfo::Text>(i))
                 ->setText(QString::fromStdString(entered.texts[i]));
-        company.remarkEdit()->setPlainText(QString::fromStdString(entered.texts[6]));
+        company.remarkEdit()->setPlainText(
+            QString::fromStdString(entered.texts[SupplierInfo::Remark]));
         company.logoEdit()->setText(QString::fromStdString(folder.file("missing.bmp")));
         press(dialog, "id1");
         stayedOpen = dialog.isVisible();
@@ -126,6 +127,7 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
     ASSERT_TRUE(stored);
     EXPECT_EQ(stored->texts, supplier().texts);
     EXPECT_EQ(stored->logo.size(), 18134u);
+    EXPECT_EQ(stored->logoPath, logo);
     EXPECT_EQ(db.openObjectCount(), 0);
 
     // On disk, and the next run offers an update filled from it; cancel leaves it alone.
@@ -134,20 +136,23 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
     ASSERT_TRUE(SupplierInfo::readFrom(reread));
     EXPECT_EQ(SupplierInfo::readFrom(reread)->texts, supplier().texts);
     QString shownName;
+    QString shownLogo;
     whenModal([&](QDialog& dialog) {
         auto& company = static_cast<CompanyInfoDlg&>(dialog);
         confirmText = company.confirmButton()->text();
         shownName = company.textEdit(SupplierInfo::CompanyName)->text();
+        shownLogo = company.logoEdit()->text();
         company.textEdit(SupplierInfo::CompanyName)->setText(QStringLiteral("버려질 이름"));
         press(dialog, "id2");
     });
-    EXPECT_FALSE(runCompanyInfo(nullptr, reread, dialogs));
+    EXPECT_FALSE(runCompanyInfo(nullptr, reread, dialogs, logo));
     EXPECT_EQ(confirmText, QString::fromUtf8("업데이트"));
     EXPECT_EQ(shownName, QString::fromUtf8("(주)반토정밀"));
+    EXPECT_EQ(shownLogo.toStdString(), logo);
     EXPECT_EQ(SupplierInfo::readFrom(reread)->texts, supplier().texts);
 }
 
-TEST_F(CompanyInfo, ADrawingWithoutAFileNameIsNotSavedAndTheDialogCloses) {
+TEST_F(CompanyInfo, ARefusedLogoIsToldApartFromADrawingThatCouldNotBeSaved) {
     cad::db::Database db;
     SupplierInfo info = supplier();
     info.logoPath = writeLogo("logo.bmp");

@@ -23,19 +23,26 @@ SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo&
 }
 
 std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, cad::db::Database& db,
-                                           cad::app::UserDialogs& dialogs) {
+                                           cad::app::UserDialogs& dialogs,
+                                           const std::string& logoPath) {
     // A record that cannot be read counts as none: the dialog offers a new one.
     const std::optional<SupplierInfo> present = SupplierInfo::readFrom(db);
-    CompanyInfoDlg dialog(present.value_or(SupplierInfo{}), present.has_value(), dialogs, parent);
+    SupplierInfo shown = present.value_or(SupplierInfo{});
+    shown.logoPath = logoPath;
+    CompanyInfoDlg dialog(shown, present.has_value(), dialogs, parent);
     SupplierStoreResult result = SupplierStoreResult::NotStored;
+    std::string usedPath;
     dialog.setConfirmHandler([&](const SupplierInfo& entered) {
+        usedPath = entered.logoPath;
         result = storeSupplierInfo(db, entered, dialogs);
         // Only a refused logo is worth another try in the same dialog.
         return result != SupplierStoreResult::LogoRefused;
     });
     if (dialog.exec() != QDialog::Accepted || result != SupplierStoreResult::Saved)
         return std::nullopt;
-    return SupplierInfo::readFrom(db);
+    std::optional<SupplierInfo> stored = SupplierInfo::readFrom(db);
+    if (stored) stored->logoPath = usedPath;
+    return stored;
 }
 
 }  // namespace vantor

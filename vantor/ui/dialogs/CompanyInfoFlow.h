@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "vantor/store/SupplierInfo.h"
 
@@ -30,9 +31,12 @@ SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo&
                                       cad::app::UserDialogs& dialogs);
 
 // Runs the dialog over the drawing's record. A refused logo keeps the dialog open. Answers the
-// record as the drawing now holds it (what the supplier panel shows) once it was stored and
-// saved; nullopt on cancel or when saving failed.
+// record as the drawing now holds it (what the supplier panel shows), with `logoPath` set to
+// the file it was read from, once it was stored and saved; nullopt on cancel or when saving
+// failed. The drawing does not keep the logo's file name, so the caller may pass the one used
+// last to offer it again.
 std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, cad::db::Database& db,
-                                           cad::app::UserDialogs& dialogs);
+                                           cad::app::UserDialogs& dialogs,
+                                           const std::string& logoPath = {});
 
 }  // namespace vantor
