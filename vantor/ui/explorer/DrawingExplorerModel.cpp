@@ -50,6 +50,7 @@ struct DrawingExplorerModel::Node {
     QString path;
     Kind kind = Kind::Folder;
     ExplorerLocation::Type locationType = ExplorerLocation::Type::Root;
+    bool mounted = false;  // a volume's mount point
     Listing listing = Listing::NotRead;
     Node* parent = nullptr;
     int row = 0;
@@ -86,6 +87,7 @@ DrawingExplorerModel::DrawingExplorerModel(const QList<ExplorerLocation>& locati
         node->path = absoluteClean(location.path);
         node->kind = Kind::Location;
         node->locationType = location.type;
+        node->mounted = location.isVolume();
         node->parent = root_.get();
         node->row = int(root_->children.size());
         root_->children.push_back(std::move(node));
@@ -209,9 +211,9 @@ void DrawingExplorerModel::fetchMore(const QModelIndex& parent) {
 bool DrawingExplorerModel::read(Node* folder) {
     std::vector<Entry> entries;
     bool readable = true;
-    if (folder->kind == Kind::Location &&
-        (folder->locationType == ExplorerLocation::Type::Volume ||
-         folder->locationType == ExplorerLocation::Type::Network)) {
+    // A mount point left behind by an unmounted volume is an empty folder that would read
+    // without an error: a volume is checked to be still mounted first.
+    if (folder->mounted) {
         const QStorageInfo volume(folder->path);
         readable = volume.isValid() && volume.isReady() &&
                    QDir::cleanPath(volume.rootPath()) == folder->path;

@@ -21,9 +21,7 @@ struct ExplorerLocation {
     QString name;  // what the tree shows
     Type type = Type::Volume;
 
-    // Volumes are checked to be still mounted before they are read: a mount point left
-    // behind by an unmounted volume is an empty folder that would read "successfully".
-    bool isMounted() const { return type == Type::Volume || type == Type::Network; }
+    bool isVolume() const { return type == Type::Volume || type == Type::Network; }
 };
 
 // "/", the home folder, then the user volumes in mount-point order.

@@ -4,6 +4,7 @@
 #include <QFileIconProvider>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QTimer>
 
 #include "vantor/ui/explorer/DrawingExplorerModel.h"
@@ -58,6 +59,14 @@ bool CShellTreeViewEx::selectPath(const QString& path) {
     setCurrentIndex(index);
     scrollTo(index, QAbstractItemView::PositionAtCenter);
     return found;
+}
+
+// Only up and down: following the current item sideways shifts the tree's levels out of a
+// narrow pane, and a long name is read by scrolling sideways on purpose.
+void CShellTreeViewEx::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const int left = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(left);
 }
 
 void CShellTreeViewEx::refreshCurrentFolder() {

@@ -36,6 +36,8 @@ public:
     // becomes current instead, and false is answered.
     bool selectPath(const QString& path);
 
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
 public slots:
     // Re-reads the folder holding the current item (and the current folder itself when it
     // has been read), for files made, saved or deleted meanwhile. F5 does the same.
