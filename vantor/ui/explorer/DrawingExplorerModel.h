@@ -54,8 +54,9 @@ public:
     Listing listing(const QModelIndex& index) const;
 
     // The item of `path`, reading the folders on the way to it. When the path is not there
-    // (gone, hidden, or past a folder that cannot be read) the deepest item on the way is
-    // given and `found` is set false; an invalid index when no location holds the path.
+    // (gone, hidden, or past a folder that cannot be read, of which the user is told as on
+    // expanding it) the deepest item on the way is given and `found` is set false; an
+    // invalid index when no location holds the path.
     QModelIndex indexForPath(const QString& path, bool* found = nullptr);
 
     // Reads a folder again after files changed: rows that went are removed, new ones
