@@ -17,6 +17,15 @@ for p in "${packages[@]}"; do
     missing+=("$p")
   fi
 done
+# The independent DWG reader the tests compare with (LibreDWG's WebAssembly build, run by
+# Node): test-only, kept under build/node. Offline, its tests say they skipped.
+root="$(cd "$(dirname "$0")/.." && pwd)"
+if command -v npm >/dev/null && [ ! -d "$root/build/node/node_modules/@mlightcad/libredwg-web" ]; then
+  timeout 300 npm install --prefix "$root/build/node" --no-audit --no-fund \
+    @mlightcad/libredwg-web >/dev/null 2>&1 ||
+    echo "install-deps: LibreDWG for Node not installed (offline?); its tests will skip"
+fi
+
 [ ${#missing[@]} -eq 0 ] && exit 0
 
 sudo_cmd=()

@@ -82,7 +82,7 @@ std::string statusText(ErrorStatus es, const std::string& path) {
         case ErrorStatus::eFileAccessErr:
             return "file locked or not accessible";
         case ErrorStatus::eBadDwgFile:
-            return looksLikeDwg(path) ? "not a DXF file" : "damaged file";
+            return looksLikeDwg(path) ? "DWG file not read" : "damaged file";
         case ErrorStatus::eFileReadError:
             return "file cannot be read";
         case ErrorStatus::eFileWriteError:
@@ -163,9 +163,10 @@ void ensureGuiApplication() {
 const char* CadTool::helpText() {
     return R"help(Usage: cadtool COMMAND FILE... [OPTIONS]
 
-Reads DXF drawings (ASCII or binary, R12 to 2018) with the drawing engine. DWG files are
-refused. Problems found while reading are repaired as the drawing is loaded and reported
-as load issues.
+Reads DXF drawings (ASCII or binary, R12 to 2018) and DWG drawings (R13, R14 and 2000)
+with the drawing engine; DWG 2004 and later are refused. Problems found while reading are
+repaired as the drawing is loaded and reported as load issues; DWG objects of types the
+engine does not read are listed there too (code 118).
 
 Commands:
   cadtool info FILE [--json]

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "cad/db/Database.h"
+#include "cad/db/LoadIssueCodes.h"
 #include "cad/db/ObjectSlot.h"
+#include "cad/db/dwg/DwgTranslator.h"
 #include "cad/db/dxf/DxfDatabaseReader.h"
 #include "cad/db/dxf/DxfDatabaseWriter.h"
 #include "cad/db/dxf/DxfFile.h"
@@ -39,6 +41,28 @@ ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareM
                             (es == ErrorStatus::eFileNotFound    ? "the file does not exist"
                              : es == ErrorStatus::eFileAccessErr ? "the file is in use or locked"
                                                                  : "the file cannot be read");
+        return es;
+    }
+    // A DWG file is known by its first bytes, whatever its name: it is read as the DXF
+    // structure of the same drawing, so both kinds fill the database the same way.
+    if (dwg::looksLikeDwg(mapped ? mapping.bytes() : std::string_view(bytes))) {
+        dwg::DwgTranslation translation;
+        if (auto error = dwg::DwgTranslator::translate(mapped ? mapping.bytes() : bytes,
+                                                       translation)) {
+            lastErrorMessage_ = path + ": " + error->message;
+            return ErrorStatus::eBadDwgFile;
+        }
+        es = readDxf(dxf::DxfFile::fromBytes(std::move(translation.dxf)), path);
+        if (es == ErrorStatus::eOk) {
+            fileName_ = path;
+            for (const auto& [type, count] : translation.notRead) {
+                loadIssues_.push_back({kIssueNotReadFromDwg,
+                                       std::to_string(count) + " " + type +
+                                           (count == 1 ? " object" : " objects") +
+                                           " of the DWG file not read: left out",
+                                       Handle(), false});
+            }
+        }
         return es;
     }
     es = readDxf(mapped ? dxf::DxfFile::fromMapping(std::move(mapping))

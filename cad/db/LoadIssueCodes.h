@@ -64,5 +64,8 @@ inline constexpr int kIssuePointerToErased = 116;
 // A layout and its block record do not name each other. Fixed when one side of the link is
 // missing and the other side tells what it should be.
 inline constexpr int kIssueLayoutLink = 117;
+// An object of a DWG file whose type the reader does not decode: it is left out of the
+// drawing, counted per type in one issue each.
+inline constexpr int kIssueNotReadFromDwg = 118;
 
 }  // namespace cad::db

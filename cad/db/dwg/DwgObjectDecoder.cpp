@@ -1,0 +1,1213 @@
+// The object records of R13 to R2000 DWG files. Each record is a data stream (fields, texts)
+// followed by a handle stream that starts at the bit the record's size-in-bits names; both are
+// read side by side, in the order the format lays them down.
+#include "cad/db/dwg/DwgObjectDecoder.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <numbers>
+
+#include "cad/db/dwg/DwgCrc.h"
+#include "cad/sys/CaretText.h"
+
+namespace cad::db::dwg {
+namespace {
+
+struct FixedType {
+    int number;
+    const char* census;  // the name a type census gives it
+    const char* dxf;     // the DXF record type; empty for tables' controls (named by census)
+    bool entity;
+};
+
+constexpr FixedType kFixedTypes[] = {
+    {0x01, "TEXT", "TEXT", true},
+    {0x02, "ATTRIB", "ATTRIB", true},
+    {0x03, "ATTDEF", "ATTDEF", true},
+    {0x04, "BLOCK", "BLOCK", true},
+    {0x05, "ENDBLK", "ENDBLK", true},
+    {0x06, "SEQEND", "SEQEND", true},
+    {0x07, "INSERT", "INSERT", true},
+    {0x08, "MINSERT", "INSERT", true},
+    {0x0A, "VERTEX_2D", "VERTEX", true},
+    {0x0B, "VERTEX_3D", "VERTEX", true},
+    {0x0C, "VERTEX_MESH", "VERTEX", true},
+    {0x0D, "VERTEX_PFACE", "VERTEX", true},
+    {0x0E, "VERTEX_PFACE_FACE", "VERTEX", true},
+    {0x0F, "POLYLINE_2D", "POLYLINE", true},
+    {0x10, "POLYLINE_3D", "POLYLINE", true},
+    {0x11, "ARC", "ARC", true},
+    {0x12, "CIRCLE", "CIRCLE", true},
+    {0x13, "LINE", "LINE", true},
+    {0x14, "DIMENSION_ORDINATE", "DIMENSION", true},
+    {0x15, "DIMENSION_LINEAR", "DIMENSION", true},
+    {0x16, "DIMENSION_ALIGNED", "DIMENSION", true},
+    {0x17, "DIMENSION_ANG3PT", "DIMENSION", true},
+    {0x18, "DIMENSION_ANG2LN", "DIMENSION", true},
+    {0x19, "DIMENSION_RADIUS", "DIMENSION", true},
+    {0x1A, "DIMENSION_DIAMETER", "DIMENSION", true},
+    {0x1B, "POINT", "POINT", true},
+    {0x1C, "3DFACE", "3DFACE", true},
+    {0x1D, "POLYLINE_PFACE", "POLYLINE", true},
+    {0x1E, "POLYLINE_MESH", "POLYLINE", true},
+    {0x1F, "SOLID", "SOLID", true},
+    {0x20, "TRACE", "TRACE", true},
+    {0x21, "SHAPE", "SHAPE", true},
+    {0x22, "VIEWPORT", "VIEWPORT", true},
+    {0x23, "ELLIPSE", "ELLIPSE", true},
+    {0x24, "SPLINE", "SPLINE", true},
+    {0x25, "REGION", "REGION", true},
+    {0x26, "3DSOLID", "3DSOLID", true},
+    {0x27, "BODY", "BODY", true},
+    {0x28, "RAY", "RAY", true},
+    {0x29, "XLINE", "XLINE", true},
+    {0x2A, "DICTIONARY", "DICTIONARY", false},
+    {0x2B, "OLEFRAME", "OLEFRAME", true},
+    {0x2C, "MTEXT", "MTEXT", true},
+    {0x2D, "LEADER", "LEADER", true},
+    {0x2E, "TOLERANCE", "TOLERANCE", true},
+    {0x2F, "MLINE", "MLINE", true},
+    {0x30, "BLOCK_CONTROL", "BLOCK_RECORD", false},
+    {0x31, "BLOCK_HEADER", "BLOCK_RECORD", false},
+    {0x32, "LAYER_CONTROL", "LAYER", false},
+    {0x33, "LAYER", "LAYER", false},
+    {0x34, "STYLE_CONTROL", "STYLE", false},
+    {0x35, "STYLE", "STYLE", false},
+    {0x38, "LTYPE_CONTROL", "LTYPE", false},
+    {0x39, "LTYPE", "LTYPE", false},
+    {0x3C, "VIEW_CONTROL", "VIEW", false},
+    {0x3D, "VIEW", "VIEW", false},
+    {0x3E, "UCS_CONTROL", "UCS", false},
+    {0x3F, "UCS", "UCS", false},
+    {0x40, "VPORT_CONTROL", "VPORT", false},
+    {0x41, "VPORT", "VPORT", false},
+    {0x42, "APPID_CONTROL", "APPID", false},
+    {0x43, "APPID", "APPID", false},
+    {0x44, "DIMSTYLE_CONTROL", "DIMSTYLE", false},
+    {0x45, "DIMSTYLE", "DIMSTYLE", false},
+    {0x46, "VX_CONTROL", "VX", false},
+    {0x47, "VX_TABLE_RECORD", "VX", false},
+    {0x48, "GROUP", "GROUP", false},
+    {0x49, "MLINESTYLE", "MLINESTYLE", false},
+    {0x4A, "OLE2FRAME", "OLE2FRAME", true},
+    {0x4C, "LONG_TRANSACTION", "LONG_TRANSACTION", false},
+    {0x4D, "LWPOLYLINE", "LWPOLYLINE", true},
+    {0x4E, "HATCH", "HATCH", true},
+    {0x4F, "XRECORD", "XRECORD", false},
+    {0x50, "ACDBPLACEHOLDER", "ACDBPLACEHOLDER", false},
+    {0x51, "VBA_PROJECT", "VBA_PROJECT", false},
+    {0x52, "LAYOUT", "LAYOUT", false},
+};
+
+const FixedType* fixedType(int number) {
+    for (const FixedType& type : kFixedTypes) {
+        if (type.number == number) return &type;
+    }
+    return nullptr;
+}
+
+bool isControl(int type) { return type >= 0x30 && type <= 0x46 && type % 2 == 0; }
+
+std::string formatReal(double value) {
+    if (!std::isfinite(value)) value = 0.0;
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
+}
+
+std::string hexHandle(std::uint64_t handle) {
+    char buffer[17];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, handle, 16);
+    std::string out(buffer, result.ptr);
+    for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return out;
+}
+
+std::string hexBytes(std::string_view bytes) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string out;
+    out.reserve(bytes.size() * 2);
+    for (const char c : bytes) {
+        const auto byte = static_cast<std::uint8_t>(c);
+        out += kDigits[byte >> 4];
+        out += kDigits[byte & 0xF];
+    }
+    return out;
+}
+
+// Line weights are stored as an index; DXF holds hundredths of a millimetre, or -1 by layer,
+// -2 by block, -3 the default.
+int lineweightOf(int index) {
+    static constexpr std::array<int, 24> kWeights{0,  5,  9,  13, 15, 18,  20,  25,
+                                                  30, 35, 40, 50, 53, 60,  70,  80,
+                                                  90, 100, 106, 120, 140, 158, 200, 211};
+    if (index >= 0 && index < 24) return kWeights[index];
+    if (index == 30) return -2;
+    if (index == 31) return -3;
+    return -1;
+}
+
+constexpr double kDegrees = 180.0 / std::numbers::pi;
+
+}  // namespace
+
+DwgObjectDecoder::DwgObjectDecoder(std::string_view file, const DwgFileLayout& layout)
+    : file_(file), layout_(layout) {
+    for (const DwgClass& cls : layout.classes) classes_[cls.number] = &cls;
+}
+
+std::string DwgObjectDecoder::typeName(int type) const {
+    if (const FixedType* fixed = fixedType(type)) return fixed->census;
+    if (const auto it = classes_.find(type); it != classes_.end()) return it->second->dxfName;
+    return {};
+}
+
+std::uint64_t DwgObjectDecoder::ref() { return handles_.handle().absolute(own_); }
+
+void DwgObjectDecoder::marker(DwgRecord& r, const char* name) { r.tags.push_back({100, name, 0}); }
+
+void DwgObjectDecoder::integer(DwgRecord& r, int code, std::int64_t value) {
+    r.tags.push_back({code, std::to_string(value), 0});
+}
+
+void DwgObjectDecoder::real(DwgRecord& r, int code, double value) {
+    r.tags.push_back({code, formatReal(value), 0});
+}
+
+void DwgObjectDecoder::angle(DwgRecord& r, int code, double radians) {
+    real(r, code, radians * kDegrees);
+}
+
+void DwgObjectDecoder::point(DwgRecord& r, int code, const ge::Point3d& p, bool withZ) {
+    real(r, code, p.x);
+    real(r, code + 10, p.y);
+    if (withZ) real(r, code + 20, p.z);
+}
+
+void DwgObjectDecoder::text(DwgRecord& r, int code, const std::string& value) {
+    r.tags.push_back({code, sys::toCaretForm(value), 0});
+}
+
+void DwgObjectDecoder::handleTag(DwgRecord& r, int code, std::uint64_t handle) {
+    r.tags.push_back({code, hexHandle(handle), 0});
+}
+
+void DwgObjectDecoder::nameTag(DwgRecord& r, int code, std::uint64_t handle) {
+    if (handle != 0) r.tags.push_back({code, {}, handle});
+}
+
+void DwgObjectDecoder::binaryTags(DwgRecord& r, int code, const std::string& bytes) {
+    // DXF holds binary data in chunks of at most 127 bytes.
+    for (std::size_t at = 0; at < bytes.size(); at += 127) {
+        r.tags.push_back({code, hexBytes(std::string_view(bytes).substr(at, 127)), 0});
+    }
+}
+
+DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, DwgRecord& record) {
+    error_.clear();
+    crcMatched_ = true;
+    record = DwgRecord{};
+    record.handle = entry.handle;
+    own_ = entry.handle;
+    if (entry.offset < 0 || static_cast<std::uint64_t>(entry.offset) >= file_.size()) {
+        error_ = dwgError(static_cast<std::uint64_t>(entry.offset),
+                          "expected the object with handle " + hexHandle(entry.handle) +
+                              " inside the file")
+                     .message;
+        return Outcome::Damaged;
+    }
+    const auto start = static_cast<std::size_t>(entry.offset);
+    BitReader sizeReader(file_.substr(start, 8));
+    const std::uint64_t size = sizeReader.modularShort();
+    const std::size_t dataStart = start + sizeReader.byteOffset();
+    if (sizeReader.failed() || size == 0 || size > file_.size() - dataStart) {
+        error_ = dwgError(start, "expected the size of the object with handle " +
+                                     hexHandle(entry.handle) + " within the file")
+                     .message;
+        return Outcome::Damaged;
+    }
+    const std::string_view body = file_.substr(dataStart, static_cast<std::size_t>(size));
+    if (file_.size() - dataStart - size >= 2) {
+        const auto stored = static_cast<std::uint16_t>(
+            static_cast<std::uint8_t>(file_[dataStart + size]) |
+            (static_cast<std::uint8_t>(file_[dataStart + size + 1]) << 8));
+        crcMatched_ = dwgCrc16(file_.substr(start, dataStart - start + size), 0xC0C1) == stored;
+    }
+    data_ = BitReader(body);
+    handles_ = BitReader(body);
+
+    record.type = static_cast<std::uint16_t>(data_.bitShort());
+    const FixedType* fixed = fixedType(record.type);
+    const auto cls = classes_.find(record.type);
+    bool entity = false;
+    if (fixed) {
+        entity = fixed->entity;
+        record.dxfName = fixed->dxf;
+    } else if (cls != classes_.end()) {
+        entity = cls->second->isEntity;
+        record.dxfName = cls->second->dxfName;
+    } else {
+        record.dxfName = "type " + std::to_string(record.type);
+        return Outcome::NotDecoded;
+    }
+    record.isEntity = entity;
+    record.isControl = isControl(record.type);
+    readCommon(record, entity);
+    if (data_.failed() || handles_.failed()) {
+        error_ = dwgError(dataStart + (data_.failed() ? data_.failedAt() : handles_.failedAt()) / 8,
+                          "expected the common part of the object with handle " +
+                              hexHandle(entry.handle))
+                     .message;
+        return Outcome::Unreadable;
+    }
+    if (!decodeFields(record)) return Outcome::NotDecoded;
+    if (data_.failed() || handles_.failed()) {
+        error_ = dwgError(dataStart + (data_.failed() ? data_.failedAt() : handles_.failedAt()) / 8,
+                          "expected the fields of " + record.dxfName + " " +
+                              hexHandle(entry.handle))
+                     .message;
+        return Outcome::Unreadable;
+    }
+    return Outcome::Decoded;
+}
+
+void DwgObjectDecoder::readCommon(DwgRecord& record, bool entity) {
+    std::int64_t dataBits = -1;
+    if (r2000()) dataBits = static_cast<std::uint32_t>(data_.rawLong());
+    const std::uint64_t own = data_.handle().value;
+    if (own != own_) {
+        // The map and the record disagree; the record's own handle is the one other links use.
+        own_ = own;
+        record.handle = own;
+    }
+    readExtendedData(record);
+    if (entity) {
+        if (data_.bit()) {
+            const auto imageSize = static_cast<std::uint32_t>(data_.rawLong());
+            data_.setBitPosition(data_.bitPosition() + std::size_t{imageSize} * 8);
+        }
+    }
+    if (!r2000()) dataBits = static_cast<std::uint32_t>(data_.rawLong());
+    handles_.setBitPosition(static_cast<std::size_t>(dataBits));
+    // The data stream ends where the handles start.
+    data_.setBitLimit(static_cast<std::size_t>(dataBits));
+
+    if (!entity) {
+        const std::int32_t reactors = data_.bitLong();
+        record.owner = ref();
+        for (std::int32_t i = 0; i < reactors && !handles_.failed(); ++i) {
+            record.reactors.push_back(ref());
+        }
+        record.xdictionary = ref();
+        return;
+    }
+    record.entityMode = data_.twoBits();
+    const std::int32_t reactors = data_.bitLong();
+    bool byLayerLinetype = true;
+    if (!r2000()) byLayerLinetype = data_.bit();
+    const bool noLinks = data_.bit();
+    record.color = data_.color();
+    record.linetypeScale = data_.bitDouble();
+    int linetypeFlags = 0;
+    if (r2000()) {
+        linetypeFlags = data_.twoBits();
+        const int plotStyleFlags = data_.twoBits();
+        record.invisible = data_.bitShort() & 1;
+        record.lineweight = lineweightOf(data_.rawChar());
+        if (record.entityMode == 0) record.owner = ref();
+        for (std::int32_t i = 0; i < reactors && !handles_.failed(); ++i) {
+            record.reactors.push_back(ref());
+        }
+        record.xdictionary = ref();
+        if (!noLinks) {
+            ref();
+            ref();
+        }
+        record.layer = ref();
+        if (linetypeFlags == 3) record.linetype = ref();
+        if (linetypeFlags == 1) record.linetypeName = "BYBLOCK";
+        if (linetypeFlags == 2) record.linetypeName = "CONTINUOUS";
+        if (plotStyleFlags == 3) ref();
+        return;
+    }
+    record.invisible = data_.bitShort() & 1;
+    if (record.entityMode == 0) record.owner = ref();
+    for (std::int32_t i = 0; i < reactors && !handles_.failed(); ++i) {
+        record.reactors.push_back(ref());
+    }
+    record.xdictionary = ref();
+    record.layer = ref();
+    if (!byLayerLinetype) record.linetype = ref();
+    if (!noLinks) {
+        ref();
+        ref();
+    }
+}
+
+void DwgObjectDecoder::readExtendedData(DwgRecord& record) {
+    for (;;) {
+        const auto size = static_cast<std::uint16_t>(data_.bitShort());
+        if (size == 0 || data_.failed()) return;
+        const std::uint64_t app = data_.handle().value;
+        const std::string bytes = data_.bytes(size);
+        if (data_.failed()) return;
+        record.xdata.push_back({1001, {}, app});
+        BitReader items(bytes);
+        while (items.bitPosition() < items.sizeInBits() && !items.failed()) {
+            const int code = 1000 + items.rawChar();
+            switch (code) {
+                case 1000: {
+                    const std::uint8_t length = items.rawChar();
+                    items.rawShort();  // the text's code page, always the drawing's here
+                    record.xdata.push_back({code, sys::toCaretForm(items.bytes(length)), 0});
+                    break;
+                }
+                case 1002:
+                    record.xdata.push_back({code, items.rawChar() ? "}" : "{", 0});
+                    break;
+                case 1003:
+                case 1005: {
+                    std::uint64_t handle = 0;
+                    for (int i = 0; i < 8; ++i) handle = (handle << 8) | items.rawChar();
+                    if (code == 1003) {
+                        record.xdata.push_back({code, "0", handle});
+                    } else {
+                        record.xdata.push_back({code, hexHandle(handle), 0});
+                    }
+                    break;
+                }
+                case 1004: {
+                    const std::uint8_t length = items.rawChar();
+                    record.xdata.push_back({code, hexBytes(items.bytes(length)), 0});
+                    break;
+                }
+                case 1010: case 1011: case 1012: case 1013: {
+                    const ge::Point3d p = items.point3Raw();
+                    record.xdata.push_back({code, formatReal(p.x), 0});
+                    record.xdata.push_back({code + 10, formatReal(p.y), 0});
+                    record.xdata.push_back({code + 20, formatReal(p.z), 0});
+                    break;
+                }
+                case 1040: case 1041: case 1042:
+                    record.xdata.push_back({code, formatReal(items.rawDouble()), 0});
+                    break;
+                case 1070:
+                    record.xdata.push_back({code, std::to_string(items.rawShort()), 0});
+                    break;
+                case 1071:
+                    record.xdata.push_back({code, std::to_string(items.rawLong()), 0});
+                    break;
+                default:
+                    // An item this reader does not know ends what can be read of the group.
+                    items.fail();
+                    break;
+            }
+        }
+        if (items.failed()) {
+            // A group that does not read whole is dropped: its items cannot be trusted.
+            while (!record.xdata.empty() && record.xdata.back().code != 1001) {
+                record.xdata.pop_back();
+            }
+            if (!record.xdata.empty()) record.xdata.pop_back();
+        }
+    }
+}
+
+void DwgObjectDecoder::textFields(DwgRecord& r, int kind) {
+    double elevation = 0.0;
+    ge::Point3d insertion, alignment;
+    ge::Vector3d extrusion{0, 0, 1};
+    double thickness = 0.0, oblique = 0.0, rotation = 0.0, height = 0.0, width = 1.0;
+    int generation = 0, horizontal = 0, vertical = 0;
+    bool hasAlignment = true;
+    std::string value;
+    if (!r2000()) {
+        elevation = data_.bitDouble();
+        insertion = data_.point2Raw();
+        alignment = data_.point2Raw();
+        extrusion = data_.vector3Bit();
+        thickness = data_.bitDouble();
+        oblique = data_.bitDouble();
+        rotation = data_.bitDouble();
+        height = data_.bitDouble();
+        width = data_.bitDouble();
+        value = data_.text();
+        generation = data_.bitShort();
+        horizontal = data_.bitShort();
+        vertical = data_.bitShort();
+    } else {
+        const std::uint8_t flags = data_.rawChar();
+        if (!(flags & 0x01)) elevation = data_.rawDouble();
+        insertion = data_.point2Raw();
+        if (!(flags & 0x02)) {
+            alignment = data_.point2Default(insertion);
+        } else {
+            hasAlignment = false;
+        }
+        extrusion = data_.extrusion(true);
+        thickness = data_.thickness(true);
+        if (!(flags & 0x04)) oblique = data_.rawDouble();
+        if (!(flags & 0x08)) rotation = data_.rawDouble();
+        height = data_.rawDouble();
+        if (!(flags & 0x10)) width = data_.rawDouble();
+        value = data_.text();
+        if (!(flags & 0x20)) generation = data_.bitShort();
+        if (!(flags & 0x40)) horizontal = data_.bitShort();
+        if (!(flags & 0x80)) vertical = data_.bitShort();
+    }
+    insertion.z = elevation;
+    alignment.z = elevation;
+    std::string tag, prompt;
+    int attributeFlags = 0, fieldLength = 0;
+    if (kind != 0) {
+        tag = data_.text();
+        fieldLength = data_.bitShort();
+        attributeFlags = data_.rawChar();
+        if (kind == 2) prompt = data_.text();
+    }
+    const std::uint64_t style = ref();
+
+    marker(r, "AcDbText");
+    if (thickness != 0.0) real(r, 39, thickness);
+    point(r, 10, insertion);
+    real(r, 40, height);
+    text(r, 1, value);
+    if (rotation != 0.0) angle(r, 50, rotation);
+    if (width != 1.0) real(r, 41, width);
+    if (oblique != 0.0) angle(r, 51, oblique);
+    nameTag(r, 7, style);
+    if (generation != 0) integer(r, 71, generation);
+    if (horizontal != 0) integer(r, 72, horizontal);
+    if (hasAlignment && (horizontal != 0 || vertical != 0)) point(r, 11, alignment);
+    point(r, 210, {extrusion.x, extrusion.y, extrusion.z});
+    if (kind == 0) {
+        marker(r, "AcDbText");
+        if (vertical != 0) integer(r, 73, vertical);
+        return;
+    }
+    if (kind == 1) {
+        marker(r, "AcDbAttribute");
+    } else {
+        marker(r, "AcDbText");
+        if (vertical != 0) integer(r, 73, vertical);
+        marker(r, "AcDbAttributeDefinition");
+        text(r, 3, prompt);
+    }
+    text(r, 2, tag);
+    integer(r, 70, attributeFlags);
+    if (fieldLength != 0) integer(r, 73, fieldLength);
+    if (kind == 1 && vertical != 0) integer(r, 74, vertical);
+}
+
+void DwgObjectDecoder::insertFields(DwgRecord& r, bool multiple) {
+    const ge::Point3d insertion = data_.point3Bit();
+    ge::Point3d scale{1, 1, 1};
+    if (!r2000()) {
+        scale = data_.point3Bit();
+    } else {
+        switch (data_.twoBits()) {
+            case 0:
+                scale.x = data_.rawDouble();
+                scale.y = data_.defaultDouble(scale.x);
+                scale.z = data_.defaultDouble(scale.x);
+                break;
+            case 1:
+                scale.y = data_.defaultDouble(1.0);
+                scale.z = data_.defaultDouble(1.0);
+                break;
+            case 2: scale.x = scale.y = scale.z = data_.rawDouble(); break;
+            default: break;
+        }
+    }
+    const double rotation = data_.bitDouble();
+    const ge::Vector3d extrusion = data_.vector3Bit();
+    const bool hasAttributes = data_.bit();
+    int columns = 1, rows = 1;
+    double columnSpacing = 0.0, rowSpacing = 0.0;
+    if (multiple) {
+        columns = data_.bitShort();
+        rows = data_.bitShort();
+        columnSpacing = data_.bitDouble();
+        rowSpacing = data_.bitDouble();
+    }
+    const std::uint64_t block = ref();
+    if (hasAttributes) {
+        ref();  // first and last ATTRIB: their owner links tell the same
+        ref();
+        r.seqend = ref();
+    }
+    marker(r, multiple ? "AcDbMInsertBlock" : "AcDbBlockReference");
+    if (hasAttributes) integer(r, 66, 1);
+    nameTag(r, 2, block);
+    point(r, 10, insertion);
+    if (scale.x != 1.0) real(r, 41, scale.x);
+    if (scale.y != 1.0) real(r, 42, scale.y);
+    if (scale.z != 1.0) real(r, 43, scale.z);
+    if (rotation != 0.0) angle(r, 50, rotation);
+    if (multiple) {
+        integer(r, 70, columns);
+        integer(r, 71, rows);
+        real(r, 44, columnSpacing);
+        real(r, 45, rowSpacing);
+    }
+    point(r, 210, {extrusion.x, extrusion.y, extrusion.z});
+}
+
+void DwgObjectDecoder::tableEntryStart(DwgRecord& r, const char* subclass, int& flags) {
+    r.name = data_.text();
+    const bool referenced = data_.bit();
+    data_.bitShort();  // xref index + 1
+    const bool dependent = data_.bit();
+    flags = (referenced ? 64 : 0) | (dependent ? 16 : 0);
+    marker(r, "AcDbSymbolTableRecord");
+    marker(r, subclass);
+}
+
+void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
+    const std::string bytes = data_.bytes(byteCount);
+    BitReader items(bytes);
+    while (items.bitPosition() < items.sizeInBits() && !items.failed()) {
+        const int code = static_cast<std::uint16_t>(items.rawShort());
+        const auto in = [code](int low, int high) { return code >= low && code <= high; };
+        if (in(0, 9) || in(100, 109) || in(300, 309) || in(410, 419) || in(430, 439) ||
+            in(470, 479) || in(999, 1009)) {
+            const auto length = static_cast<std::uint16_t>(items.rawShort());
+            items.rawChar();  // code page
+            text(r, code, items.bytes(length));
+        } else if (in(10, 39) || in(110, 139) || in(210, 239) || in(1010, 1039)) {
+            point(r, code, items.point3Raw());
+        } else if (in(40, 59) || in(140, 149) || in(460, 469) || in(1040, 1059)) {
+            real(r, code, items.rawDouble());
+        } else if (in(60, 79) || in(170, 179) || in(270, 279) || in(400, 409) ||
+                   in(1060, 1070)) {
+            integer(r, code, items.rawShort());
+        } else if (in(90, 99) || in(420, 429) || in(440, 449) || in(1071, 1071)) {
+            integer(r, code, items.rawLong());
+        } else if (in(280, 299)) {
+            integer(r, code, items.rawChar());
+        } else if (in(160, 169) || in(450, 459)) {
+            std::uint64_t value = 0;
+            for (int i = 0; i < 8; ++i) value |= std::uint64_t{items.rawChar()} << (8 * i);
+            integer(r, code, static_cast<std::int64_t>(value));
+        } else if (in(310, 319) || in(1004, 1004)) {
+            const std::uint8_t length = items.rawChar();
+            r.tags.push_back({code, hexBytes(items.bytes(length)), 0});
+        } else if (in(320, 369) || in(390, 399) || in(480, 481)) {
+            std::uint64_t value = 0;
+            for (int i = 0; i < 8; ++i) value |= std::uint64_t{items.rawChar()} << (8 * i);
+            handleTag(r, code, value);
+        } else {
+            items.fail();
+        }
+    }
+    if (items.failed()) data_.fail();
+}
+
+bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
+    const bool r2k = r2000();
+    const std::string& name = r.dxfName;
+    const auto extrusionTags = [&](const ge::Vector3d& e) { point(r, 210, {e.x, e.y, e.z}); };
+    switch (r.type) {
+        case 0x01: textFields(r, 0); return true;
+        case 0x02: textFields(r, 1); return true;
+        case 0x03: textFields(r, 2); return true;
+        case 0x04:
+            r.name = data_.text();
+            return true;
+        case 0x05:
+        case 0x06: return true;
+        case 0x07: insertFields(r, false); return true;
+        case 0x08: insertFields(r, true); return true;
+        case 0x0A: {
+            const int flags = data_.rawChar();
+            const ge::Point3d p = data_.point3Bit();
+            double start = data_.bitDouble(), end = start;
+            if (start < 0.0) {
+                start = end = -start;
+            } else {
+                end = data_.bitDouble();
+            }
+            const double bulge = data_.bitDouble();
+            const double tangent = data_.bitDouble();
+            marker(r, "AcDbVertex");
+            marker(r, "AcDb2dVertex");
+            point(r, 10, p);
+            if (start != 0.0) real(r, 40, start);
+            if (end != 0.0) real(r, 41, end);
+            if (bulge != 0.0) real(r, 42, bulge);
+            integer(r, 70, flags);
+            if (flags & 2) angle(r, 50, tangent);
+            return true;
+        }
+        case 0x0B:
+        case 0x0C:
+        case 0x0D: {
+            const int flags = data_.rawChar();
+            const ge::Point3d p = data_.point3Bit();
+            marker(r, "AcDbVertex");
+            marker(r, r.type == 0x0B   ? "AcDb3dPolylineVertex"
+                      : r.type == 0x0C ? "AcDbPolygonMeshVertex"
+                                       : "AcDbPolyFaceMeshVertex");
+            point(r, 10, p);
+            integer(r, 70, flags | (r.type == 0x0B ? 32 : r.type == 0x0C ? 64 : 192));
+            return true;
+        }
+        case 0x0E: {
+            marker(r, "AcDbFaceRecord");
+            point(r, 10, {});
+            integer(r, 70, 128);
+            for (int code = 71; code <= 74; ++code) integer(r, code, data_.bitShort());
+            return true;
+        }
+        case 0x0F: {
+            const int flags = data_.bitShort();
+            const int curve = data_.bitShort();
+            const double start = data_.bitDouble();
+            const double end = data_.bitDouble();
+            const double thickness = data_.thickness(r2k);
+            const double elevation = data_.bitDouble();
+            const ge::Vector3d extrusion = data_.extrusion(r2k);
+            ref();
+            ref();
+            r.seqend = ref();
+            marker(r, "AcDb2dPolyline");
+            integer(r, 66, 1);
+            point(r, 10, {0, 0, elevation});
+            if (thickness != 0.0) real(r, 39, thickness);
+            integer(r, 70, flags);
+            if (start != 0.0) real(r, 40, start);
+            if (end != 0.0) real(r, 41, end);
+            if (curve != 0) integer(r, 75, curve);
+            extrusionTags(extrusion);
+            return true;
+        }
+        case 0x10: {
+            const int spline = data_.rawChar();
+            const int closed = data_.rawChar();
+            ref();
+            ref();
+            r.seqend = ref();
+            marker(r, "AcDb3dPolyline");
+            integer(r, 66, 1);
+            point(r, 10, {});
+            integer(r, 70, 8 | (closed & 1) | ((spline & 3) ? 4 : 0));
+            if (spline & 3) integer(r, 75, (spline & 1) ? 5 : 6);
+            return true;
+        }
+        case 0x1D: {
+            const int vertices = data_.bitShort();
+            const int faces = data_.bitShort();
+            ref();
+            ref();
+            r.seqend = ref();
+            marker(r, "AcDbPolyFaceMesh");
+            integer(r, 66, 1);
+            point(r, 10, {});
+            integer(r, 70, 64);
+            integer(r, 71, vertices);
+            integer(r, 72, faces);
+            return true;
+        }
+        case 0x1E: {
+            const int flags = data_.bitShort();
+            const int curve = data_.bitShort();
+            const int m = data_.bitShort(), n = data_.bitShort();
+            const int mDensity = data_.bitShort(), nDensity = data_.bitShort();
+            ref();
+            ref();
+            r.seqend = ref();
+            marker(r, "AcDbPolygonMesh");
+            integer(r, 66, 1);
+            point(r, 10, {});
+            integer(r, 70, flags | 16);
+            integer(r, 71, m);
+            integer(r, 72, n);
+            integer(r, 73, mDensity);
+            integer(r, 74, nDensity);
+            integer(r, 75, curve);
+            return true;
+        }
+        case 0x11:
+        case 0x12: {
+            const ge::Point3d center = data_.point3Bit();
+            const double radius = data_.bitDouble();
+            const double thickness = data_.thickness(r2k);
+            const ge::Vector3d extrusion = data_.extrusion(r2k);
+            marker(r, "AcDbCircle");
+            if (thickness != 0.0) real(r, 39, thickness);
+            point(r, 10, center);
+            real(r, 40, radius);
+            extrusionTags(extrusion);
+            if (r.type == 0x11) {
+                const double start = data_.bitDouble();
+                const double end = data_.bitDouble();
+                marker(r, "AcDbArc");
+                angle(r, 50, start);
+                angle(r, 51, end);
+            }
+            return true;
+        }
+        case 0x13: {
+            ge::Point3d start, end;
+            if (!r2k) {
+                start = data_.point3Bit();
+                end = data_.point3Bit();
+            } else {
+                const bool zeroZ = data_.bit();
+                start.x = data_.rawDouble();
+                end.x = data_.defaultDouble(start.x);
+                start.y = data_.rawDouble();
+                end.y = data_.defaultDouble(start.y);
+                if (!zeroZ) {
+                    start.z = data_.rawDouble();
+                    end.z = data_.defaultDouble(start.z);
+                }
+            }
+            const double thickness = data_.thickness(r2k);
+            const ge::Vector3d extrusion = data_.extrusion(r2k);
+            marker(r, "AcDbLine");
+            if (thickness != 0.0) real(r, 39, thickness);
+            point(r, 10, start);
+            point(r, 11, end);
+            extrusionTags(extrusion);
+            return true;
+        }
+        case 0x1B: {
+            const ge::Point3d p = data_.point3Bit();
+            const double thickness = data_.thickness(r2k);
+            const ge::Vector3d extrusion = data_.extrusion(r2k);
+            const double xAngle = data_.bitDouble();
+            marker(r, "AcDbPoint");
+            point(r, 10, p);
+            if (thickness != 0.0) real(r, 39, thickness);
+            extrusionTags(extrusion);
+            if (xAngle != 0.0) angle(r, 50, xAngle);
+            return true;
+        }
+        case 0x1C: {
+            std::array<ge::Point3d, 4> corners;
+            int flags = 0;
+            if (!r2k) {
+                for (auto& c : corners) c = data_.point3Bit();
+                flags = data_.bitShort();
+            } else {
+                const bool noFlags = data_.bit();
+                const bool zeroZ = data_.bit();
+                corners[0].x = data_.rawDouble();
+                corners[0].y = data_.rawDouble();
+                if (!zeroZ) corners[0].z = data_.rawDouble();
+                for (int i = 1; i < 4; ++i) {
+                    corners[i].x = data_.defaultDouble(corners[i - 1].x);
+                    corners[i].y = data_.defaultDouble(corners[i - 1].y);
+                    corners[i].z = data_.defaultDouble(corners[i - 1].z);
+                }
+                if (!noFlags) flags = data_.bitShort();
+            }
+            marker(r, "AcDbFace");
+            for (int i = 0; i < 4; ++i) point(r, 10 + i, corners[i]);
+            if (flags != 0) integer(r, 70, flags);
+            return true;
+        }
+        case 0x1F:
+        case 0x20: {
+            const double thickness = data_.thickness(r2k);
+            const double elevation = data_.bitDouble();
+            std::array<ge::Point3d, 4> corners;
+            for (auto& c : corners) {
+                c = data_.point2Raw();
+                c.z = elevation;
+            }
+            const ge::Vector3d extrusion = data_.extrusion(r2k);
+            marker(r, "AcDbTrace");
+            for (int i = 0; i < 4; ++i) point(r, 10 + i, corners[i]);
+            if (thickness != 0.0) real(r, 39, thickness);
+            extrusionTags(extrusion);
+            return true;
+        }
+        case 0x23: {
+            const ge::Point3d center = data_.point3Bit();
+            const ge::Point3d major = data_.point3Bit();
+            const ge::Vector3d extrusion = data_.vector3Bit();
+            const double ratio = data_.bitDouble();
+            const double start = data_.bitDouble();
+            const double end = data_.bitDouble();
+            marker(r, "AcDbEllipse");
+            point(r, 10, center);
+            point(r, 11, major);
+            extrusionTags(extrusion);
+            real(r, 40, ratio);
+            real(r, 41, start);
+            real(r, 42, end);
+            return true;
+        }
+        case 0x28:
+        case 0x29: {
+            const ge::Point3d base = data_.point3Bit();
+            const ge::Point3d direction = data_.point3Bit();
+            marker(r, r.type == 0x28 ? "AcDbRay" : "AcDbXline");
+            point(r, 10, base);
+            point(r, 11, direction);
+            return true;
+        }
+        case 0x2C: {
+            const ge::Point3d insertion = data_.point3Bit();
+            const ge::Vector3d extrusion = data_.vector3Bit();
+            const ge::Point3d xAxis = data_.point3Bit();
+            const double width = data_.bitDouble();
+            const double height = data_.bitDouble();
+            const int attachment = data_.bitShort();
+            const int direction = data_.bitShort();
+            data_.bitDouble();  // extents of the text as last drawn
+            data_.bitDouble();
+            const std::string value = data_.text();
+            int spacingStyle = 1;
+            double spacingFactor = 1.0;
+            if (r2k) {
+                spacingStyle = data_.bitShort();
+                spacingFactor = data_.bitDouble();
+                data_.bit();
+            }
+            const std::uint64_t style = ref();
+            marker(r, "AcDbMText");
+            point(r, 10, insertion);
+            real(r, 40, height);
+            real(r, 41, width);
+            integer(r, 71, attachment);
+            integer(r, 72, direction);
+            // Long texts are split: 3 for each leading piece of 250 bytes, 1 for the rest.
+            const std::string caret = sys::toCaretForm(value);
+            std::size_t at = 0;
+            while (caret.size() - at > 250) {
+                r.tags.push_back({3, caret.substr(at, 250), 0});
+                at += 250;
+            }
+            r.tags.push_back({1, caret.substr(at), 0});
+            nameTag(r, 7, style);
+            extrusionTags(extrusion);
+            point(r, 11, xAxis);
+            if (r2k) {
+                integer(r, 73, spacingStyle);
+                real(r, 44, spacingFactor);
+            }
+            return true;
+        }
+        case 0x2A: {
+            const std::int32_t count = data_.bitLong();
+            int hardOwner = 0, cloning = 1;
+            if (layout_.version == DwgVersion::R14) data_.rawChar();
+            if (r2k) {
+                cloning = data_.bitShort();
+                hardOwner = data_.rawChar();
+            }
+            marker(r, "AcDbDictionary");
+            if (hardOwner != 0) integer(r, 280, hardOwner);
+            integer(r, 281, cloning);
+            std::vector<std::string> keys;
+            for (std::int32_t i = 0; i < count && !data_.failed(); ++i) keys.push_back(data_.text());
+            for (const std::string& key : keys) {
+                const std::uint64_t item = ref();
+                text(r, 3, key);
+                handleTag(r, hardOwner ? 360 : 350, item);
+            }
+            return true;
+        }
+        case 0x30: case 0x32: case 0x34: case 0x38: case 0x3C: case 0x3E: case 0x40:
+        case 0x42: case 0x44: {
+            const std::int32_t count = data_.bitLong();
+            for (std::int32_t i = 0; i < count && !handles_.failed(); ++i) {
+                r.entries.push_back(ref());
+            }
+            if (r.type == 0x30 || r.type == 0x38) {
+                // *MODEL_SPACE and *PAPER_SPACE, or BYLAYER and BYBLOCK, follow the counted
+                // records.
+                r.entries.push_back(ref());
+                r.entries.push_back(ref());
+            }
+            return true;
+        }
+        case 0x31: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbBlockTableRecord", flags);
+            const bool anonymous = data_.bit();
+            const bool hasAttributes = data_.bit();
+            const bool isXref = data_.bit();
+            const bool overlaid = data_.bit();
+            if (r2k) data_.bit();  // loaded
+            r.basePoint = data_.point3Bit();
+            r.xrefPath = data_.text();
+            std::string preview;
+            std::uint64_t inserts = 0;
+            if (r2k) {
+                while (data_.rawChar() != 0 && !data_.failed()) ++inserts;
+                data_.text();  // description
+                const auto previewSize = static_cast<std::uint32_t>(data_.bitLong());
+                preview = data_.bytes(previewSize);
+            }
+            r.blockFlags = flags | (anonymous ? 1 : 0) | (hasAttributes ? 2 : 0) |
+                           (isXref ? 4 : 0) | (overlaid ? 8 : 0);
+            ref();  // the null link every table record has before its own
+            r.blockEntity = ref();
+            if (!isXref && !overlaid) {
+                ref();
+                ref();
+            }
+            r.endblkEntity = ref();
+            std::uint64_t layout = 0;
+            if (r2k) {
+                for (std::uint64_t i = 0; i < inserts && !handles_.failed(); ++i) ref();
+                layout = ref();
+            }
+            // The DXF names of the two space blocks are spelt so, in every writer.
+            std::string blockName = r.name;
+            if (blockName == "*MODEL_SPACE") blockName = "*Model_Space";
+            if (blockName.rfind("*PAPER_SPACE", 0) == 0) {
+                blockName = "*Paper_Space" + blockName.substr(12);
+            }
+            r.name = blockName;
+            text(r, 2, blockName);
+            if (layout != 0) handleTag(r, 340, layout);
+            binaryTags(r, 310, preview);
+            return true;
+        }
+        case 0x33: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbLayerTableRecord", flags);
+            bool off = false, plot = true;
+            int lineweight = -3;
+            if (!r2k) {
+                if (data_.bit()) flags |= 1;
+                off = !data_.bit();
+                if (data_.bit()) flags |= 2;
+                if (data_.bit()) flags |= 4;
+            } else {
+                const int values = data_.bitShort();
+                if (values & 1) flags |= 1;
+                off = values & 2;
+                if (values & 4) flags |= 2;
+                if (values & 8) flags |= 4;
+                plot = values & 16;
+                lineweight = lineweightOf((values & 0x3E0) >> 5);
+            }
+            int color = data_.color();
+            ref();  // external reference block
+            std::uint64_t plotStyle = 0;
+            if (r2k) plotStyle = ref();
+            const std::uint64_t linetype = ref();
+            if (color < 0) {
+                off = true;
+                color = -color;
+            }
+            text(r, 2, r.name);
+            integer(r, 70, flags);
+            integer(r, 62, off ? -color : color);
+            nameTag(r, 6, linetype);
+            if (r2k) {
+                if (!plot) integer(r, 290, 0);
+                integer(r, 370, lineweight);
+                if (plotStyle != 0) handleTag(r, 390, plotStyle);
+            }
+            return true;
+        }
+        case 0x35: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbTextStyleTableRecord", flags);
+            if (data_.bit()) flags |= 4;
+            if (data_.bit()) flags |= 1;
+            const double fixedHeight = data_.bitDouble();
+            const double width = data_.bitDouble();
+            const double oblique = data_.bitDouble();
+            const int generation = data_.rawChar();
+            const double lastHeight = data_.bitDouble();
+            const std::string font = data_.text();
+            const std::string bigFont = data_.text();
+            text(r, 2, r.name);
+            integer(r, 70, flags);
+            real(r, 40, fixedHeight);
+            real(r, 41, width);
+            angle(r, 50, oblique);
+            integer(r, 71, generation);
+            real(r, 42, lastHeight);
+            text(r, 3, font);
+            if (!bigFont.empty()) text(r, 4, bigFont);
+            return true;
+        }
+        case 0x39: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbLinetypeTableRecord", flags);
+            const std::string description = data_.text();
+            const double length = data_.bitDouble();
+            const int alignment = data_.rawChar();
+            const int dashes = data_.rawChar();
+            text(r, 2, r.name);
+            integer(r, 70, flags);
+            text(r, 3, description);
+            integer(r, 72, alignment);
+            integer(r, 73, dashes);
+            real(r, 40, length);
+            struct Dash {
+                double length, x, y, scale, rotation;
+                int shape, flags;
+            };
+            std::vector<Dash> list;
+            for (int i = 0; i < dashes && !data_.failed(); ++i) {
+                Dash d{};
+                d.length = data_.bitDouble();
+                d.shape = data_.bitShort();
+                d.x = data_.rawDouble();
+                d.y = data_.rawDouble();
+                d.scale = data_.bitDouble();
+                d.rotation = data_.bitDouble();
+                d.flags = data_.bitShort();
+                list.push_back(d);
+            }
+            ref();  // external reference block
+            for (const Dash& d : list) {
+                const std::uint64_t shapeFile = ref();
+                real(r, 49, d.length);
+                integer(r, 74, d.flags);
+                if (d.flags & 6) {
+                    integer(r, 75, d.shape);
+                    if (shapeFile != 0) handleTag(r, 340, shapeFile);
+                    real(r, 46, d.scale);
+                    angle(r, 50, d.rotation);
+                    real(r, 44, d.x);
+                    real(r, 45, d.y);
+                }
+            }
+            return true;
+        }
+        case 0x43: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbRegAppTableRecord", flags);
+            text(r, 2, r.name);
+            integer(r, 70, flags);
+            return true;
+        }
+        case 0x48: {
+            const std::string description = data_.text();
+            const int unnamed = data_.bitShort();
+            const int selectable = data_.bitShort();
+            const std::int32_t count = data_.bitLong();
+            marker(r, "AcDbGroup");
+            text(r, 300, description);
+            integer(r, 70, unnamed);
+            integer(r, 71, selectable);
+            for (std::int32_t i = 0; i < count && !handles_.failed(); ++i) {
+                handleTag(r, 340, ref());
+            }
+            return true;
+        }
+        case 0x4D:
+            break;  // LWPOLYLINE: decoded below with the classes of that name
+        case 0x4F:
+            break;
+        case 0x50:
+            return true;
+        default:
+            if (r.type < 500) return false;
+            break;
+    }
+    if (name == "LWPOLYLINE") {
+        const int flags = data_.bitShort();
+        double constantWidth = 0.0, elevation = 0.0, thickness = 0.0;
+        ge::Vector3d extrusion{0, 0, 1};
+        if (flags & 4) constantWidth = data_.bitDouble();
+        if (flags & 8) elevation = data_.bitDouble();
+        if (flags & 2) thickness = data_.bitDouble();
+        if (flags & 1) extrusion = data_.vector3Bit();
+        const std::int32_t points = data_.bitLong();
+        const std::int32_t bulges = (flags & 16) ? data_.bitLong() : 0;
+        const std::int32_t widths = (flags & 32) ? data_.bitLong() : 0;
+        // Counts beyond what the record could hold are damage, not drawings.
+        const auto room = static_cast<std::int64_t>(data_.sizeInBits() / 2);
+        if (points < 0 || bulges < 0 || widths < 0 || points > room || bulges > room ||
+            widths > room) {
+            data_.fail();
+            return true;
+        }
+        std::vector<ge::Point3d> vertices;
+        for (std::int32_t i = 0; i < points && !data_.failed(); ++i) {
+            if (i == 0 || !r2k) {
+                vertices.push_back(data_.point2Raw());
+            } else {
+                vertices.push_back(data_.point2Default(vertices.back()));
+            }
+        }
+        std::vector<double> bulgeList, startWidths, endWidths;
+        for (std::int32_t i = 0; i < bulges && !data_.failed(); ++i) {
+            bulgeList.push_back(data_.bitDouble());
+        }
+        for (std::int32_t i = 0; i < widths && !data_.failed(); ++i) {
+            startWidths.push_back(data_.bitDouble());
+            endWidths.push_back(data_.bitDouble());
+        }
+        marker(r, "AcDbPolyline");
+        integer(r, 90, points);
+        integer(r, 70, ((flags & 512) ? 1 : 0) | ((flags & 256) ? 128 : 0));
+        if (flags & 4) real(r, 43, constantWidth);
+        if (elevation != 0.0) real(r, 38, elevation);
+        if (thickness != 0.0) real(r, 39, thickness);
+        for (std::size_t i = 0; i < vertices.size(); ++i) {
+            point(r, 10, vertices[i], false);
+            if (i < startWidths.size()) {
+                if (startWidths[i] != 0.0) real(r, 40, startWidths[i]);
+                if (endWidths[i] != 0.0) real(r, 41, endWidths[i]);
+            }
+            if (i < bulgeList.size() && bulgeList[i] != 0.0) real(r, 42, bulgeList[i]);
+        }
+        extrusionTags(extrusion);
+        return true;
+    }
+    if (name == "XRECORD") {
+        const auto byteCount = static_cast<std::uint32_t>(data_.bitLong());
+        if (byteCount > data_.sizeInBits() / 8) {
+            data_.fail();
+            return true;
+        }
+        int cloning = 1;
+        marker(r, "AcDbXrecord");
+        const std::size_t at = r.tags.size();
+        xrecordData(r, byteCount);
+        if (r2k) cloning = data_.bitShort();
+        r.tags.insert(r.tags.begin() + static_cast<std::ptrdiff_t>(at),
+                      DwgTag{280, std::to_string(cloning), 0});
+        // Links of the data are kept in the data itself; what follows in the handle stream
+        // are the objects the record owns, already named there.
+        return true;
+    }
+    if (name == "ACDBPLACEHOLDER") return true;
+    if (name == "DICTIONARYVAR") {
+        const int schema = data_.rawChar();
+        const std::string value = data_.text();
+        marker(r, "DictionaryVariables");
+        integer(r, 280, schema);
+        text(r, 1, value);
+        return true;
+    }
+    if (name == "ACDBDICTIONARYWDFLT") {
+        const std::int32_t count = data_.bitLong();
+        if (layout_.version == DwgVersion::R14) data_.rawChar();
+        int hardOwner = 0, cloning = 1;
+        if (r2k) {
+            cloning = data_.bitShort();
+            hardOwner = data_.rawChar();
+        }
+        std::vector<std::string> keys;
+        for (std::int32_t i = 0; i < count && !data_.failed(); ++i) keys.push_back(data_.text());
+        marker(r, "AcDbDictionary");
+        if (hardOwner != 0) integer(r, 280, hardOwner);
+        integer(r, 281, cloning);
+        for (const std::string& key : keys) {
+            const std::uint64_t item = ref();
+            text(r, 3, key);
+            handleTag(r, hardOwner ? 360 : 350, item);
+        }
+        marker(r, "AcDbDictionaryWithDefault");
+        handleTag(r, 340, ref());
+        return true;
+    }
+    return false;
+}
+
+}  // namespace cad::db::dwg
