@@ -13,6 +13,11 @@ inline constexpr unsigned WM_CLOSE = 0x0010;
 inline constexpr unsigned kMsgSwitchPane = 1042;  // wParam: kPaneDrawingTree or kPaneExplorer
 inline constexpr unsigned kPaneDrawingTree = 1043;
 inline constexpr unsigned kPaneExplorer = 1044;
+inline constexpr unsigned kMsgAlwaysOnTop = 1045;
+inline constexpr unsigned kMsgPreviewPane = 1046;     // after the preview button
+inline constexpr unsigned kMsgDataPane = 1047;        // after the part data button
+inline constexpr unsigned kMsgSelectionState = 1048;  // wParam: a block may be added
+inline constexpr unsigned kMsgPaneShown = 1050;       // wParam: the pane button's id
 inline constexpr unsigned kMsgDrawingsOpened = 1051;  // wParam: queued, lParam: failed
 inline constexpr unsigned kMsgDocumentActivated = 1062;
 

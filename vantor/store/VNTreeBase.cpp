@@ -389,4 +389,27 @@ bool CVNTreeBase::deleteAllData(TreeNode& group) {
     return true;
 }
 
+bool CVNTreeBase::deleteRecord(TreeNode& record) {
+    if (record.kind != TreeNode::Kind::Record || record.parent == nullptr) return false;
+    std::unique_ptr<OpenDrawing> drawing = openForEditing(record);
+    auto xrecord = drawing ? cad::db::open<Xrecord>(drawing->id, OpenMode::ForWrite)
+                           : cad::db::ObjectPtr<Xrecord>();
+    if (!xrecord) {
+        dialogs_.messageBox("데이터를 삭제할 수 없습니다.", "삭제 에러",
+                            app::MB_OK | app::MB_ICONERROR);
+        return false;
+    }
+    // The "?." is how the question has always read.
+    if (dialogs_.messageBox("정말 삭제하시겠습니까?.", "데이터 삭제",
+                            app::MB_OKCANCEL | app::MB_ICONWARNING) != app::IDOK)
+        return false;
+    xrecord->erase();
+    xrecord.close();
+    TreeNode& group = *record.parent;
+    group.removeChild(&record);
+    group.refreshKind();
+    save(*drawing->db);
+    return true;
+}
+
 }  // namespace vantor

@@ -87,6 +87,10 @@ public:
     bool deleteCategory(TreeNode* node);
     // Erases every part record of the group after the confirmation; the group stays.
     bool deleteAllData(TreeNode& group);
+    // Erases one part record after the confirmation and takes its node out of the tree (the
+    // node is gone when this answers true). A record that cannot be opened for writing is
+    // reported and kept.
+    bool deleteRecord(TreeNode& record);
 
 private:
     struct OpenDrawing;

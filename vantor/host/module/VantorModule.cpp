@@ -2,6 +2,7 @@
 // interface version, and the library's unload (its detach).
 #include "cad/app/AppMsg.h"
 #include "vantor/host/VantorApp.h"
+#include "vantor/ui/window/LibraryWindow.h"
 
 namespace {
 
@@ -27,7 +28,13 @@ extern "C" {
 
 __attribute__((visibility("default"))) cad::app::AppRetCode acrxEntryPoint(cad::app::AppMsg message,
                                                                            void* data) {
-    return vantor::VantorApp::entryPoint(message, data, builtVersion());
+    const cad::app::AppRetCode answer =
+        vantor::VantorApp::entryPoint(message, data, builtVersion());
+    // Once the module stands, its frame becomes the window a user sees (when the host shows
+    // windows at all).
+    if (message == cad::app::AppMsg::kInitAppMsg && vantor::VantorApp::instance() != nullptr)
+        vantor::installLibraryWindow(*vantor::VantorApp::instance());
+    return answer;
 }
 
 // The version of the module interface this module was built for.

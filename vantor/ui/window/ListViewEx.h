@@ -1,0 +1,36 @@
+// The part list: the records of the chosen group under the user's field titles, with the
+// record menu (insert into the drawing, add, modify, delete). Column widths are the settings'.
+#pragma once
+
+#include <QTreeView>
+
+namespace vantor {
+
+class ModuleSettings;
+class PartListModel;
+struct PartRecord;
+
+class CListViewEx : public QTreeView {
+    Q_OBJECT
+public:
+    CListViewEx(PartListModel& model, ModuleSettings& settings, QWidget* parent = nullptr);
+
+    const PartRecord* currentRecord() const;
+    void selectRecord(std::int64_t handle);
+
+signals:
+    void recordChosen(const PartRecord* record);
+    void insertRequested();
+    void addRequested();
+    void modifyRequested();
+    void deleteRequested();
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    PartListModel& model_;
+};
+
+}  // namespace vantor

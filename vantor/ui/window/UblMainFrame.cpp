@@ -1,0 +1,644 @@
+// The library window's frame.
+#include "vantor/ui/window/UblMainFrame.h"
+
+#include <QActionGroup>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "cad/app/UserDialogs.h"
+#include "cad/db/Database.h"
+#include "vantor/host/FrameMessages.h"
+#include "vantor/host/ToolbarLabel.h"
+#include "vantor/store/ListBase.h"
+#include "vantor/store/LibraryDrawing.h"
+#include "vantor/store/PartRecordStore.h"
+#include "vantor/store/SupplierInfo.h"
+#include "vantor/ui/FrameCommands.h"
+#include "vantor/ui/FrameLayout.h"
+#include "vantor/ui/ModuleSettings.h"
+#include "cad/sys/FileLock.h"
+#include "vantor/ui/dialogs/AboutDlg.h"
+#include "vantor/ui/dialogs/CompanyInfoFlow.h"
+#include "vantor/ui/dialogs/CsvExportFlow.h"
+#include "vantor/ui/dialogs/LabelEditDlg.h"
+#include "vantor/ui/dialogs/SupplierInfoPanel.h"
+#include "vantor/ui/explorer/ShellTreeViewEx.h"
+#include "vantor/ui/models/BlockListModel.h"
+#include "vantor/ui/models/CategoryTreeModel.h"
+#include "vantor/ui/models/DrawingTreeModel.h"
+#include "vantor/ui/models/ModelText.h"
+#include "vantor/ui/models/PartListModel.h"
+#include "vantor/ui/window/CommandIcons.h"
+#include "vantor/ui/window/HelpWindow.h"
+#include "vantor/ui/window/ListViewEx.h"
+#include "vantor/ui/window/PreviewCanvas.h"
+#include "vantor/ui/window/RecListView.h"
+#include "vantor/ui/window/UblPreviewView.h"
+#include "vantor/ui/window/UblTreeView.h"
+#include "vantor/ui/window/VNTreeViewEx.h"
+#include "vantor/ui/window/ViewSplitter.h"
+
+namespace vantor {
+
+namespace {
+
+constexpr int kDisplayStyleIds[] = {32769, 32770, 32771};
+
+// The settings' display style of each view-menu command.
+int styleOfCommand(int id) {
+    switch (id) {
+        case 32770: return CRecListView::List;
+        case 32771: return CRecListView::Details;
+        default: return CRecListView::Icons;
+    }
+}
+
+}  // namespace
+
+CUblMainFrame::CUblMainFrame(FrameContext context, QWidget* parent)
+    : QMainWindow(parent),
+      context_(std::move(context)),
+      settings_(context_.settings),
+      dialogs_(context_.dialogs),
+      tree_(dialogs_),
+      explorerTree_(dialogs_),
+      windows_(settings_, list_, *this, dialogs_),
+      explorerDrawing_(context_.documents, dialogs_),
+      drawingModel_(std::make_unique<DrawingTreeModel>()),
+      treeModel_(std::make_unique<CategoryTreeModel>(tree_)),
+      explorerTreeModel_(std::make_unique<CategoryTreeModel>(explorerTree_)),
+      partModel_(std::make_unique<PartListModel>(settings_.labels)),
+      blockModel_(std::make_unique<BlockListModel>()) {
+    setWindowTitle(qText(context_.title));
+    setWindowIcon(frameIcon(*style()));
+    setAccessibleName(qText(context_.title));
+    setMinimumSize(FrameGeometry::kMinimumWidth, FrameGeometry::kMinimumHeight);
+    const FrameRect rect = settings_.frameRect();
+    setGeometry(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
+
+    buildMenu();
+    buildToolBar();
+    buildStatusBar();
+    buildClientArea();
+    wireViews();
+
+    windows_.loadTabList();
+    previewView_->refreshWindows();
+    windows_.loadList();
+    previewView_->refreshWindows();
+}
+
+CUblMainFrame::~CUblMainFrame() = default;
+
+// ---- building -----------------------------------------------------------------------------
+
+QAction* CUblMainFrame::makeAction(int id, bool forToolBar) {
+    if (QAction* existing = commandAction(id)) return existing;
+    const FrameCommand& command = *frameCommand(id);
+    const std::string text = forToolBar ? toolbarLabel(command.entry) : std::string(command.entry);
+    auto* action = new QAction(qText(text), this);
+    action->setObjectName(QStringLiteral("id%1").arg(id));
+    action->setStatusTip(qText(commandPrompt(command)));
+    action->setToolTip(qText(commandPrompt(command)));
+    if (forToolBar) action->setIcon(commandIcon(id, *style()));
+    connect(action, &QAction::triggered, this, [this, id] { runCommand(id); });
+    actions_[id] = action;
+    return action;
+}
+
+QAction* CUblMainFrame::commandAction(int id) const {
+    const auto found = actions_.find(id);
+    return found != actions_.end() ? found->second : nullptr;
+}
+
+void CUblMainFrame::buildMenu() {
+    QMenu* help = menuBar()->addMenu(QStringLiteral("도움기능(&H)"));
+    for (int id : {1100, 1101, 1102}) help->addAction(makeAction(id, false));
+    help->addSeparator();
+    QAction* onTop = makeAction(1103, false);
+    onTop->setCheckable(true);
+    help->addAction(onTop);
+    QMenu* quit = menuBar()->addMenu(QStringLiteral("종  료(&X)"));
+    quit->addAction(makeAction(1104, false));
+}
+
+void CUblMainFrame::buildToolBar() {
+    toolBar_ = addToolBar(QStringLiteral("Vantor"));
+    toolBar_->setObjectName(QStringLiteral("toolbar703"));
+    toolBar_->setAccessibleName(QStringLiteral("도구 모음"));
+    toolBar_->setIconSize(QSize(18, 18));
+    toolBar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    toolBar_->setMovable(false);
+    // Eighteen buttons with their texts fit the narrowest frame only when packed closely.
+    toolBar_->setStyleSheet(
+        QStringLiteral("QToolButton { padding: 0px; margin: 0px; font-size: 8pt; }"
+                       "QToolButton[popupMode=\"1\"] { padding-right: 14px; }"));
+    auto* sides = new QActionGroup(this);
+    for (int id : mainToolBar()) {
+        if (id == 0) {
+            toolBar_->addSeparator();
+            continue;
+        }
+        QAction* action = makeAction(id, true);
+        if (id == 1200 || id == 1201) {
+            action->setCheckable(true);
+            sides->addAction(action);
+        }
+        if (id == 1202 || id == 1203 || id == 1212) action->setCheckable(true);
+        toolBar_->addAction(action);
+    }
+    commandAction(1202)->setChecked(settings_.preView != 0);
+    commandAction(1203)->setChecked(settings_.dataView != 0);
+
+    // The view button opens the display styles, from its arrow as from itself.
+    auto* styles = new QMenu(this);
+    auto* styleGroup = new QActionGroup(this);
+    for (int id : kDisplayStyleIds) {
+        QAction* action = makeAction(id, false);
+        action->setCheckable(true);
+        styleGroup->addAction(action);
+        styles->addAction(action);
+    }
+    connect(styles, &QMenu::aboutToShow, this, [this] {
+        for (int id : kDisplayStyleIds)
+            commandAction(id)->setChecked(styleOfCommand(id) == dataPane_->style());
+    });
+    commandAction(1211)->setMenu(styles);
+    if (auto* button = qobject_cast<QToolButton*>(toolBar_->widgetForAction(commandAction(1211))))
+        button->setPopupMode(QToolButton::MenuButtonPopup);
+
+    for (int id = 1203; id <= 1211; ++id)
+        if (QAction* action = commandAction(id)) {
+            action->setVisible(false);
+            action->setEnabled(false);
+        }
+}
+
+void CUblMainFrame::buildStatusBar() {
+    statusWindow_ = new QLabel(this);
+    statusDrawings_ = new QLabel(this);
+    statusParts_ = new QLabel(this);
+    statusWindow_->setAccessibleName(QStringLiteral("관리창"));
+    statusDrawings_->setAccessibleName(QStringLiteral("도면 수"));
+    statusParts_->setAccessibleName(QStringLiteral("부품 수"));
+    statusBar()->addPermanentWidget(statusWindow_);
+    statusBar()->addPermanentWidget(statusDrawings_);
+    statusBar()->addPermanentWidget(statusParts_);
+}
+
+void CUblMainFrame::buildClientArea() {
+    mainSplitter_ = new CViewSplitter(Qt::Horizontal, 2, this);
+    leftSplitter_ = new CViewSplitter(Qt::Vertical, 2, mainSplitter_);
+    rightSplitter_ = new CViewSplitter(Qt::Vertical, 2, mainSplitter_);
+    rightUpperSplitter_ = new CViewSplitter(Qt::Vertical, 2, rightSplitter_);
+    mainSplitter_->addView(0, leftSplitter_);
+    mainSplitter_->addView(1, rightSplitter_);
+    rightSplitter_->addView(0, rightUpperSplitter_);
+
+    drawingTree_ = new CUblTreeView(*drawingModel_, leftSplitter_);
+    explorer_ = new CShellTreeViewEx(dialogs_, leftSplitter_);
+    leftSplitter_->addView(0, drawingTree_);
+    leftSplitter_->addView(0, explorer_);
+    categoryTree_ = new CVNTreeViewEx(leftSplitter_);
+    categoryTree_->showTree(tree_, *treeModel_);
+    leftSplitter_->addView(1, categoryTree_);
+
+    dataPane_ = new CRecListView(*blockModel_, settings_, rightUpperSplitter_);
+    partList_ = new CListViewEx(*partModel_, settings_, rightUpperSplitter_);
+    rightUpperSplitter_->addView(0, dataPane_);
+    rightUpperSplitter_->addView(1, partList_);
+
+    auto* canvas = new PreviewCanvas(
+        [this](const std::string& path) { return drawings_.open(path); });
+    supplierPanel_ = new SupplierInfoPanel();
+    supplierPanel_->setMinimumWidth(180);
+    auto* companyInfo = new QAction(QStringLiteral("회사 정보 입력..."), supplierPanel_);
+    companyInfo->setObjectName(QStringLiteral("companyInfo"));
+    connect(companyInfo, &QAction::triggered, this, [this] { editCompanyInfo(); });
+    supplierPanel_->addAction(companyInfo);
+    supplierPanel_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    previewView_ = new CUblPreviewView(windows_, canvas, supplierPanel_, rightSplitter_);
+    rightSplitter_->addView(1, previewView_);
+    setCentralWidget(mainSplitter_);
+
+    // Hidden until a side is chosen, as their buttons are.
+    rightUpperSplitter_->setPaneVisible(0, false);
+    showPreviewPane();
+    for (CViewSplitter* splitter : {mainSplitter_, leftSplitter_, rightSplitter_, rightUpperSplitter_})
+        connect(splitter, &QSplitter::splitterMoved, this, [this] { storePaneSizes(); });
+}
+
+void CUblMainFrame::wireViews() {
+    connect(drawingTree_, &CUblTreeView::drawingChosen, this,
+            [this](const std::string& path) { registeredDrawingChosen(path); });
+    connect(explorer_, &CShellTreeViewEx::drawingSelected, this,
+            [this](const QString& path) { explorerDrawingChosen(path); });
+    connect(explorer_, &CShellTreeViewEx::folderSelected, this,
+            [this] { explorerDrawingChosen({}); });
+    connect(categoryTree_, &CVNTreeViewEx::nodeChosen, this,
+            [this](TreeNode* node) { nodeChosen(node); });
+    connect(categoryTree_, &CVNTreeViewEx::addPartDataRequested, this,
+            [this] { emit placementOrAuthoringRequested(FrameAction::AddPartData); });
+    connect(partList_, &CListViewEx::recordChosen, this,
+            [this](const PartRecord* record) { recordChosen(record); });
+    connect(partList_, &CListViewEx::insertRequested, this, [this] { runCommand(1501); });
+    connect(partList_, &CListViewEx::addRequested, this, [this] { runCommand(1502); });
+    connect(partList_, &CListViewEx::modifyRequested, this, [this] { runCommand(1503); });
+    connect(partList_, &CListViewEx::deleteRequested, this, [this] { runCommand(1504); });
+    connect(dataPane_, &CRecListView::blockChosen, this,
+            [this](const std::string& name) { blockChosen(name); });
+}
+
+// ---- geometry -----------------------------------------------------------------------------
+
+void CUblMainFrame::applyPaneSizes() {
+    const PaneSizes sizes = PaneSizes::fromSettings(settings_);
+    mainSplitter_->setFirstPane(sizes.leftWidth, PaneSizes::kLeftWidthMinimum);
+    leftSplitter_->setFirstPane(sizes.subTree, PaneSizes::kRowMinimum);
+    rightSplitter_->setFirstPane(sizes.subPreview, PaneSizes::kRowMinimum);
+    rightUpperSplitter_->setFirstPane(sizes.subList, PaneSizes::kRowMinimum);
+}
+
+void CUblMainFrame::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (laidOut_) return;
+    // The splitters have their sizes once the window is shown; before, there is nothing to
+    // share out.
+    laidOut_ = true;
+    applyPaneSizes();
+}
+
+void CUblMainFrame::storeGeometry() {
+    if (!laidOut_) return;
+    const QRect frame = geometry();
+    FrameGeometry{frame.x(), frame.y(), frame.width(), frame.height()}.store(settings_);
+}
+
+void CUblMainFrame::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    storeGeometry();
+}
+
+void CUblMainFrame::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    storeGeometry();
+}
+
+void CUblMainFrame::storePaneSizes() {
+    PaneSizes sizes;
+    sizes.leftWidth = mainSplitter_->firstPaneSize();
+    sizes.subTree = leftSplitter_->firstPaneSize();
+    sizes.subPreview = rightSplitter_->firstPaneSize();
+    sizes.subList = rightUpperSplitter_->isHidden() ? 0 : rightUpperSplitter_->firstPaneSize();
+    // A pane the user cannot see keeps what it had.
+    if (!dataPane_->isVisible())
+        sizes.subList = PaneSizes::fromSettings(settings_).subList;
+    vantor::storePaneSizes(settings_, sizes);
+}
+
+CViewSplitter* CUblMainFrame::splitter(int which) const {
+    switch (which) {
+        case 0: return mainSplitter_;
+        case 1: return leftSplitter_;
+        case 2: return rightSplitter_;
+        default: return rightUpperSplitter_;
+    }
+}
+
+// ---- commands and messages ----------------------------------------------------------------
+
+void CUblMainFrame::runCommand(int id) {
+    const FrameCommand* command = frameCommand(id);
+    if (command == nullptr) return;
+    auto post = [this](unsigned message, std::intptr_t wParam) {
+        QMetaObject::invokeMethod(this, [this, message, wParam] { handleMessage(message, wParam, 0); },
+                                  Qt::QueuedConnection);
+    };
+    switch (command->action) {
+        case FrameAction::ShowDrawingTree: post(kMsgSwitchPane, kPaneDrawingTree); break;
+        case FrameAction::ShowExplorer: post(kMsgSwitchPane, kPaneExplorer); break;
+        case FrameAction::TogglePreview:
+            settings_.preView = commandAction(1202)->isChecked() ? 1 : 0;
+            post(kMsgPreviewPane, 0);
+            break;
+        case FrameAction::ToggleDataView:
+            settings_.dataView = commandAction(1203)->isChecked() ? 1 : 0;
+            post(kMsgDataPane, 0);
+            break;
+        case FrameAction::ViewMenu: showViewMenu(); break;
+        case FrameAction::IconView:
+        case FrameAction::ListView:
+        case FrameAction::DetailsView: setDisplayStyle(styleOfCommand(id)); break;
+        case FrameAction::AlwaysOnTop: post(kMsgAlwaysOnTop, 0); break;
+        case FrameAction::Quit: post(WM_CLOSE, 0); break;
+        case FrameAction::FieldLabels:
+            if (CLabelEditDlg::run(this, settings_, dialogs_)) partModel_->labelsChanged();
+            break;
+        case FrameAction::Help: HelpWindow::show(context_.helpPage, this); break;
+        case FrameAction::About: CAboutDlg::run(this, settings_.version); break;
+        case FrameAction::Export: runCsvExport(this, settings_, shownTree(), dialogs_); break;
+        case FrameAction::NewCategory: categoryTree_->newCategory(); break;
+        case FrameAction::RenameCategory: categoryTree_->renameCategory(); break;
+        case FrameAction::DeleteCategory: categoryTree_->deleteCategory(); break;
+        case FrameAction::DeleteAllData: categoryTree_->deleteAllData(); break;
+        case FrameAction::DeletePartData: deleteRecord(); break;
+        case FrameAction::AddWindow:
+        case FrameAction::RenameWindow:
+        case FrameAction::DeleteWindow:
+        case FrameAction::RefreshWindow: previewView_->runWindowCommand(command->action); break;
+        case FrameAction::RegisterDrawings:
+        case FrameAction::ManageRegistrations:
+        case FrameAction::ScanFolder:
+        case FrameAction::CaptureBlock:
+        case FrameAction::OpenDrawing:
+        case FrameAction::AddPartData:
+        case FrameAction::InsertPart:
+        case FrameAction::ModifyPartData:
+            emit placementOrAuthoringRequested(command->action);
+            break;
+    }
+}
+
+void CUblMainFrame::handleMessage(unsigned message, std::intptr_t wParam, std::intptr_t lParam) {
+    switch (message) {
+        case WM_CLOSE: close(); break;
+        case kMsgSwitchPane:
+            switchPane(wParam == kPaneExplorer ? LeftPane::Explorer : LeftPane::DrawingTree);
+            break;
+        case kMsgAlwaysOnTop: toggleAlwaysOnTop(); break;
+        case kMsgPreviewPane: showPreviewPane(); break;
+        case kMsgDataPane: showDataPane(); break;
+        case kMsgSelectionState:
+            selection_.captureAllowed = wParam != 0;
+            updateButtons();
+            break;
+        case kMsgPaneShown: break;  // the splitters lay themselves out
+        case kMsgDrawingsOpened:
+            reportOpenedDrawings(static_cast<int>(wParam), static_cast<int>(lParam));
+            break;
+        case kMsgDocumentActivated: explorer_->documentActivated(); break;
+        default: break;
+    }
+}
+
+void CUblMainFrame::switchPane(LeftPane side) {
+    selection_.side = side;
+    const bool tree = side == LeftPane::DrawingTree;
+    settings_.ublView = tree ? 1 : 0;
+    settings_.displayMode = tree;
+    commandAction(tree ? 1200 : 1201)->setChecked(true);
+    leftSplitter_->showView(0, tree ? static_cast<QWidget*>(drawingTree_) : explorer_);
+    if (tree) {
+        categoryTree_->showTree(tree_, *treeModel_);
+        if (drawingTree_->currentPath().empty() && !list_.empty())
+            drawingTree_->selectPath(list_.begin()->path);
+        registeredDrawingChosen(drawingTree_->currentPath());
+        if (commandAction(1203)->isChecked()) {
+            commandAction(1203)->setChecked(false);
+            settings_.dataView = 0;
+        }
+    } else {
+        categoryTree_->showTree(explorerTree_, *explorerTreeModel_);
+        explorerDrawingChosen(explorer_->currentDrawingPath());
+    }
+    showDataPane();
+    updateButtons();
+}
+
+void CUblMainFrame::updateButtons() {
+    for (int id = 1203; id <= 1211; ++id) {
+        QAction* action = commandAction(id);
+        if (action == nullptr) continue;
+        const ButtonState state = buttonState(id, selection_);
+        action->setVisible(state.visible);
+        action->setEnabled(state.enabled);
+    }
+}
+
+void CUblMainFrame::toggleAlwaysOnTop() {
+    const bool onTop = !(windowFlags() & Qt::WindowStaysOnTopHint);
+    const QRect frame = geometry();
+    setWindowFlag(Qt::WindowStaysOnTopHint, onTop);
+    setGeometry(frame);
+    show();
+    commandAction(1212)->setChecked(onTop);
+    commandAction(1103)->setChecked(onTop);
+}
+
+void CUblMainFrame::showPreviewPane() {
+    previewView_->setPictureVisible(settings_.preView != 0);
+    rightSplitter_->widget(1)->setMaximumHeight(previewView_->maximumHeight());
+    if (settings_.preView != 0) redrawPreview();
+    QMetaObject::invokeMethod(this, [this] { handleMessage(kMsgPaneShown, 1202, 0); },
+                              Qt::QueuedConnection);
+}
+
+void CUblMainFrame::showDataPane() {
+    const bool shown = settings_.dataView != 0 && selection_.side == LeftPane::Explorer;
+    rightUpperSplitter_->setPaneVisible(0, shown);
+    QMetaObject::invokeMethod(this, [this] { handleMessage(kMsgPaneShown, 1203, 0); },
+                              Qt::QueuedConnection);
+}
+
+void CUblMainFrame::setDisplayStyle(int style) {
+    dataPane_->setStyle(static_cast<CRecListView::Style>(style));
+}
+
+void CUblMainFrame::showViewMenu() {
+    QWidget* button = toolBar_->widgetForAction(commandAction(1211));
+    QMenu* menu = commandAction(1211)->menu();
+    if (button != nullptr && menu != nullptr)
+        menu->popup(button->mapToGlobal(QPoint(0, button->height())));
+}
+
+void CUblMainFrame::reportOpenedDrawings(int queued, int failed) {
+    if (queued > 0 && failed >= queued) {
+        dialogs_.messageBox("도면 열기를 수행하지 못했습니다.", "도면 열기 에러",
+                            cad::app::MB_OK | cad::app::MB_ICONINFORMATION);
+    } else if (failed > 0) {
+        const std::string text = std::to_string(queued) + "의 도면 중 " + std::to_string(failed) +
+                                 "개의 도면 열기에 실패하였습니다.";
+        dialogs_.messageBox(text, "도면 열기 결과", cad::app::MB_OK | cad::app::MB_ICONINFORMATION);
+    }
+}
+
+void CUblMainFrame::redrawPreview() {
+    previewView_->canvas()->repaint();
+}
+
+void CUblMainFrame::refreshBlockList() {
+    const std::string path = blockModel_->drawingPath();
+    if (!path.empty()) showDrawing(path, drawings_.open(path));
+}
+
+// ---- the selection flow -------------------------------------------------------------------
+
+void CUblMainFrame::rebuildFromList(DrawingList& list) {
+    status(QStringLiteral("상태 : 데이터 로드 중..."));
+    categoryTree_->beginTreeChange();
+    tree_.rebuildFromList(list);
+    categoryTree_->endTreeChange();
+    const int position = windows_.selection();
+    const std::string name = position >= 0 && position < static_cast<int>(windows_.names().size())
+                                 ? windows_.names()[position]
+                                 : std::string();
+    drawingModel_->showList(name, list);
+    // The first drawing is chosen, so the window never opens on empty lists.
+    if (!list.empty() && selection_.side == LeftPane::DrawingTree)
+        drawingTree_->selectPath(list.begin()->path);
+    statusWindow_->setText(qText(name));
+    statusDrawings_->setText(QStringLiteral("도면 %1").arg(list.size()));
+    drawings_.clear();
+    status({});
+}
+
+CVNTreeBase& CUblMainFrame::shownTree() {
+    return selection_.side == LeftPane::Explorer ? explorerTree_ : tree_;
+}
+
+void CUblMainFrame::registeredDrawingChosen(const std::string& path) {
+    if (selection_.side == LeftPane::Explorer) return;
+    selection_.drawingSelected = !path.empty();
+    selection_.captureAllowed = !path.empty();
+    updateButtons();
+    if (path.empty()) {
+        showDrawing({}, nullptr);
+        return;
+    }
+    cad::ErrorStatus status = cad::ErrorStatus::eOk;
+    cad::db::Database* database = drawings_.open(path, &status);
+    showDrawing(path, database);
+    if (database == nullptr) this->status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(path)));
+    // Down to the drawing's first group, so its parts show at once.
+    TreeNode* node = treeModel_->nodeAt(treeModel_->firstRootOf(path));
+    while (node != nullptr && node->kind != TreeNode::Kind::Group && !node->children.empty() &&
+           node->children.front()->isDictionary())
+        node = node->children.front().get();
+    categoryTree_->selectNode(node);
+}
+
+void CUblMainFrame::explorerDrawingChosen(const QString& path) {
+    if (selection_.side != LeftPane::Explorer) return;
+    categoryTree_->beginTreeChange();
+    explorerTree_.clear();
+    categoryTree_->endTreeChange();
+    selection_.drawingSelected = false;
+    selection_.captureAllowed = false;
+    if (!path.isEmpty()) {
+        const std::string file = stdText(path);
+        const DrawingExplorer::Selection read = explorerDrawing_.selectDrawing(file);
+        if (read == DrawingExplorer::Selection::Shown || read == DrawingExplorer::Selection::ReadOnly) {
+            selection_.drawingSelected = true;
+            selection_.captureAllowed = read == DrawingExplorer::Selection::Shown;
+            categoryTree_->beginTreeChange();
+            explorerTree_.loadDrawing(file);
+            categoryTree_->endTreeChange();
+            showDrawing(file, explorerDrawing_.selectedDatabase());
+            categoryTree_->expand(explorerTreeModel_->firstRootOf(file));
+            updateButtons();
+            return;
+        }
+    }
+    showDrawing({}, nullptr);
+    updateButtons();
+}
+
+void CUblMainFrame::showDrawing(const std::string& path, cad::db::Database* database) {
+    std::vector<BlockListEntry> blocks;
+    std::optional<SupplierInfo> supplier;
+    if (database != nullptr) {
+        CListBase list(dialogs_);
+        if (list.build(*database)) blocks = list.blocks();
+        supplier = SupplierInfo::readFrom(*database);
+    }
+    blockModel_->setBlocks(path, blocks, database);
+    supplierPanel_->showSupplier(supplier);
+}
+
+void CUblMainFrame::nodeChosen(TreeNode* node) {
+    TreeNode* group = node;
+    if (group != nullptr && group->kind == TreeNode::Kind::Record) group = group->parent;
+    if (group == nullptr || group->kind != TreeNode::Kind::Group) {
+        partModel_->clear();
+        statusParts_->clear();
+        return;
+    }
+    cad::db::Database* database = drawings_.open(group->drawingPath);
+    GroupRecords records;
+    if (database != nullptr) records = readGroupRecords(objectIdOfNode(*database, group->id));
+    const std::size_t count = records.records.size();
+    partModel_->setRecords(group->drawingPath, std::move(records.records));
+    statusParts_->setText(QStringLiteral("부품 %1").arg(count));
+    if (database == nullptr)
+        status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(group->drawingPath)));
+    else if (!records.problems.empty())
+        status(QStringLiteral("읽을 수 없는 부품 데이터 %1개를 빼고 보입니다.").arg(records.problems.size()));
+    if (node->kind == TreeNode::Kind::Record) partList_->selectRecord(node->id);
+}
+
+void CUblMainFrame::recordChosen(const PartRecord* record) {
+    if (record == nullptr) return;
+    for (std::size_t slot = 0; slot < record->viewBlocks.size(); ++slot) {
+        if (record->viewBlocks[slot].empty()) continue;
+        previewView_->canvas()->showBlock(partModel_->drawingPath(), record->viewBlocks[slot],
+                                          record->viewPoints[slot]);
+        return;
+    }
+    previewView_->canvas()->clear();
+}
+
+void CUblMainFrame::blockChosen(const std::string& name) {
+    if (name.empty()) return;
+    previewView_->canvas()->showBlock(blockModel_->drawingPath(), name, std::nullopt);
+}
+
+void CUblMainFrame::deleteRecord() {
+    const PartRecord* record = partList_->currentRecord();
+    TreeNode* group = categoryTree_->currentNode();
+    if (record == nullptr || group == nullptr) return;
+    if (group->kind == TreeNode::Kind::Record) group = group->parent;
+    TreeNode* node = nullptr;
+    for (const auto& child : group->children)
+        if (child->kind == TreeNode::Kind::Record && child->id == record->recordId.asOldId())
+            node = child.get();
+    if (node == nullptr) return;
+    categoryTree_->beginTreeChange();
+    const bool deleted = shownTree().deleteRecord(*node);
+    categoryTree_->endTreeChange();
+    categoryTree_->selectNode(group);
+    if (deleted) nodeChosen(group);
+}
+
+void CUblMainFrame::editCompanyInfo() {
+    const std::string path = blockModel_->drawingPath();
+    if (path.empty()) {
+        status(QStringLiteral("회사 정보를 넣을 도면을 먼저 고르십시오."));
+        return;
+    }
+    // Read afresh under the drawing's lock and saved whole, as every change of a library is.
+    cad::sys::FileLock lock;
+    if (lock.acquire(path) != cad::ErrorStatus::eOk) {
+        dialogs_.messageBox(lock.message(), "파일 사용 중", cad::app::MB_OK | cad::app::MB_ICONERROR);
+        return;
+    }
+    cad::ErrorStatus read = cad::ErrorStatus::eOk;
+    std::unique_ptr<cad::db::Database> database = openLibraryDrawing(path, &read);
+    if (!database) {
+        status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(path)));
+        return;
+    }
+    if (auto stored = runCompanyInfo(this, *database, dialogs_, logoPath_)) {
+        logoPath_ = stored->logoPath;
+        supplierPanel_->showSupplier(stored);
+    }
+}
+
+void CUblMainFrame::status(const QString& text) {
+    statusBar()->showMessage(text);
+}
+
+}  // namespace vantor

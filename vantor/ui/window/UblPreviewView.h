@@ -1,0 +1,43 @@
+// The lower right pane: the management windows' drop-down with its small tool bar (add,
+// rename, delete, refresh) above the chosen block's picture and the supplier panel.
+#pragma once
+
+#include <QWidget>
+
+class QComboBox;
+class QSplitter;
+class QToolBar;
+
+namespace vantor {
+
+class ManagementWindows;
+class PreviewCanvas;
+enum class FrameAction;
+
+class CUblPreviewView : public QWidget {
+    Q_OBJECT
+public:
+    CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canvas, QWidget* infoPanel,
+                    QWidget* parent = nullptr);
+
+    // The management windows' commands (the small tool bar's and the frame's menu items).
+    void runWindowCommand(FrameAction action);
+    // The drop-down shows the windows as they are listed now.
+    void refreshWindows();
+    // The picture and the panel below the tool bar; the tool bar stays.
+    void setPictureVisible(bool visible);
+    bool pictureVisible() const;
+
+    PreviewCanvas* canvas() const { return canvas_; }
+    QComboBox* windowDropDown() const { return dropDown_; }
+    QToolBar* windowToolBar() const { return toolBar_; }
+
+private:
+    ManagementWindows& windows_;
+    PreviewCanvas* canvas_;
+    QComboBox* dropDown_;
+    QToolBar* toolBar_;
+    QSplitter* picture_;
+};
+
+}  // namespace vantor
