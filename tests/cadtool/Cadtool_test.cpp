@@ -349,21 +349,26 @@ TEST_F(Cadtool, DwgCountsMatchTheIndependentReader) {
         {"ATTDEF", {"ATTDEF"}, false},     {"ATTRIB", {"ATTRIB"}, false},
         {"SOLID", {"SOLID"}, false},       {"ELLIPSE", {"ELLIPSE"}, false},
         {"3DFACE", {"3DFACE"}, false},     {"RAY", {"RAY"}, false},
-        {"XLINE", {"XLINE"}, false},
+        {"XLINE", {"XLINE"}, false},       {"HATCH", {"HATCH"}, false},
+        {"SPLINE", {"SPLINE"}, false},
+        {"DIMENSION",
+         {"DIMENSION_LINEAR", "DIMENSION_ALIGNED", "DIMENSION_ORDINATE", "DIMENSION_ANG3PT",
+          "DIMENSION_ANG2LN", "DIMENSION_RADIUS", "DIMENSION_DIAMETER"},
+         false},
         {"POLYLINE", {"POLYLINE_2D", "POLYLINE_3D", "POLYLINE_PFACE", "POLYLINE_MESH"}, false},
         {"VERTEX",
          {"VERTEX_2D", "VERTEX_3D", "VERTEX_PFACE", "VERTEX_PFACE_FACE", "VERTEX_MESH"},
          false},
         {"LAYER", {"LAYER"}, true},        {"STYLE", {"STYLE"}, true},
         {"LTYPE", {"LTYPE"}, true},        {"APPID", {"APPID"}, true},
-        {"BLOCK_RECORD", {"BLOCK_HEADER"}, true},
+        {"BLOCK_RECORD", {"BLOCK_HEADER"}, true}, {"DIMSTYLE", {"DIMSTYLE"}, true},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(std::max(0, countIn(row.record ? records : entities, row.ours)),
                   theirs(row.theirs))
             << row.ours;
     }
-    for (const char* unread : {"HATCH", "SPLINE", "DIMENSION_LINEAR", "VIEWPORT", "MLINE"}) {
+    for (const char* unread : {"VIEWPORT", "MLINE", "LEADER", "TOLERANCE", "MULTILEADER"}) {
         const int count = countIn(census.output, unread);
         ASSERT_GT(count, 0) << unread;
         EXPECT_THAT(plain.out, HasSubstr(std::to_string(count) + " " + unread + " object"))

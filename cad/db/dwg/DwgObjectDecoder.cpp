@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "cad/db/dwg/DwgCrc.h"
 #include "cad/sys/CaretText.h"
@@ -571,7 +572,7 @@ void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
         const int code = static_cast<std::uint16_t>(items.rawShort());
         const auto in = [code](int low, int high) { return code >= low && code <= high; };
         if (in(0, 9) || in(100, 109) || in(300, 309) || in(410, 419) || in(430, 439) ||
-            in(470, 479) || in(999, 1009)) {
+            in(470, 479) || in(999, 1003)) {
             const auto length = static_cast<std::uint16_t>(items.rawShort());
             items.rawChar();  // code page
             text(r, code, items.bytes(length));
@@ -579,8 +580,8 @@ void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
             point(r, code, items.point3Raw());
         } else if (in(40, 59) || in(140, 149) || in(460, 469) || in(1040, 1059)) {
             real(r, code, items.rawDouble());
-        } else if (in(60, 79) || in(170, 179) || in(270, 279) || in(400, 409) ||
-                   in(1060, 1070)) {
+        } else if (in(60, 79) || in(170, 179) || in(270, 279) || in(370, 389) ||
+                   in(400, 409) || in(1060, 1070)) {
             integer(r, code, items.rawShort());
         } else if (in(90, 99) || in(420, 429) || in(440, 449) || in(1071, 1071)) {
             integer(r, code, items.rawLong());
@@ -593,7 +594,7 @@ void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
         } else if (in(310, 319) || in(1004, 1004)) {
             const std::uint8_t length = items.rawChar();
             r.tags.push_back({code, hexBytes(items.bytes(length)), 0});
-        } else if (in(320, 369) || in(390, 399) || in(480, 481)) {
+        } else if (in(320, 369) || in(390, 399) || in(480, 481) || code == 1005) {
             std::uint64_t value = 0;
             for (int i = 0; i < 8; ++i) value |= std::uint64_t{items.rawChar()} << (8 * i);
             handleTag(r, code, value);
@@ -841,6 +842,70 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             real(r, 42, end);
             return true;
         }
+        case 0x14: case 0x15: case 0x16: case 0x17: case 0x18: case 0x19: case 0x1A:
+            dimensionFields(r);
+            return true;
+        case 0x24: {
+            const std::int32_t scenario = data_.bitLong();
+            const std::int32_t degree = data_.bitLong();
+            int flags = 8;  // planar, as DXF writers mark every spline drawn in a plane
+            double knotTolerance = 0.0, controlTolerance = 0.0, fitTolerance = 0.0;
+            ge::Point3d startTangent, endTangent;
+            std::int32_t knots = 0, controls = 0, fits = 0;
+            bool weighted = false;
+            if (scenario == 2) {
+                fitTolerance = data_.bitDouble();
+                startTangent = data_.point3Bit();
+                endTangent = data_.point3Bit();
+                fits = data_.bitLong();
+            } else if (scenario == 1) {
+                if (data_.bit()) flags |= 4;
+                if (data_.bit()) flags |= 1;
+                if (data_.bit()) flags |= 2;
+                knotTolerance = data_.bitDouble();
+                controlTolerance = data_.bitDouble();
+                knots = data_.bitLong();
+                controls = data_.bitLong();
+                weighted = data_.bit();
+            } else {
+                data_.fail();
+                return true;
+            }
+            if (!fitsIn(knots) || !fitsIn(controls) || !fitsIn(fits)) return true;
+            std::vector<double> knotList, weights;
+            std::vector<ge::Point3d> controlPoints, fitPoints;
+            for (std::int32_t i = 0; i < knots && !data_.failed(); ++i) {
+                knotList.push_back(data_.bitDouble());
+            }
+            for (std::int32_t i = 0; i < controls && !data_.failed(); ++i) {
+                controlPoints.push_back(data_.point3Bit());
+                if (weighted) weights.push_back(data_.bitDouble());
+            }
+            for (std::int32_t i = 0; i < fits && !data_.failed(); ++i) {
+                fitPoints.push_back(data_.point3Bit());
+            }
+            marker(r, "AcDbSpline");
+            integer(r, 70, flags);
+            integer(r, 71, degree);
+            integer(r, 72, knots);
+            integer(r, 73, controls);
+            integer(r, 74, fits);
+            real(r, 42, knotTolerance);
+            real(r, 43, controlTolerance);
+            if (scenario == 2) {
+                real(r, 44, fitTolerance);
+                point(r, 12, startTangent);
+                point(r, 13, endTangent);
+            }
+            for (const double k : knotList) real(r, 40, k);
+            for (const double w : weights) real(r, 41, w);
+            for (const ge::Point3d& p : controlPoints) point(r, 10, p);
+            for (const ge::Point3d& p : fitPoints) point(r, 11, p);
+            return true;
+        }
+        case 0x45:
+            dimensionStyleFields(r);
+            return true;
         case 0x28:
         case 0x29: {
             const ge::Point3d base = data_.point3Bit();
@@ -1100,6 +1165,7 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         }
         case 0x4D:
             break;  // LWPOLYLINE: decoded below with the classes of that name
+        case 0x4E:
         case 0x4F:
             break;
         case 0x50:
@@ -1176,6 +1242,10 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         // are the objects the record owns, already named there.
         return true;
     }
+    if (name == "HATCH") {
+        hatchFields(r);
+        return true;
+    }
     if (name == "ACDBPLACEHOLDER") return true;
     if (name == "DICTIONARYVAR") {
         const int schema = data_.rawChar();
@@ -1208,6 +1278,330 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         return true;
     }
     return false;
+}
+
+bool DwgObjectDecoder::fitsIn(std::int64_t count) {
+    // Each item takes at least two bits; a count the record cannot hold is damage.
+    if (count < 0 || static_cast<std::uint64_t>(count) > data_.sizeInBits() / 2) {
+        data_.fail();
+        return false;
+    }
+    return true;
+}
+
+void DwgObjectDecoder::dimensionFields(DwgRecord& r) {
+    const bool r2k = r2000();
+    const ge::Vector3d extrusion = data_.vector3Bit();
+    ge::Point3d textMiddle = data_.point2Raw();
+    const double elevation = data_.bitDouble();
+    textMiddle.z = elevation;
+    const int flags1 = data_.rawChar();
+    const std::string userText = data_.text();
+    const double textRotation = data_.bitDouble();
+    const double horizontal = data_.bitDouble();
+    data_.bitDouble();  // the scale and rotation of the block's insertion, not in DXF
+    data_.bitDouble();
+    data_.bitDouble();
+    data_.bitDouble();
+    int attachment = 5, spacingStyle = 1;
+    double spacingFactor = 1.0, measurement = 0.0;
+    if (r2k) {
+        attachment = data_.bitShort();
+        spacingStyle = data_.bitShort();
+        spacingFactor = data_.bitDouble();
+        measurement = data_.bitDouble();
+    }
+    ge::Point3d clone = data_.point2Raw();
+    clone.z = elevation;
+
+    int type = 0;
+    const char* subclass = nullptr;
+    const char* second = nullptr;
+    ge::Point3d definition, p13, p14, p15, p16;
+    double leaderLength = 0.0, extensionRotation = 0.0, rotation = 0.0;
+    bool has13 = false, has14 = false, has15 = false, has16 = false;
+    switch (r.type) {
+        case 0x14: {
+            definition = data_.point3Bit();
+            p13 = data_.point3Bit();
+            p14 = data_.point3Bit();
+            if (data_.rawChar() & 1) type |= 64;
+            type |= 6;
+            subclass = "AcDbOrdinateDimension";
+            has13 = has14 = true;
+            break;
+        }
+        case 0x15:
+        case 0x16:
+            p13 = data_.point3Bit();
+            p14 = data_.point3Bit();
+            definition = data_.point3Bit();
+            extensionRotation = data_.bitDouble();
+            if (r.type == 0x15) rotation = data_.bitDouble();
+            type |= r.type == 0x15 ? 0 : 1;
+            subclass = "AcDbAlignedDimension";
+            if (r.type == 0x15) second = "AcDbRotatedDimension";
+            has13 = has14 = true;
+            break;
+        case 0x17:
+            definition = data_.point3Bit();
+            p13 = data_.point3Bit();
+            p14 = data_.point3Bit();
+            p15 = data_.point3Bit();
+            type |= 5;
+            subclass = "AcDb3PointAngularDimension";
+            has13 = has14 = has15 = true;
+            break;
+        case 0x18: {
+            const ge::Point3d arc = data_.point2Raw();
+            p16 = {arc.x, arc.y, elevation};
+            p13 = data_.point3Bit();
+            p14 = data_.point3Bit();
+            p15 = data_.point3Bit();
+            definition = data_.point3Bit();
+            type |= 2;
+            subclass = "AcDb2LineAngularDimension";
+            has13 = has14 = has15 = has16 = true;
+            break;
+        }
+        default:
+            definition = data_.point3Bit();
+            p15 = data_.point3Bit();
+            leaderLength = data_.bitDouble();
+            type |= r.type == 0x19 ? 4 : 3;
+            subclass = r.type == 0x19 ? "AcDbRadialDimension" : "AcDbDiametricDimension";
+            has15 = true;
+            break;
+    }
+    // Bit 0 of the first flags is the opposite of "text where the user put it" (128); bit 1
+    // is the 32 of the type, which every dimension with its own block carries.
+    if (!(flags1 & 1)) type |= 128;
+    if (flags1 & 2) type |= 32;
+    const std::uint64_t style = ref();
+    const std::uint64_t block = ref();
+
+    marker(r, "AcDbDimension");
+    nameTag(r, 2, block);
+    point(r, 10, definition);
+    point(r, 11, textMiddle);
+    if (clone.x != 0.0 || clone.y != 0.0) point(r, 12, clone);
+    integer(r, 70, type);
+    if (!userText.empty()) text(r, 1, userText);
+    if (r2k) {
+        integer(r, 71, attachment);
+        integer(r, 72, spacingStyle);
+        real(r, 41, spacingFactor);
+        real(r, 42, measurement);
+    }
+    if (textRotation != 0.0) angle(r, 53, textRotation);
+    if (horizontal != 0.0) angle(r, 51, horizontal);
+    point(r, 210, {extrusion.x, extrusion.y, extrusion.z});
+    nameTag(r, 3, style);
+    marker(r, subclass);
+    if (has13) point(r, 13, p13);
+    if (has14) point(r, 14, p14);
+    if (has15) point(r, 15, p15);
+    if (has16) point(r, 16, p16);
+    if (r.type == 0x19 || r.type == 0x1A) real(r, 40, leaderLength);
+    if (r.type == 0x15 || r.type == 0x16) {
+        if (r.type == 0x15) angle(r, 50, rotation);
+        if (extensionRotation != 0.0) angle(r, 52, extensionRotation);
+    }
+    if (second) marker(r, second);
+}
+
+void DwgObjectDecoder::dimensionStyleFields(DwgRecord& r) {
+    int flags = 0;
+    tableEntryStart(r, "AcDbDimStyleTableRecord", flags);
+    std::vector<DwgTag> values;
+    const auto flag = [&](int code) { values.push_back({code, data_.bit() ? "1" : "0", 0}); };
+    const auto byte = [&](int code) { values.push_back({code, std::to_string(data_.rawChar()), 0}); };
+    const auto small = [&](int code) {
+        values.push_back({code, std::to_string(data_.bitShort()), 0});
+    };
+    const auto number = [&](int code) {
+        values.push_back({code, formatReal(data_.bitDouble()), 0});
+    };
+    const auto words = [&](int code) {
+        values.push_back({code, sys::toCaretForm(data_.text()), 0});
+    };
+    if (!r2000()) {
+        for (const int code : {71, 72, 73, 74, 75, 76, 170, 172, 173, 174, 175}) flag(code);
+        byte(171);
+        byte(78);
+        flag(281);
+        flag(282);
+        byte(283);
+        byte(280);
+        byte(287);
+        flag(288);
+        byte(284);
+        byte(285);
+        byte(286);
+        byte(77);
+        for (const int code : {270, 275, 271, 272, 273, 274}) small(code);
+        for (const int code : {40, 41, 42, 43, 44, 45, 46, 47, 48, 140, 141, 142, 143, 144,
+                               145, 146, 147}) {
+            number(code);
+        }
+        for (const int code : {3, 4, 5, 6, 7}) words(code);
+        for (const int code : {176, 177, 178}) small(code);
+    } else {
+        words(3);
+        words(4);
+        for (const int code : {40, 41, 42, 43, 44, 45, 46, 47, 48}) number(code);
+        for (const int code : {71, 72, 73, 74, 75, 76}) flag(code);
+        for (const int code : {77, 78, 79}) small(code);
+        for (const int code : {140, 141, 142, 143, 144, 145, 146, 147, 148}) number(code);
+        flag(170);
+        small(171);
+        for (const int code : {172, 173, 174, 175}) flag(code);
+        for (const int code : {176, 177, 178, 179, 271, 272, 273, 274, 275, 276, 277, 278,
+                               279, 280}) {
+            small(code);
+        }
+        flag(281);
+        flag(282);
+        for (const int code : {283, 284, 285, 286}) small(code);
+        flag(288);
+        small(289);  // the fit of text and arrows; DIMFIT before R2000
+        small(371);
+        small(372);
+    }
+    data_.bit();
+    ref();  // external reference block
+    const std::uint64_t textStyle = ref();
+    std::uint64_t blocks[4] = {};
+    if (r2000()) {
+        for (std::uint64_t& block : blocks) block = ref();
+    }
+    text(r, 2, r.name);
+    integer(r, 70, flags);
+    for (DwgTag& value : values) {
+        r.tags.push_back(std::move(value));
+    }
+    if (textStyle != 0) handleTag(r, 340, textStyle);
+    for (int i = 0; i < 4; ++i) {
+        if (blocks[i] != 0) handleTag(r, 341 + i, blocks[i]);
+    }
+}
+
+void DwgObjectDecoder::hatchFields(DwgRecord& r) {
+    const double elevation = data_.bitDouble();
+    const ge::Vector3d extrusion = data_.vector3Bit();
+    const std::string pattern = data_.text();
+    const bool solid = data_.bit();
+    const bool associative = data_.bit();
+    const std::int32_t paths = data_.bitLong();
+    if (!fitsIn(paths)) return;
+    marker(r, "AcDbHatch");
+    point(r, 10, {0, 0, elevation});
+    point(r, 210, {extrusion.x, extrusion.y, extrusion.z});
+    text(r, 2, pattern);
+    integer(r, 70, solid ? 1 : 0);
+    integer(r, 71, associative ? 1 : 0);
+    integer(r, 91, paths);
+    bool derived = false;
+    const auto flat = [&](int code, const ge::Point3d& p) { point(r, code, p, false); };
+    for (std::int32_t i = 0; i < paths && !data_.failed(); ++i) {
+        const std::int32_t pathFlags = data_.bitLong();
+        if (pathFlags & 4) derived = true;
+        integer(r, 92, pathFlags);
+        if (!(pathFlags & 2)) {
+            const std::int32_t edges = data_.bitLong();
+            if (!fitsIn(edges)) return;
+            integer(r, 93, edges);
+            for (std::int32_t e = 0; e < edges && !data_.failed(); ++e) {
+                const int kind = data_.rawChar();
+                integer(r, 72, kind);
+                switch (kind) {
+                    case 1:
+                        flat(10, data_.point2Raw());
+                        flat(11, data_.point2Raw());
+                        break;
+                    case 2:
+                        flat(10, data_.point2Raw());
+                        real(r, 40, data_.bitDouble());
+                        angle(r, 50, data_.bitDouble());
+                        angle(r, 51, data_.bitDouble());
+                        integer(r, 73, data_.bit() ? 1 : 0);
+                        break;
+                    case 3:
+                        flat(10, data_.point2Raw());
+                        flat(11, data_.point2Raw());
+                        real(r, 40, data_.bitDouble());
+                        angle(r, 50, data_.bitDouble());
+                        angle(r, 51, data_.bitDouble());
+                        integer(r, 73, data_.bit() ? 1 : 0);
+                        break;
+                    case 4: {
+                        integer(r, 94, data_.bitLong());
+                        const bool rational = data_.bit();
+                        integer(r, 73, rational ? 1 : 0);
+                        integer(r, 74, data_.bit() ? 1 : 0);
+                        const std::int32_t knots = data_.bitLong();
+                        const std::int32_t controls = data_.bitLong();
+                        if (!fitsIn(knots) || !fitsIn(controls)) return;
+                        integer(r, 95, knots);
+                        integer(r, 96, controls);
+                        for (std::int32_t k = 0; k < knots && !data_.failed(); ++k) {
+                            real(r, 40, data_.bitDouble());
+                        }
+                        for (std::int32_t c = 0; c < controls && !data_.failed(); ++c) {
+                            flat(10, data_.point2Raw());
+                            if (rational) real(r, 42, data_.bitDouble());
+                        }
+                        break;
+                    }
+                    default:
+                        data_.fail();
+                        return;
+                }
+            }
+        } else {
+            const bool bulges = data_.bit();
+            const bool closed = data_.bit();
+            const std::int32_t vertices = data_.bitLong();
+            if (!fitsIn(vertices)) return;
+            integer(r, 72, bulges ? 1 : 0);
+            integer(r, 73, closed ? 1 : 0);
+            integer(r, 93, vertices);
+            for (std::int32_t v = 0; v < vertices && !data_.failed(); ++v) {
+                flat(10, data_.point2Raw());
+                if (bulges) real(r, 42, data_.bitDouble());
+            }
+        }
+        const std::int32_t sources = data_.bitLong();
+        if (!fitsIn(sources)) return;
+        integer(r, 97, sources);
+        for (std::int32_t h = 0; h < sources && !handles_.failed(); ++h) {
+            handleTag(r, 330, ref());
+        }
+    }
+    integer(r, 75, data_.bitShort());
+    integer(r, 76, data_.bitShort());
+    if (!solid) {
+        angle(r, 52, data_.bitDouble());
+        real(r, 41, data_.bitDouble());
+        integer(r, 77, data_.bit() ? 1 : 0);
+        const int lines = data_.bitShort();
+        integer(r, 78, lines);
+        for (int l = 0; l < lines && !data_.failed(); ++l) {
+            angle(r, 53, data_.bitDouble());
+            real(r, 43, data_.bitDouble());
+            real(r, 44, data_.bitDouble());
+            real(r, 45, data_.bitDouble());
+            real(r, 46, data_.bitDouble());
+            const int dashes = data_.bitShort();
+            integer(r, 79, dashes);
+            for (int d = 0; d < dashes && !data_.failed(); ++d) real(r, 49, data_.bitDouble());
+        }
+    }
+    if (derived) real(r, 47, data_.bitDouble());
+    const std::int32_t seeds = data_.bitLong();
+    if (!fitsIn(seeds)) return;
+    integer(r, 98, seeds);
+    for (std::int32_t i = 0; i < seeds && !data_.failed(); ++i) flat(10, data_.point2Raw());
 }
 
 }  // namespace cad::db::dwg

@@ -56,6 +56,11 @@ private:
     void insertFields(DwgRecord& r, bool multiple);
     void tableEntryStart(DwgRecord& r, const char* subclass, int& flags);
     void xrecordData(DwgRecord& r, std::size_t byteCount);
+    void dimensionFields(DwgRecord& r);
+    void dimensionStyleFields(DwgRecord& r);
+    void hatchFields(DwgRecord& r);
+    // False, with the data stream failed, when `count` items cannot fit in the record.
+    bool fitsIn(std::int64_t count);
 
     std::string_view file_;
     const DwgFileLayout& layout_;

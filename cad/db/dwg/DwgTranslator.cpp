@@ -66,7 +66,8 @@ private:
 
 void Writer::common(const DwgRecord& r, std::string_view type, std::uint64_t owner, bool paper) {
     put(0, type);
-    put(5, hex(r.handle));
+    // Dimension styles carry their handle under 105, every other record under 5.
+    if (r.handle != 0) put(type == "DIMSTYLE" ? 105 : 5, hex(r.handle));
     if (!r.reactors.empty()) {
         put(102, "{ACAD_REACTORS");
         for (const std::uint64_t reactor : r.reactors) put(330, hex(reactor));
@@ -149,7 +150,13 @@ void Writer::entitiesOf(std::uint64_t block, bool paper) {
 void Writer::block(const DwgRecord& record) {
     const bool space = record.handle == modelSpace_ || record.handle == paperSpace_;
     const bool paper = record.handle == paperSpace_;
-    if (const DwgRecord* begin = find(record.blockEntity)) {
+    // A block whose BLOCK or ENDBLK did not read still gets both, without a handle: the DXF
+    // reader gives them one and reports it, and the block keeps its entities.
+    DwgRecord missing;
+    missing.isEntity = true;
+    const DwgRecord* begin = find(record.blockEntity);
+    if (begin == nullptr || begin->type != 0x04) begin = &missing;
+    {
         common(*begin, "BLOCK", record.handle, paper);
         put(100, "AcDbBlockBegin");
         put(2, record.name);
@@ -166,7 +173,9 @@ void Writer::block(const DwgRecord& record) {
         tags(begin->xdata);
     }
     if (!space) entitiesOf(record.handle, false);
-    if (const DwgRecord* end = find(record.endblkEntity)) {
+    const DwgRecord* end = find(record.endblkEntity);
+    if (end == nullptr || end->type != 0x05) end = &missing;
+    {
         common(*end, "ENDBLK", record.handle, paper);
         put(100, "AcDbBlockEnd");
         tags(end->xdata);
