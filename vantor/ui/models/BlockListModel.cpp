@@ -44,7 +44,7 @@ void BlockListModel::setBlocks(std::string drawingPath, const std::vector<BlockL
     for (const BlockListEntry& entry : blocks) {
         QIcon icon;
         if (entry.hasPreviewIcon && database != nullptr) icon = storedIcon(*database, entry.name);
-        rows_.push_back({entry, icon});
+        rows_.push_back({entry, icon, !icon.isNull()});
     }
     endResetModel();
 }
@@ -71,13 +71,16 @@ int BlockListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant BlockListModel::data(const QModelIndex& index, int role) const {
     if (index.row() < 0 || static_cast<std::size_t>(index.row()) >= rows_.size()) return {};
-    const Row& row = rows_[index.row()];
+    Row& row = rows_[index.row()];
     switch (role) {
         case Qt::DisplayRole:
         case Qt::ToolTipRole:
             return qText(index.column() == 0 ? row.entry.name : row.entry.description);
         case Qt::DecorationRole:
-            if (index.column() == 0 && !row.icon.isNull()) return row.icon;
+            if (index.column() != 0) return {};
+            if (!row.tried && drawIcon_) row.icon = drawIcon_(drawingPath_, row.entry.name);
+            row.tried = true;
+            if (!row.icon.isNull()) return row.icon;
             return {};
         default:
             return {};

@@ -4,6 +4,7 @@
 
 #include <QAbstractTableModel>
 #include <QIcon>
+#include <functional>
 #include <vector>
 
 #include "vantor/store/ListBase.h"
@@ -19,7 +20,12 @@ class BlockListModel : public QAbstractTableModel {
 public:
     static constexpr int kColumnCount = 2;
 
+    // Draws the icon of a block that stores none; a null icon when it cannot.
+    using DrawIcon = std::function<QIcon(const std::string& drawingPath, const std::string& block)>;
+
     explicit BlockListModel(QObject* parent = nullptr);
+    // Without it a block with no stored icon shows none.
+    void setIconDrawer(DrawIcon draw) { drawIcon_ = std::move(draw); }
 
     // The blocks listed from `database` (its block table, as CListBase lists them), with
     // their icons. `drawingPath` names where they come from.
@@ -40,10 +46,13 @@ public:
 private:
     struct Row {
         BlockListEntry entry;
-        QIcon icon;  // null when the block stores none
+        QIcon icon;          // the stored one, or the drawn one once asked for
+        bool tried = false;  // drawing the icon was tried
     };
+    DrawIcon drawIcon_;
     std::string drawingPath_;
-    std::vector<Row> rows_;
+    // Mutable: icons are drawn when a view first asks for them, so only rows seen are drawn.
+    mutable std::vector<Row> rows_;
 };
 
 }  // namespace vantor

@@ -75,6 +75,7 @@ QImage drawBlockPreview(cad::db::Database& database, const BlockPreviewRequest& 
     QImage image(request.size, QImage::Format_RGB32);
     const cad::gs::Box2d shown = cad::gs::renderBlock(scene, blockId, render, image);
 
+    if (!request.markers) return image;
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     drawMarker(painter, toPixels(shown, request.size, origin.x, origin.y), QColor(255, 220, 0),

@@ -23,6 +23,8 @@ struct BlockPreviewRequest {
     QSize size;
     // The BOM mark's offset from the block's base point, when the record stores one.
     std::optional<cad::ge::Point3d> bomMark;
+    // The base point and the mark drawn and named; an icon goes without.
+    bool markers = true;
 };
 
 // A null image when the drawing has no such block or the size is empty.

@@ -59,8 +59,8 @@ void CRecListView::setStyle(Style style) {
         default:
             style = Icons;
             listView_->setViewMode(QListView::IconMode);
-            listView_->setIconSize(QSize(32, 32));
-            listView_->setGridSize(QSize(96, 72));
+            listView_->setIconSize(QSize(48, 48));
+            listView_->setGridSize(QSize(110, 80));
             setCurrentWidget(listView_);
             break;
     }

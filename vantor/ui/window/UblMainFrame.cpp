@@ -3,6 +3,7 @@
 
 #include <QActionGroup>
 #include <QLabel>
+#include <QPixmap>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -28,6 +29,7 @@
 #include "vantor/ui/dialogs/SupplierInfoPanel.h"
 #include "vantor/ui/explorer/ShellTreeViewEx.h"
 #include "vantor/ui/models/BlockListModel.h"
+#include "vantor/ui/models/BlockPreview.h"
 #include "vantor/ui/models/CategoryTreeModel.h"
 #include "vantor/ui/models/DrawingTreeModel.h"
 #include "vantor/ui/models/ModelText.h"
@@ -207,6 +209,12 @@ void CUblMainFrame::buildClientArea() {
     categoryTree_->showTree(tree_, *treeModel_);
     leftSplitter_->addView(1, categoryTree_);
 
+    blockModel_->setIconDrawer([this](const std::string& path, const std::string& block) {
+        cad::db::Database* database = drawings_.open(path);
+        if (database == nullptr) return QIcon();
+        const QImage image = drawBlockPreview(*database, {block, QSize(48, 48), std::nullopt, false});
+        return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
+    });
     dataPane_ = new CRecListView(*blockModel_, settings_, rightUpperSplitter_);
     partList_ = new CListViewEx(*partModel_, settings_, rightUpperSplitter_);
     rightUpperSplitter_->addView(0, dataPane_);

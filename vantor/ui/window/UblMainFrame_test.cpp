@@ -109,6 +109,17 @@ TEST_F(LibraryFrame, LayoutComesFromTheSettingsAndTheFrameKeepsItsSmallestSize) 
     EXPECT_EQ(settings_.geometry[ModuleSettings::kHeight], "700");
 }
 
+TEST_F(LibraryFrame, AWindowMadeAgainComesBackWhereTheLastOneWasLeft) {
+    {
+        auto frame = open();
+        frame->setGeometry(130, 90, 900, 650);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(settings_.geometry[ModuleSettings::kPosX], "130");
+    auto again = open();
+    EXPECT_EQ(again->geometry(), QRect(130, 90, 900, 650));
+}
+
 TEST_F(LibraryFrame, EachListStoresOnlyItsOwnColumnWidths) {
     settings_.dataView = 1;
     auto frame = open();
