@@ -327,8 +327,8 @@ void DwgObjectDecoder::readCommon(DwgRecord& record, bool entity) {
         }
         record.layer = ref();
         if (linetypeFlags == 3) record.linetype = ref();
-        if (linetypeFlags == 1) record.linetypeName = "BYBLOCK";
-        if (linetypeFlags == 2) record.linetypeName = "CONTINUOUS";
+        if (linetypeFlags == 1) record.linetypeName = "ByBlock";
+        if (linetypeFlags == 2) record.linetypeName = "Continuous";
         if (plotStyleFlags == 3) ref();
         return;
     }
@@ -1100,6 +1100,9 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         case 0x39: {
             int flags = 0;
             tableEntryStart(r, "AcDbLinetypeTableRecord", flags);
+            // The two linetypes every drawing has are stored in capitals; DXF spells them so.
+            if (r.name == "BYLAYER") r.name = "ByLayer";
+            if (r.name == "BYBLOCK") r.name = "ByBlock";
             const std::string description = data_.text();
             const double length = data_.bitDouble();
             const int alignment = data_.rawChar();

@@ -7,6 +7,7 @@
 #include <charconv>
 #include <unordered_map>
 
+#include "cad/db/dwg/DwgHeaderVariables.h"
 #include "cad/db/dwg/DwgObjectDecoder.h"
 
 namespace cad::db::dwg {
@@ -26,9 +27,9 @@ bool isSubentity(int type) {
 
 class Writer {
 public:
-    Writer(const DwgFileLayout& layout, std::unordered_map<std::uint64_t, DwgRecord>& records,
-           std::vector<std::uint64_t> order)
-        : layout_(layout), records_(records), order_(std::move(order)) {}
+    Writer(const DwgFileLayout& layout, const DwgHeaderVariables& header,
+           std::unordered_map<std::uint64_t, DwgRecord>& records, std::vector<std::uint64_t> order)
+        : layout_(layout), header_(header), records_(records), order_(std::move(order)) {}
 
     std::string write();
 
@@ -57,6 +58,7 @@ private:
     void nameBlocks();
 
     const DwgFileLayout& layout_;
+    const DwgHeaderVariables& header_;
     std::unordered_map<std::uint64_t, DwgRecord>& records_;
     std::vector<std::uint64_t> order_;  // every decoded handle, ascending
     std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> owned_;
@@ -244,7 +246,11 @@ std::string Writer::write() {
     put(9, "$DWGCODEPAGE");
     put(3, layout_.codePageName.empty() ? "ANSI_1252" : layout_.codePageName);
     put(9, "$HANDSEED");
-    put(5, hex(seed + 1));
+    put(5, hex(std::max(seed + 1, header_.handseed)));
+    for (const DwgHeaderVariable& variable : header_.variables) {
+        put(9, variable.name);
+        tags(variable.tags);
+    }
     put(0, "ENDSEC");
 
     if (!layout_.classes.empty()) {
@@ -312,8 +318,10 @@ std::string Writer::write() {
 
     put(0, "SECTION");
     put(2, "OBJECTS");
-    const DwgRecord* root = nullptr;
+    const DwgRecord* root = find(header_.namedObjects);
+    if (root && root->type != 0x2A) root = nullptr;
     for (const std::uint64_t handle : order_) {
+        if (root) break;
         const DwgRecord& r = records_.at(handle);
         if (r.type == 0x2A && r.owner == 0) {
             root = &r;
@@ -372,7 +380,9 @@ std::optional<DwgError> DwgTranslator::translate(std::string_view bytes, DwgTran
         records.emplace(record.handle, std::move(record));
     }
     std::sort(order.begin(), order.end());
-    out.dxf = Writer(out.layout, records, std::move(order)).write();
+    const DwgHeaderVariables header = readHeaderVariables(bytes, out.layout);
+    if (!header.complete) out.layout.warnings.push_back("the header variables do not read");
+    out.dxf = Writer(out.layout, header, records, std::move(order)).write();
     return std::nullopt;
 }
 

@@ -79,6 +79,12 @@ TEST(DwgTranslator, DatabaseReadsDwgByItsBytesWhateverItsName) {
         modelEntities = space->entityIds().size();
     }
     EXPECT_GT(modelEntities, 100u);
+    // Header variables come through with the names their handles point at.
+    EXPECT_EQ(db.header().text("$DIMASZ"), "0.18");
+    EXPECT_EQ(db.header().text("$PDMODE"), "34");
+    EXPECT_EQ(db.header().text("$DIMSTYLE"), "CUSTOM_STYLE_LTYPES");
+    EXPECT_EQ(db.header().text("$TEXTSTYLE"), "STANDARD");
+    EXPECT_EQ(db.header().text("$LIMMAX"), "12");
     bool reported = false;
     for (const AuditIssue& issue : db.loadIssues()) {
         if (issue.code == kIssueNotReadFromDwg &&
