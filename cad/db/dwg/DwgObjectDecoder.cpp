@@ -1145,6 +1145,136 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             }
             return true;
         }
+        case 0x3D:
+        case 0x41: {
+            const bool vport = r.type == 0x41;
+            int flags = 0;
+            tableEntryStart(r, vport ? "AcDbViewportTableRecord" : "AcDbViewTableRecord", flags);
+            const double height = data_.bitDouble();
+            const double second = data_.bitDouble();  // a view's width; a viewport's width
+            const ge::Point3d center = data_.point2Raw();
+            const ge::Point3d target = data_.point3Bit();
+            const ge::Point3d direction = data_.point3Bit();
+            const double twist = data_.bitDouble();
+            const double lens = data_.bitDouble();
+            const double front = data_.bitDouble();
+            const double back = data_.bitDouble();
+            int mode = 0;
+            if (data_.bit()) mode |= 1;
+            if (data_.bit()) mode |= 2;
+            if (data_.bit()) mode |= 4;
+            if (!data_.bit()) mode |= 16;
+            int renderMode = 0;
+            if (r2k) renderMode = data_.rawChar();
+            text(r, 2, r.name);
+            if (!vport) {
+                if (data_.bit()) flags |= 1;
+                integer(r, 70, flags);
+                real(r, 40, height);
+                point(r, 10, center, false);
+                real(r, 41, second);
+                point(r, 11, direction);
+                point(r, 12, target);
+                real(r, 42, lens);
+                real(r, 43, front);
+                real(r, 44, back);
+                angle(r, 50, twist);
+                integer(r, 71, mode);
+                if (r2k) {
+                    integer(r, 281, renderMode);
+                    const bool ucs = data_.bit();
+                    integer(r, 72, ucs ? 1 : 0);
+                    if (ucs) {
+                        point(r, 110, data_.point3Bit());
+                        point(r, 111, data_.point3Bit());
+                        point(r, 112, data_.point3Bit());
+                        real(r, 146, data_.bitDouble());
+                        integer(r, 79, data_.bitShort());
+                        ref();  // external reference block
+                        const std::uint64_t baseUcs = ref();
+                        const std::uint64_t namedUcs = ref();
+                        if (namedUcs != 0) handleTag(r, 345, namedUcs);
+                        if (baseUcs != 0) handleTag(r, 346, baseUcs);
+                    }
+                }
+                return true;
+            }
+            // A viewport stores its width where DXF keeps the ratio of width to height.
+            const double aspect = height != 0.0 ? second / height : 1.0;
+            const ge::Point3d lowerLeft = data_.point2Raw();
+            const ge::Point3d upperRight = data_.point2Raw();
+            if (data_.bit()) mode |= 8;
+            const int circleZoom = data_.bitShort();
+            const int fastZoom = data_.bit() ? 1 : 0;
+            int ucsIcon = data_.bit() ? 1 : 0;
+            if (data_.bit()) ucsIcon |= 2;
+            const int gridOn = data_.bit() ? 1 : 0;
+            const ge::Point3d gridSpacing = data_.point2Raw();
+            const int snapOn = data_.bit() ? 1 : 0;
+            const int snapStyle = data_.bit() ? 1 : 0;
+            const int isoPair = data_.bitShort();
+            const double snapRotation = data_.bitDouble();
+            const ge::Point3d snapBase = data_.point2Raw();
+            const ge::Point3d snapSpacing = data_.point2Raw();
+            integer(r, 70, flags);
+            point(r, 10, lowerLeft, false);
+            point(r, 11, upperRight, false);
+            point(r, 12, center, false);
+            point(r, 13, snapBase, false);
+            point(r, 14, snapSpacing, false);
+            point(r, 15, gridSpacing, false);
+            point(r, 16, direction);
+            point(r, 17, target);
+            real(r, 40, height);
+            real(r, 41, aspect);
+            real(r, 42, lens);
+            real(r, 43, front);
+            real(r, 44, back);
+            angle(r, 50, snapRotation);
+            angle(r, 51, twist);
+            integer(r, 71, mode);
+            integer(r, 72, circleZoom);
+            integer(r, 73, fastZoom);
+            integer(r, 74, ucsIcon);
+            integer(r, 75, snapOn);
+            integer(r, 76, gridOn);
+            integer(r, 77, snapStyle);
+            integer(r, 78, isoPair);
+            if (r2k) {
+                integer(r, 281, renderMode);
+                data_.bit();
+                integer(r, 65, data_.bit() ? 1 : 0);
+                point(r, 110, data_.point3Bit());
+                point(r, 111, data_.point3Bit());
+                point(r, 112, data_.point3Bit());
+                real(r, 146, data_.bitDouble());
+                integer(r, 79, data_.bitShort());
+                ref();  // external reference block
+                const std::uint64_t namedUcs = ref();
+                const std::uint64_t baseUcs = ref();
+                if (namedUcs != 0) handleTag(r, 345, namedUcs);
+                if (baseUcs != 0) handleTag(r, 346, baseUcs);
+            }
+            return true;
+        }
+        case 0x3F: {
+            int flags = 0;
+            tableEntryStart(r, "AcDbUCSTableRecord", flags);
+            const ge::Point3d origin = data_.point3Bit();
+            const ge::Point3d xAxis = data_.point3Bit();
+            const ge::Point3d yAxis = data_.point3Bit();
+            text(r, 2, r.name);
+            integer(r, 70, flags);
+            point(r, 10, origin);
+            point(r, 11, xAxis);
+            point(r, 12, yAxis);
+            if (r2k) {
+                real(r, 146, data_.bitDouble());
+                integer(r, 79, data_.bitShort());
+                data_.bitShort();
+            }
+            return true;
+        }
         case 0x43: {
             int flags = 0;
             tableEntryStart(r, "AcDbRegAppTableRecord", flags);
@@ -1170,6 +1300,7 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             break;  // LWPOLYLINE: decoded below with the classes of that name
         case 0x4E:
         case 0x4F:
+        case 0x52:
             break;
         case 0x50:
             return true;
@@ -1250,6 +1381,38 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         return true;
     }
     if (name == "ACDBPLACEHOLDER") return true;
+    if (name == "LAYOUT") {
+        layoutFields(r);
+        return true;
+    }
+    if (name == "SCALE") {
+        data_.bitShort();
+        const std::string scaleName = data_.text();
+        const double paper = data_.bitDouble();
+        const double drawing = data_.bitDouble();
+        const bool unit = data_.bit();
+        marker(r, "AcDbScale");
+        integer(r, 70, 0);
+        text(r, 300, scaleName);
+        real(r, 140, paper);
+        real(r, 141, drawing);
+        integer(r, 290, unit ? 1 : 0);
+        return true;
+    }
+    if (name == "SORTENTSTABLE") {
+        const std::uint64_t block = ref();
+        const std::int32_t count = data_.bitLong();
+        if (!fitsIn(count)) return true;
+        marker(r, "AcDbSortentsTable");
+        handleTag(r, 330, block);
+        for (std::int32_t i = 0; i < count && !data_.failed() && !handles_.failed(); ++i) {
+            // The sort key stands in the data stream, the entity in the handle stream.
+            const std::uint64_t sortKey = data_.handle().value;
+            handleTag(r, 331, ref());
+            handleTag(r, 5, sortKey);
+        }
+        return true;
+    }
     if (name == "DICTIONARYVAR") {
         const int schema = data_.rawChar();
         const std::string value = data_.text();
@@ -1605,6 +1768,94 @@ void DwgObjectDecoder::hatchFields(DwgRecord& r) {
     if (!fitsIn(seeds)) return;
     integer(r, 98, seeds);
     for (std::int32_t i = 0; i < seeds && !data_.failed(); ++i) flat(10, data_.point2Raw());
+}
+
+void DwgObjectDecoder::layoutFields(DwgRecord& r) {
+    const std::string pageName = data_.text();
+    const std::string printer = data_.text();
+    const int plotFlags = data_.bitShort();
+    double margins[4];
+    for (double& margin : margins) margin = data_.bitDouble();
+    const double paperWidth = data_.bitDouble();
+    const double paperHeight = data_.bitDouble();
+    const std::string paperSize = data_.text();
+    const double originX = data_.bitDouble();
+    const double originY = data_.bitDouble();
+    const int paperUnits = data_.bitShort();
+    const int rotation = data_.bitShort();
+    const int plotType = data_.bitShort();
+    double window[4];
+    for (double& corner : window) corner = data_.bitDouble();
+    const std::string viewName = data_.text();
+    const double numerator = data_.bitDouble();
+    const double denominator = data_.bitDouble();
+    const std::string styleSheet = data_.text();
+    const int scaleType = data_.bitShort();
+    const double scaleFactor = data_.bitDouble();
+    const double imageX = data_.bitDouble();
+    const double imageY = data_.bitDouble();
+
+    const std::string layoutName = data_.text();
+    const std::int32_t tabOrder = data_.bitLong();
+    const int layoutFlags = data_.bitShort();
+    const ge::Point3d ucsOrigin = data_.point3Bit();
+    const ge::Point3d limitsMin = data_.point2Raw();
+    const ge::Point3d limitsMax = data_.point2Raw();
+    const ge::Point3d insertionBase = data_.point3Bit();
+    const ge::Point3d xAxis = data_.point3Bit();
+    const ge::Point3d yAxis = data_.point3Bit();
+    const double elevation = data_.bitDouble();
+    const int orthographic = data_.bitShort();
+    const ge::Point3d extentsMin = data_.point3Bit();
+    const ge::Point3d extentsMax = data_.point3Bit();
+    const std::uint64_t block = ref();
+    const std::uint64_t viewport = ref();
+    const std::uint64_t baseUcs = ref();
+    const std::uint64_t namedUcs = ref();
+
+    marker(r, "AcDbPlotSettings");
+    text(r, 1, pageName);
+    text(r, 2, printer);
+    text(r, 4, paperSize);
+    text(r, 6, viewName);
+    for (int i = 0; i < 4; ++i) real(r, 40 + i, margins[i]);
+    real(r, 44, paperWidth);
+    real(r, 45, paperHeight);
+    real(r, 46, originX);
+    real(r, 47, originY);
+    real(r, 48, window[0]);
+    real(r, 49, window[1]);
+    real(r, 140, window[2]);
+    real(r, 141, window[3]);
+    real(r, 142, numerator);
+    real(r, 143, denominator);
+    integer(r, 70, plotFlags);
+    integer(r, 72, paperUnits);
+    integer(r, 73, rotation);
+    integer(r, 74, plotType);
+    text(r, 7, styleSheet);
+    integer(r, 75, scaleType);
+    real(r, 147, scaleFactor);
+    real(r, 148, imageX);
+    real(r, 149, imageY);
+    marker(r, "AcDbLayout");
+    text(r, 1, layoutName);
+    integer(r, 70, layoutFlags);
+    integer(r, 71, tabOrder);
+    point(r, 10, limitsMin, false);
+    point(r, 11, limitsMax, false);
+    point(r, 12, insertionBase);
+    point(r, 14, extentsMin);
+    point(r, 15, extentsMax);
+    real(r, 146, elevation);
+    point(r, 13, ucsOrigin);
+    point(r, 16, xAxis);
+    point(r, 17, yAxis);
+    integer(r, 76, orthographic);
+    handleTag(r, 330, block);
+    if (viewport != 0) handleTag(r, 331, viewport);
+    if (namedUcs != 0) handleTag(r, 345, namedUcs);
+    if (baseUcs != 0) handleTag(r, 346, baseUcs);
 }
 
 }  // namespace cad::db::dwg

@@ -59,6 +59,7 @@ private:
     void dimensionFields(DwgRecord& r);
     void dimensionStyleFields(DwgRecord& r);
     void hatchFields(DwgRecord& r);
+    void layoutFields(DwgRecord& r);
     // False, with the data stream failed, when `count` items cannot fit in the record.
     bool fitsIn(std::int64_t count);
 

@@ -48,7 +48,8 @@ TEST(DwgTranslator, SampleR14ReadsWithTheIndependentReadersCounts) {
         {"HATCH", 8},        {"SPLINE", 2},         {"DIMSTYLE", 6},     {"XRECORD", 342},
         {"DIMENSION_LINEAR", 3}, {"DIMENSION_ALIGNED", 2}, {"DIMENSION_ORDINATE", 2},
         {"DIMENSION_ANG3PT", 1}, {"DIMENSION_ANG2LN", 1}, {"DIMENSION_RADIUS", 1},
-        {"DIMENSION_DIAMETER", 1},
+        {"DIMENSION_DIAMETER", 1}, {"LAYOUT", 4}, {"SCALE", 33}, {"VPORT", 1}, {"VIEW", 1},
+        {"SORTENTSTABLE", 3},
     };
     for (const auto& [type, count] : expected) {
         const auto it = out.read.find(type);
