@@ -1,12 +1,15 @@
 // The drawing view widget: events in, pictures out.
 #include "cad/gui/DrawingViewWidget.h"
 
+#include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSignalBlocker>
 #include <QTabBar>
+#include <QTimer>
 #include <QWheelEvent>
 #include <cmath>
 
@@ -60,6 +63,7 @@ DrawingViewWidget::DrawingViewWidget(QWidget* parent)
     setCursor(Qt::BlankCursor);  // the crosshair is drawn
     setFocusPolicy(Qt::ClickFocus);
     setAccessibleName(tr("Drawing"));
+    setAcceptDrops(true);
     layoutTabs_->setShape(QTabBar::RoundedSouth);
     layoutTabs_->setDocumentMode(true);
     layoutTabs_->setExpanding(false);
@@ -122,6 +126,13 @@ void DrawingViewWidget::refreshLayoutTabs() {
 
 void DrawingViewWidget::setRequest(std::optional<ed::InputRequest> request) {
     request_ = std::move(request);
+    // The command a drop started drags from the drop point, not from wherever the mouse
+    // goes next.
+    if (request_ && droppedAt_) {
+        const ge::Point2d at = *droppedAt_;
+        droppedAt_.reset();
+        QTimer::singleShot(0, this, [this, at] { emit pointerMoved(at.x, at.y); });
+    }
     if (!takesPoints(request_)) snap_.reset();
     draggedSelection_.reset();
     if (gs::DrawingView* current = view(); current && request_ && request_->basePoint && !request_->dragged.empty())
@@ -433,6 +444,27 @@ void DrawingViewWidget::mouseMoveEvent(QMouseEvent* event) {
     const ge::Point2d world = snap_ ? snap_->point : current->toWorld(at.x(), at.y());
     emit pointerMoved(world.x, world.y);
     update();
+}
+
+void DrawingViewWidget::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasFormat(app::kCommandMimeType) && view() != nullptr)
+        event->acceptProposedAction();
+}
+
+void DrawingViewWidget::dragMoveEvent(QDragMoveEvent* event) {
+    if (event->mimeData()->hasFormat(app::kCommandMimeType) && view() != nullptr)
+        event->acceptProposedAction();
+}
+
+void DrawingViewWidget::dropEvent(QDropEvent* event) {
+    gs::DrawingView* current = view();
+    if (current == nullptr || !event->mimeData()->hasFormat(app::kCommandMimeType)) return;
+    event->acceptProposedAction();
+    const QPoint at = event->position().toPoint();
+    const ge::Point2d world = current->toWorld(at.x(), at.y());
+    droppedAt_ = world;
+    const QString command = QString::fromUtf8(event->mimeData()->data(app::kCommandMimeType));
+    emit commandDropped(command, world.x, world.y);
 }
 
 void DrawingViewWidget::mouseReleaseEvent(QMouseEvent* event) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "cad/app/ViewPort.h"
+#include "cad/app/CommandDrop.h"
 #include "cad/ed/DragPreview.h"
 #include "cad/ed/HitTester.h"
 #include "cad/ed/InputRequest.h"
@@ -94,6 +95,8 @@ signals:
     void selectionChanged();
     // The user or a viewing command moved the view (its centre or its scale).
     void viewChanged();
+    // A command string was dropped at a point of the drawing.
+    void commandDropped(const QString& command, double x, double y);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -105,6 +108,9 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     struct DocumentState;
@@ -129,6 +135,7 @@ private:
     std::optional<gs::DisplayList> draggedSelection_;  // what MOVE, COPY or ROTATE moves
     std::optional<QPoint> cursor_;
     std::optional<QPoint> panFrom_;
+    std::optional<ge::Point2d> droppedAt_;  // where a dropped command's first request starts
 };
 
 }  // namespace cad::gui

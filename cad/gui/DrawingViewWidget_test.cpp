@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
@@ -117,6 +118,34 @@ TEST_F(DrawingViewWidgetTest, AClickAnswersAWaitingRequestAtTheSnap) {
     QTest::mouseMove(&widget_, QPoint(5, 5));
     EXPECT_FALSE(widget_.snap());
     widget_.setRequest(std::nullopt);
+}
+
+TEST_F(DrawingViewWidgetTest, ACommandDroppedOnTheDrawingRunsFromTheDropPoint) {
+    QSignalSpy dropped(&widget_, &DrawingViewWidget::commandDropped);
+    QSignalSpy moved(&widget_, &DrawingViewWidget::pointerMoved);
+    QMimeData other;
+    other.setText("_LINE\n");  // plain text is no command
+    QDropEvent ignored(at(50, 50), Qt::CopyAction, &other, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget_, &ignored);
+    EXPECT_EQ(dropped.count(), 0);
+
+    QMimeData command;
+    command.setData(app::kCommandMimeType, QByteArray("_UBLI\n"));
+    QDragEnterEvent enter(at(40, 40), Qt::CopyAction, &command, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget_, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at(50, 50), Qt::CopyAction, &command, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget_, &drop);
+    ASSERT_EQ(dropped.count(), 1);
+    EXPECT_EQ(dropped[0][0].toString(), "_UBLI\n");
+    EXPECT_NEAR(dropped[0][1].toDouble(), 50.0, 1.0);
+    EXPECT_NEAR(dropped[0][2].toDouble(), 50.0, 1.0);
+    // The dropped command's first request is answered a sample at the drop point.
+    ed::InputRequest drag;
+    drag.kind = ed::InputRequest::Kind::Point;
+    widget_.setRequest(drag);
+    ASSERT_TRUE(moved.wait(1000));
+    EXPECT_NEAR(moved.last()[0].toDouble(), 50.0, 1.0);
 }
 
 TEST_F(DrawingViewWidgetTest, LayoutTabsSwitchSpacesAndADocumentThatGoesTakesItsView) {

@@ -122,6 +122,11 @@ void MainWindow::attachInput(QtInputSource& input) {
             [this](const ed::InputRequest& request) { drawingView_->setRequest(request); });
     connect(&input, &QtInputSource::requestEnded, drawingView_, [this] { drawingView_->setRequest(std::nullopt); });
     connect(drawingView_, &DrawingViewWidget::viewChanged, this, &MainWindow::storeView);
+    connect(drawingView_, &DrawingViewWidget::commandDropped, this,
+            [this](const QString& command, double x, double y) {
+                app_.editor().setLastPoint(ge::Point3d(x, y, 0.0));
+                runCommand(command.toStdString());
+            });
     connect(drawingView_, &DrawingViewWidget::selectionChanged, this,
             [this] { app_.editor().setPickfirst(drawingView_->selection()); });
     auto* snaps = new QAction(tr("Running object snaps"), this);
