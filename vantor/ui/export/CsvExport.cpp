@@ -1,7 +1,9 @@
 // Writing the part records of the category tree's drawings as separated text.
 #include "vantor/ui/export/CsvExport.h"
 
+#include <algorithm>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -17,9 +19,6 @@
 namespace vantor {
 
 namespace {
-
-// The first 13 labels name the record's texts after the group: KName to User6.
-constexpr std::size_t kRecordFieldCount = FieldLabels::User6 + 1;
 
 // What a field of this file can hold: a control character would break the record's line (or
 // end a text-mode read) and is left out, a tab only where it is the separator. `cut` is set
@@ -66,25 +65,33 @@ private:
     bool cut_ = false;
 };
 
-// The header names the view slots and the first 13 fields before "그룹명" and the 13 fields
-// again after it, so it is longer than a record line. Spreadsheets made from these files
-// expect that layout.
+// The columns of a record line after the drawing location, in the field table's CSV order:
+// the six view blocks, the group, then the 13 texts.
+std::span<const PartFields::Id, PartFields::kCount> recordColumns() {
+    return PartFields::inCsvOrder();
+}
+
+// The header names every titled field in title order before "그룹명" and the record line's
+// columns after the group again after it, so it is longer than a record line. Spreadsheets
+// made from these files expect that layout.
 void writeHeader(LineWriter& out, const FieldLabels::Texts& labels) {
     out.field("도면위치");
     for (const std::string& label : labels) out.field(label);
     out.field("그룹명");
-    for (std::size_t i = 0; i + 1 < kRecordFieldCount; ++i) out.field(labels[i]);
-    out.lastField(labels[kRecordFieldCount - 1]);
+    const auto columns = recordColumns();
+    const auto group = std::find(columns.begin(), columns.end(), PartFields::Group);
+    for (auto column = group + 1; column + 1 < columns.end(); ++column) out.field(labels[*column]);
+    out.lastField(labels[columns.back()]);
 }
 
 // A record that lost characters is named in `cut` by its drawing and its name as written.
 void writeRecord(LineWriter& out, std::string_view location, const PartRecord& record,
                  std::vector<std::string>& cut) {
     out.field(location);
-    for (const std::string& block : record.viewBlocks) out.field(block);
-    // Texts 0 to 13: the group, then the 13 fields.
-    for (std::size_t i = 0; i + 1 < PartRecord::kTextCount; ++i) out.field(record.text(i));
-    out.lastField(record.text(PartRecord::kTextCount - 1));
+    const auto columns = recordColumns();
+    for (auto column = columns.begin(); column + 1 < columns.end(); ++column)
+        out.field(record.text(*column));
+    out.lastField(record.text(columns.back()));
     if (out.takeCut()) {
         bool ignored = false;
         cut.push_back(std::string(location) + ": " +
