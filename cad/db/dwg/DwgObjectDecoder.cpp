@@ -906,6 +906,140 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
         case 0x45:
             dimensionStyleFields(r);
             return true;
+        case 0x22: {
+            const ge::Point3d center = data_.point3Bit();
+            const double width = data_.bitDouble();
+            const double height = data_.bitDouble();
+            marker(r, "AcDbViewport");
+            point(r, 10, center);
+            real(r, 40, width);
+            real(r, 41, height);
+            integer(r, 68, 1);
+            integer(r, 69, ++viewports_);
+            if (!r2k) {
+                ref();  // the viewport's entity header; the view itself is in its extended data
+                return true;
+            }
+            const ge::Point3d target = data_.point3Bit();
+            const ge::Point3d direction = data_.point3Bit();
+            const double twist = data_.bitDouble();
+            const double viewHeight = data_.bitDouble();
+            const double lens = data_.bitDouble();
+            const double front = data_.bitDouble();
+            const double back = data_.bitDouble();
+            const double snapAngle = data_.bitDouble();
+            const ge::Point3d viewCenter = data_.point2Raw();
+            const ge::Point3d snapBase = data_.point2Raw();
+            const ge::Point3d snapSpacing = data_.point2Raw();
+            const ge::Point3d gridSpacing = data_.point2Raw();
+            const int circleZoom = data_.bitShort();
+            const std::int32_t frozen = data_.bitLong();
+            if (!fitsIn(frozen)) return true;
+            const std::int32_t status = data_.bitLong();
+            const std::string styleSheet = data_.text();
+            const int renderMode = data_.rawChar();
+            const bool ucsIcon = data_.bit();
+            const bool ucsPerViewport = data_.bit();
+            const ge::Point3d ucsOrigin = data_.point3Bit();
+            const ge::Point3d ucsX = data_.point3Bit();
+            const ge::Point3d ucsY = data_.point3Bit();
+            const double elevation = data_.bitDouble();
+            const int orthographic = data_.bitShort();
+            point(r, 12, viewCenter, false);
+            point(r, 13, snapBase, false);
+            point(r, 14, snapSpacing, false);
+            point(r, 15, gridSpacing, false);
+            point(r, 16, direction);
+            point(r, 17, target);
+            real(r, 42, lens);
+            real(r, 43, front);
+            real(r, 44, back);
+            real(r, 45, viewHeight);
+            angle(r, 50, snapAngle);
+            angle(r, 51, twist);
+            integer(r, 72, circleZoom);
+            for (std::int32_t i = 0; i < frozen && !handles_.failed(); ++i) {
+                handleTag(r, 331, ref());
+            }
+            integer(r, 90, status);
+            const std::uint64_t clip = ref();
+            if (clip != 0) handleTag(r, 340, clip);
+            text(r, 1, styleSheet);
+            integer(r, 281, renderMode);
+            integer(r, 71, ucsPerViewport ? 1 : 0);
+            integer(r, 74, ucsIcon ? 1 : 0);
+            point(r, 110, ucsOrigin);
+            point(r, 111, ucsX);
+            point(r, 112, ucsY);
+            ref();  // the viewport's entity header
+            const std::uint64_t namedUcs = ref();
+            const std::uint64_t baseUcs = ref();
+            if (namedUcs != 0) handleTag(r, 345, namedUcs);
+            if (baseUcs != 0) handleTag(r, 346, baseUcs);
+            integer(r, 79, orthographic);
+            real(r, 146, elevation);
+            return true;
+        }
+        case 0x2D: {
+            data_.bit();
+            const int creation = data_.bitShort();
+            const int pathType = data_.bitShort();
+            const std::int32_t count = data_.bitLong();
+            if (!fitsIn(count)) return true;
+            std::vector<ge::Point3d> vertices;
+            for (std::int32_t i = 0; i < count && !data_.failed(); ++i) {
+                vertices.push_back(data_.point3Bit());
+            }
+            data_.point3Bit();  // the plane's origin, the first vertex again
+            const ge::Point3d extrusion = data_.point3Bit();
+            const ge::Point3d xDirection = data_.point3Bit();
+            const ge::Point3d blockOffset = data_.point3Bit();
+            ge::Point3d annotationOffset;
+            if (layout_.version != DwgVersion::R13) annotationOffset = data_.point3Bit();
+            if (!r2k) data_.bitDouble();
+            const double boxHeight = data_.bitDouble();
+            const double boxWidth = data_.bitDouble();
+            const bool hookOnX = data_.bit();
+            const bool arrowhead = data_.bit();
+            const std::uint64_t annotation = ref();
+            const std::uint64_t style = ref();
+            marker(r, "AcDbLeader");
+            nameTag(r, 3, style);
+            integer(r, 71, arrowhead ? 1 : 0);
+            integer(r, 72, pathType);
+            integer(r, 73, creation);
+            integer(r, 74, hookOnX ? 1 : 0);
+            integer(r, 75, 0);
+            real(r, 40, boxHeight);
+            real(r, 41, boxWidth);
+            integer(r, 76, count);
+            for (const ge::Point3d& p : vertices) point(r, 10, p);
+            if (annotation != 0) handleTag(r, 340, annotation);
+            point(r, 210, extrusion);
+            point(r, 211, xDirection);
+            point(r, 212, blockOffset);
+            point(r, 213, annotationOffset);
+            return true;
+        }
+        case 0x2E: {
+            if (!r2k) {
+                data_.bitShort();
+                data_.bitDouble();
+                data_.bitDouble();
+            }
+            const ge::Point3d insertion = data_.point3Bit();
+            const ge::Point3d xDirection = data_.point3Bit();
+            const ge::Point3d extrusion = data_.point3Bit();
+            const std::string value = data_.text();
+            const std::uint64_t style = ref();
+            marker(r, "AcDbFcf");
+            nameTag(r, 3, style);
+            point(r, 10, insertion);
+            text(r, 1, value);
+            point(r, 210, extrusion);
+            point(r, 11, xDirection);
+            return true;
+        }
         case 0x28:
         case 0x29: {
             const ge::Point3d base = data_.point3Bit();

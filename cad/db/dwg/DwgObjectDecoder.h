@@ -71,6 +71,7 @@ private:
     std::uint64_t own_ = 0;
     std::string error_;
     bool crcMatched_ = true;
+    int viewports_ = 0;  // viewports numbered in file order, as DXF gives them ids
 };
 
 }  // namespace cad::db::dwg
