@@ -42,6 +42,12 @@ cad::db::Database* LibraryDrawingCache::open(const std::string& path, cad::Error
     return entries_.front().database.get();
 }
 
+bool LibraryDrawingCache::holdsCurrent(const std::string& path) const {
+    for (const Entry& entry : entries_)
+        if (entry.path == path) return entry.stamp == stampOf(path) && entry.stamp.size >= 0;
+    return false;
+}
+
 void LibraryDrawingCache::clear() {
     entries_.clear();
 }

@@ -25,6 +25,8 @@ public:
     // otherwise read again. nullptr when it cannot be read (`status` says why). The database
     // stays valid until the next call for another drawing pushes it out, forget or clear.
     cad::db::Database* open(const std::string& path, cad::ErrorStatus* status = nullptr);
+    // True when open() would answer the drawing kept, without reading.
+    bool holdsCurrent(const std::string& path) const;
     void forget(const std::string& path);
     void clear();
     std::size_t size() const { return entries_.size(); }

@@ -2,6 +2,7 @@
 #include "vantor/ui/window/UblMainFrame.h"
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QLabel>
 #include <QPixmap>
 #include <QMenu>
@@ -210,7 +211,7 @@ void CUblMainFrame::buildClientArea() {
     leftSplitter_->addView(1, categoryTree_);
 
     blockModel_->setIconDrawer([this](const std::string& path, const std::string& block) {
-        cad::db::Database* database = drawings_.open(path);
+        cad::db::Database* database = openDrawing(path);
         if (database == nullptr) return QIcon();
         const QImage image = drawBlockPreview(*database, {block, QSize(48, 48), std::nullopt, false});
         return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
@@ -221,7 +222,7 @@ void CUblMainFrame::buildClientArea() {
     rightUpperSplitter_->addView(1, partList_);
 
     auto* canvas = new PreviewCanvas(
-        [this](const std::string& path) { return drawings_.open(path); });
+        [this](const std::string& path) { return openDrawing(path); });
     supplierPanel_ = new SupplierInfoPanel();
     supplierPanel_->setMinimumWidth(180);
     auto* companyInfo = new QAction(QStringLiteral("회사 정보 입력..."), supplierPanel_);
@@ -480,7 +481,7 @@ void CUblMainFrame::redrawPreview() {
 
 void CUblMainFrame::refreshBlockList() {
     const std::string path = blockModel_->drawingPath();
-    if (!path.empty()) showDrawing(path, drawings_.open(path));
+    if (!path.empty()) showDrawing(path, openDrawing(path));
 }
 
 // ---- the selection flow -------------------------------------------------------------------
@@ -501,7 +502,11 @@ void CUblMainFrame::rebuildFromList(DrawingList& list) {
     statusWindow_->setText(qText(name));
     statusDrawings_->setText(QStringLiteral("도면 %1").arg(list.size()));
     drawings_.clear();
-    status({});
+    const auto unreadable = std::count_if(list.begin(), list.end(),
+                                          [](const RegisteredDrawing& drawing) { return drawing.active != 1; });
+    status(unreadable == 0 ? QString()
+                           : QStringLiteral("라이브러리 데이터를 읽을 수 없는 도면 %1개는 흐리게 보입니다.")
+                                 .arg(unreadable));
 }
 
 CVNTreeBase& CUblMainFrame::shownTree() {
@@ -517,10 +522,8 @@ void CUblMainFrame::registeredDrawingChosen(const std::string& path) {
         showDrawing({}, nullptr);
         return;
     }
-    cad::ErrorStatus status = cad::ErrorStatus::eOk;
-    cad::db::Database* database = drawings_.open(path, &status);
+    cad::db::Database* database = openDrawing(path);
     showDrawing(path, database);
-    if (database == nullptr) this->status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(path)));
     // Down to the drawing's first group, so its parts show at once.
     TreeNode* node = treeModel_->nodeAt(treeModel_->firstRootOf(path));
     while (node != nullptr && node->kind != TreeNode::Kind::Group && !node->children.empty() &&
@@ -575,15 +578,13 @@ void CUblMainFrame::nodeChosen(TreeNode* node) {
         statusParts_->clear();
         return;
     }
-    cad::db::Database* database = drawings_.open(group->drawingPath);
+    cad::db::Database* database = openDrawing(group->drawingPath);
     GroupRecords records;
     if (database != nullptr) records = readGroupRecords(objectIdOfNode(*database, group->id));
     const std::size_t count = records.records.size();
     partModel_->setRecords(group->drawingPath, std::move(records.records));
     statusParts_->setText(QStringLiteral("부품 %1").arg(count));
-    if (database == nullptr)
-        status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(group->drawingPath)));
-    else if (!records.problems.empty())
+    if (database != nullptr && !records.problems.empty())
         status(QStringLiteral("읽을 수 없는 부품 데이터 %1개를 빼고 보입니다.").arg(records.problems.size()));
     if (node->kind == TreeNode::Kind::Record) partList_->selectRecord(node->id);
 }
@@ -643,6 +644,17 @@ void CUblMainFrame::editCompanyInfo() {
         logoPath_ = stored->logoPath;
         supplierPanel_->showSupplier(stored);
     }
+}
+
+cad::db::Database* CUblMainFrame::openDrawing(const std::string& path) {
+    if (drawings_.holdsCurrent(path)) return drawings_.open(path);
+    // A large drawing takes a moment to read: the user sees why the window waits.
+    status(QStringLiteral("상태 : 도면 읽는 중... %1").arg(qText(path)));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    cad::db::Database* database = drawings_.open(path);
+    QApplication::restoreOverrideCursor();
+    status(database != nullptr ? QString() : QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(path)));
+    return database;
 }
 
 void CUblMainFrame::status(const QString& text) {

@@ -117,6 +117,8 @@ private:
     void blockChosen(const std::string& name);
     void deleteRecord();
     void editCompanyInfo();
+    // The drawing from the kept ones, or read now with the wait shown.
+    cad::db::Database* openDrawing(const std::string& path);
     CVNTreeBase& shownTree();
     CategoryTreeModel& shownTreeModel();
     void status(const QString& text);
