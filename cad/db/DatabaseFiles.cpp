@@ -7,10 +7,12 @@
 #include "cad/db/LoadIssueCodes.h"
 #include "cad/db/ObjectSlot.h"
 #include "cad/db/dwg/DwgTranslator.h"
+#include "cad/db/dwg/DwgWriter.h"
 #include "cad/db/dxf/DxfDatabaseReader.h"
 #include "cad/db/dxf/DxfDatabaseWriter.h"
 #include "cad/db/dxf/DxfFile.h"
 #include "cad/db/dxf/StructureLoader.h"
+#include "cad/sys/AsciiCase.h"
 #include "cad/sys/AtomicFile.h"
 #include "cad/sys/FileError.h"
 #include "cad/sys/MappedFile.h"
@@ -115,10 +117,29 @@ ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
         lastErrorMessage_ = sys::lastFileError().text;
         return es == ErrorStatus::eFileWriteError ? es : ErrorStatus::eFileAccessErr;
     }
+    // A path named .dwg gets a DWG file (2000: R14 DWG is not written yet), never DXF text
+    // under a DWG name, which other programs would refuse.
+    const bool dwgPath = path.size() >= 4 && sys::equalNoCase(path.substr(path.size() - 4), ".dwg");
+    if (dwgPath) {
+        std::string bytes;
+        if (ErrorStatus es = dwg::DwgWriter::write(*this, bytes, saveMessages_);
+            es != ErrorStatus::eOk) {
+            file.discard();
+            lastErrorMessage_ = path + ": an object is open for write";
+            return es;
+        }
+        if (version != DxfVersion::R2000) {
+            saveMessages_.push_back("written as DWG 2000 (AC1015): DWG R14 is not written yet");
+        }
+        file.write(bytes);
+        version = DxfVersion::R2000;
+    }
     // The text goes to the temporary piece by piece as it is made, so a large drawing is never
     // held whole; a write that fails is remembered and reported by commit().
     const auto toFile = [&file](std::string_view piece) { file.write(piece); };
-    if (ErrorStatus es = dxf::DxfDatabaseWriter::write(*this, version, toFile, saveMessages_);
+    if (ErrorStatus es = dwgPath ? ErrorStatus::eOk
+                                 : dxf::DxfDatabaseWriter::write(*this, version, toFile,
+                                                                 saveMessages_);
         es != ErrorStatus::eOk) {
         file.discard();
         lastErrorMessage_ = path + (es == ErrorStatus::eVersionNotSupported

@@ -376,3 +376,36 @@ TEST_F(Cadtool, DwgCountsMatchTheIndependentReader) {
             << unread;
     }
 }
+
+// A drawing written as DWG 2000 reads back with the entities it had, in our reader and in the
+// independent one.
+TEST_F(Cadtool, ConvertToDwgWritesADrawingBothReadersRead) {
+    const std::string in = corpus("ezdxf-made__korean_catalogue_r2000_cp949.dxf");
+    const std::string out = folder.file("catalogue.dwg");
+    Outcome run = cadtool({"convert", in, out});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Outcome source = cadtool({"info", "--json", in});
+    const Outcome written = cadtool({"info", "--json", out});
+    ASSERT_EQ(written.exitCode, 0) << written.err;
+    EXPECT_THAT(written.out, HasSubstr("\"version\":\"AC1015\""));
+    EXPECT_EQ(flatObject(written.out, "entities"), flatObject(source.out, "entities"));
+    EXPECT_EQ(flatObject(written.out, "tables"), flatObject(source.out, "tables"));
+
+    const auto modules = std::filesystem::path(VANTOR_SOURCE_DIR) / "build" / "node";
+    if (!std::filesystem::exists(modules / "node_modules" / "@mlightcad" / "libredwg-web") ||
+        runCommand("node --version").exitCode != 0) {
+        GTEST_SKIP() << "LibreDWG for Node is not installed";
+    }
+    const auto census = runCommand(
+        "node " +
+        shellQuoted(std::string(VANTOR_SOURCE_DIR) + "/tests/cadtool/dwg_census.mjs") + " " +
+        shellQuoted(modules.string()) + " " + shellQuoted(out) + " 2>/dev/null");
+    ASSERT_EQ(census.exitCode, 0) << census.output;
+    EXPECT_THAT(census.output, HasSubstr("\"error\":0"));
+    const std::string entities = flatObject(source.out, "entities");
+    for (const char* type : {"LINE", "CIRCLE", "ARC", "TEXT", "MTEXT", "INSERT", "ATTRIB",
+                             "LWPOLYLINE", "SOLID", "POINT"}) {
+        EXPECT_EQ(countIn(census.output, type), countIn(entities, type)) << type;
+    }
+    EXPECT_EQ(countIn(census.output, "XRECORD"), 3);
+}

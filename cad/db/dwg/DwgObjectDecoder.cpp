@@ -114,7 +114,10 @@ std::string formatReal(double value) {
     if (!std::isfinite(value)) value = 0.0;
     char buffer[32];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, result.ptr);
+    std::string text(buffer, result.ptr);
+    // Whole numbers keep a decimal point, as DXF files write reals.
+    if (text.find_first_of(".e") == std::string::npos) text += ".0";
+    return text;
 }
 
 std::string hexHandle(std::uint64_t handle) {
@@ -487,18 +490,17 @@ void DwgObjectDecoder::textFields(DwgRecord& r, int kind) {
         if (vertical != 0) integer(r, 73, vertical);
         return;
     }
+    // Attributes keep their vertical alignment in their own subclass, as 74.
     if (kind == 1) {
         marker(r, "AcDbAttribute");
     } else {
-        marker(r, "AcDbText");
-        if (vertical != 0) integer(r, 73, vertical);
         marker(r, "AcDbAttributeDefinition");
         text(r, 3, prompt);
     }
     text(r, 2, tag);
     integer(r, 70, attributeFlags);
     if (fieldLength != 0) integer(r, 73, fieldLength);
-    if (kind == 1 && vertical != 0) integer(r, 74, vertical);
+    if (vertical != 0) integer(r, 74, vertical);
 }
 
 void DwgObjectDecoder::insertFields(DwgRecord& r, bool multiple) {
@@ -1085,7 +1087,8 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             nameTag(r, 7, style);
             extrusionTags(extrusion);
             point(r, 11, xAxis);
-            if (r2k) {
+            // Line spacing as most texts have it (at least, single) is left to the default.
+            if (r2k && (spacingStyle != 1 || spacingFactor != 1.0)) {
                 integer(r, 73, spacingStyle);
                 real(r, 44, spacingFactor);
             }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "cad/db/dwg/DwgHeaderVariables.h"
 #include "cad/db/dwg/DwgObjectDecoder.h"
@@ -151,7 +152,8 @@ void Writer::entitiesOf(std::uint64_t block, bool paper) {
 
 void Writer::block(const DwgRecord& record) {
     const bool space = record.handle == modelSpace_ || record.handle == paperSpace_;
-    const bool paper = record.handle == paperSpace_;
+    // BLOCK and ENDBLK carry no paper-space flag in DWG; their owner says where they are.
+    const bool paper = false;
     // A block whose BLOCK or ENDBLK did not read still gets both, without a handle: the DXF
     // reader gives them one and reports it, and the block keeps its entities.
     DwgRecord missing;
@@ -202,8 +204,18 @@ void Writer::nameBlocks() {
         if (modelSpace_ == 0 && r.name == "*Model_Space") modelSpace_ = r.handle;
         if (paperSpace_ == 0 && r.name == "*Paper_Space") paperSpace_ = r.handle;
     }
-    std::unordered_map<std::string, int> used;
-    int paperNumber = 0;
+    // Names that already carry their number keep it; a bare one takes the next free number.
+    std::unordered_set<std::string> taken;
+    for (const std::uint64_t handle : order_) {
+        const DwgRecord& r = records_.at(handle);
+        if (r.type == 0x31) taken.insert(r.name);
+    }
+    const auto numbered = [&taken](const std::string& prefix, int first) {
+        for (int n = first;; ++n) {
+            std::string name = prefix + std::to_string(n);
+            if (taken.insert(name).second) return name;
+        }
+    };
     for (const std::uint64_t handle : order_) {
         DwgRecord& r = records_.at(handle);
         if (r.type != 0x31) continue;
@@ -211,10 +223,10 @@ void Writer::nameBlocks() {
             r.name = "*Model_Space";
         } else if (r.handle == paperSpace_) {
             r.name = "*Paper_Space";
-        } else if (r.name.rfind("*Paper_Space", 0) == 0) {
-            r.name = "*Paper_Space" + std::to_string(paperNumber++);
+        } else if (r.name == "*Paper_Space" || r.name == "*Model_Space") {
+            r.name = numbered("*Paper_Space", 0);
         } else if (r.name.size() == 2 && r.name[0] == '*') {
-            r.name += std::to_string(++used[r.name]);
+            r.name = numbered(r.name, 1);
         }
     }
     for (const std::uint64_t handle : order_) {
@@ -248,6 +260,12 @@ std::string Writer::write() {
     put(9, "$HANDSEED");
     put(5, hex(std::max(seed + 1, header_.handseed)));
     for (const DwgHeaderVariable& variable : header_.variables) {
+        // A variable naming a record that did not read is left to the DXF reader's default.
+        const bool named = std::all_of(variable.tags.begin(), variable.tags.end(),
+                                       [this](const DwgTag& t) {
+                                           return t.nameOf == 0 || !nameOf(t.nameOf).empty();
+                                       });
+        if (!named) continue;
         put(9, variable.name);
         tags(variable.tags);
     }

@@ -85,7 +85,7 @@ TEST(DwgTranslator, DatabaseReadsDwgByItsBytesWhateverItsName) {
     EXPECT_EQ(db.header().text("$PDMODE"), "34");
     EXPECT_EQ(db.header().text("$DIMSTYLE"), "CUSTOM_STYLE_LTYPES");
     EXPECT_EQ(db.header().text("$TEXTSTYLE"), "STANDARD");
-    EXPECT_EQ(db.header().text("$LIMMAX"), "12");
+    EXPECT_EQ(db.header().text("$LIMMAX"), "12.0");
     bool reported = false;
     for (const AuditIssue& issue : db.loadIssues()) {
         if (issue.code == kIssueNotReadFromDwg &&
