@@ -901,13 +901,22 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             commonObject(r, item, type);
             BitWriter values;
             bool inData = false;
+            bool cloningFlag = false;
             for (std::size_t i = 0; i < item.tags.size(); ++i) {
-                const auto& [c, v] = item.tags[i];
+                const int c = item.tags[i].first;
+                const std::string& v = item.tags[i].second;
                 if (c == 100) {
                     inData = v == "AcDbXrecord";
+                    cloningFlag = inData;
                     continue;
                 }
-                if (!inData || c == 280) continue;
+                // The cloning flag comes first after the marker; any later 280 is data.
+                if (cloningFlag && c == 280) {
+                    cloningFlag = false;
+                    continue;
+                }
+                cloningFlag = false;
+                if (!inData) continue;
                 const auto in = [c](int lo, int hi) { return c >= lo && c <= hi; };
                 values.rawShort(static_cast<std::int16_t>(c));
                 if (in(0, 9) || in(100, 109) || in(300, 309) || in(410, 419) || in(430, 439) ||
