@@ -117,7 +117,9 @@ Item itemFrom(dxf::TagSpan span) {
         std::string value(span[i].code >= 100 && span[i].code < 1000 && span[i].code != 100
                               ? dxf::trimBlanks(span[i].value)
                               : span[i].value);
-        if (code >= 1000 || extended) {
+        // Extended data starts at its first application name; an xrecord's data may hold
+        // other codes from 1000 up.
+        if (code == 1001 || extended) {
             extended = true;
             item.xdata.emplace_back(code, std::move(value));
             continue;

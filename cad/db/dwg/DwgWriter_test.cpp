@@ -104,6 +104,41 @@ INSTANTIATE_TEST_SUITE_P(Corpus, DwgRoundTrip,
                              return name;
                          });
 
+// The XRECORD structure with handle `handle` as the DXF writer writes it.
+std::string xrecordOf(Database& db, const std::string& handle) {
+    std::string text;
+    std::vector<std::string> messages;
+    dxf::DxfDatabaseWriter::write(db, DxfVersion::R2000, text, messages);
+    const std::size_t at = text.find("XRECORD\n  5\n" + handle + "\n");
+    if (at == std::string::npos) return "(no xrecord " + handle + ")";
+    return text.substr(at, text.find("\n  0\n", at) - at);
+}
+
+TEST(DwgWriter, XrecordChainsKeepEveryKindOfValue) {
+    // A 280 among the data (not only the cloning flag), texts, integers of every width,
+    // reals, points, binary chunks and links.
+    const std::string dxf =
+        "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n"
+        "0\nSECTION\n2\nOBJECTS\n"
+        "0\nDICTIONARY\n5\nC\n330\n0\n100\nAcDbDictionary\n3\nPARTS\n350\nD1\n"
+        "0\nXRECORD\n5\nD1\n330\nC\n100\nAcDbXrecord\n280\n1\n1\nvalve ^J two\n280\n7\n"
+        "70\n-3\n90\n100000\n40\n2.5\n10\n1.0\n20\n2.0\n30\n3.0\n310\nABCD00\n"
+        "330\nC\n1071\n5\n160\n4294967296\n"
+        "0\nENDSEC\n0\nEOF\n";
+    Database source(false);
+    ASSERT_EQ(source.readDxfBytes(dxf, "xrecord.dxf"), ErrorStatus::eOk) << source.lastErrorMessage();
+    std::string bytes;
+    std::vector<std::string> messages;
+    ASSERT_EQ(DwgWriter::write(source, bytes, messages), ErrorStatus::eOk);
+    DwgTranslation translation;
+    ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
+    EXPECT_EQ(translation.unreadable, 0) << testing::PrintToString(translation.unreadableMessages);
+    Database back(false);
+    ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
+    EXPECT_EQ(xrecordOf(back, "D1"), xrecordOf(source, "D1"));
+    EXPECT_NE(xrecordOf(source, "D1").find("4294967296"), std::string::npos);
+}
+
 TEST(DwgWriter, KoreanCatalogueKeepsItsNamesAttributesAndXrecords) {
     Database source(false);
     ASSERT_EQ(source.readDwgFile(corpus("ezdxf-made__korean_catalogue_r2000_cp949.dxf"),
