@@ -58,7 +58,10 @@ std::uint8_t BitReader::twoBits() {
 }
 
 std::uint8_t BitReader::rawChar() {
-    if (!need(8)) return 0;
+    if (failed_ || bit_ + 8 > std::min(data_.size() * 8, limit_)) {
+        fail();
+        return 0;
+    }
     const std::size_t shift = bit_ % 8;
     const auto first = static_cast<std::uint8_t>(data_[bit_ / 8]);
     std::uint8_t value = first;
@@ -87,6 +90,12 @@ std::int32_t BitReader::rawLong() {
 double BitReader::rawDouble() {
     if (!need(64)) return 0.0;
     std::uint64_t value = 0;
+    if (std::endian::native == std::endian::little && bit_ % 8 == 0) {
+        // Aligned: the eight bytes as they stand, least significant first.
+        std::memcpy(&value, data_.data() + bit_ / 8, 8);
+        bit_ += 64;
+        return std::bit_cast<double>(value);
+    }
     for (int i = 0; i < 8; ++i) value |= static_cast<std::uint64_t>(rawChar()) << (8 * i);
     return std::bit_cast<double>(value);
 }

@@ -211,7 +211,11 @@ void DwgObjectDecoder::binaryTags(DwgRecord& r, int code, const std::string& byt
 DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, DwgRecord& record) {
     error_.clear();
     crcMatched_ = true;
+    // The record's buffers are reused from one object to the next.
+    std::vector<DwgTag> tags = std::move(record.tags);
+    tags.clear();
     record = DwgRecord{};
+    record.tags = std::move(tags);
     record.handle = entry.handle;
     own_ = entry.handle;
     if (entry.offset < 0 || static_cast<std::uint64_t>(entry.offset) >= file_.size()) {

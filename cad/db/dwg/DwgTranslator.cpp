@@ -36,7 +36,9 @@ public:
 
 private:
     void put(int code, std::string_view value) {
-        out_ += std::to_string(code);
+        char digits[8];
+        const auto end = std::to_chars(digits, digits + sizeof digits, code).ptr;
+        out_.append(digits, end);
         out_ += '\n';
         out_ += value;
         out_ += '\n';
@@ -249,6 +251,8 @@ std::string Writer::write() {
         owned_[r.owner].push_back(handle);
     }
 
+    // About as many bytes of text as the file has of records, twice over.
+    out_.reserve(layout_.objects.size() * 160);
     std::uint64_t seed = 0;
     for (const DwgMapEntry& entry : layout_.objects) seed = std::max(seed, entry.handle);
     put(0, "SECTION");
