@@ -2,10 +2,13 @@
 #include "vantor/ui/window/ListViewEx.h"
 
 #include <QContextMenuEvent>
+#include <QDrag>
+#include <QMimeData>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "cad/app/CommandDrop.h"
 #include "vantor/ui/FrameCommands.h"
 #include "vantor/ui/models/ModelText.h"
 #include "vantor/ui/models/PartListModel.h"
@@ -28,6 +31,8 @@ CListViewEx::CListViewEx(PartListModel& model, ModuleSettings& settings, QWidget
             [this](const QModelIndex& current) { emit recordChosen(model_.recordAt(current.row())); });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] { emit recordChosen(nullptr); });
     connect(this, &QAbstractItemView::doubleClicked, this, [this] { emit insertRequested(); });
+    setDragEnabled(true);
+    setDragDropMode(QAbstractItemView::DragOnly);
 }
 
 const PartRecord* CListViewEx::currentRecord() const {
@@ -41,6 +46,16 @@ void CListViewEx::selectRecord(std::int64_t handle) {
             scrollTo(currentIndex());
             return;
         }
+}
+
+void CListViewEx::startDrag(Qt::DropActions) {
+    if (currentRecord() == nullptr || !prepareDrag_ || !prepareDrag_()) return;
+    auto* mime = new QMimeData;
+    mime->setData(cad::app::kCommandMimeType, QByteArray("_UBLI\n"));
+    mime->setText(model_.index(currentIndex().row(), PartFields::Spec).data().toString());
+    QDrag drag(this);
+    drag.setMimeData(mime);
+    drag.exec(Qt::CopyAction);
 }
 
 void CListViewEx::contextMenuEvent(QContextMenuEvent* event) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QTreeView>
+#include <functional>
 
 namespace vantor {
 
@@ -17,6 +18,9 @@ public:
 
     const PartRecord* currentRecord() const;
     void selectRecord(std::int64_t handle);
+    // Dragging the current record onto the drawing inserts it there; the window prepares the
+    // insertion when the drag starts and answers whether it may (the host may be busy).
+    void setDragPreparer(std::function<bool()> prepare) { prepareDrag_ = std::move(prepare); }
 
 signals:
     void recordChosen(const PartRecord* record);
@@ -28,9 +32,11 @@ signals:
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
 
 private:
     PartListModel& model_;
+    std::function<bool()> prepareDrag_;
 };
 
 }  // namespace vantor
