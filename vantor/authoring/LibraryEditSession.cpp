@@ -1,0 +1,66 @@
+// A library drawing changed through a dialog.
+#include "vantor/authoring/LibraryEditSession.h"
+
+#include "cad/app/UserDialogs.h"
+#include "cad/db/ObjectPtr.h"
+#include "cad/db/Xrecord.h"
+#include "vantor/store/LibraryDrawing.h"
+#include "vantor/store/ListBase.h"
+#include "vantor/store/PartRecordStore.h"
+
+namespace vantor {
+
+using cad::ErrorStatus;
+using cad::db::ObjectId;
+
+namespace {
+
+constexpr unsigned kErrorBox = cad::app::MB_OK | cad::app::MB_ICONERROR;
+
+}  // namespace
+
+std::unique_ptr<LibraryEditSession> LibraryEditSession::open(const std::string& path,
+                                                             cad::app::UserDialogs& dialogs) {
+    std::unique_ptr<LibraryEditSession> session(new LibraryEditSession(dialogs));
+    session->path_ = path;
+    if (session->lock_.acquire(path) != ErrorStatus::eOk) {
+        dialogs.messageBox(session->lock_.message(), "파일 사용 중", kErrorBox);
+        return nullptr;
+    }
+    ErrorStatus status = ErrorStatus::eOk;
+    session->db_ = openLibraryDrawing(path, &status);
+    if (!session->db_) {
+        dialogs.messageBox("\"" + path + "\"\n도면을 읽을 수 없습니다.", "읽기 에러", kErrorBox);
+        return nullptr;
+    }
+    return session;
+}
+
+ObjectId LibraryEditSession::objectOfNode(std::int64_t nodeId) const {
+    return objectIdOfNode(*db_, nodeId);
+}
+
+bool LibraryEditSession::save() {
+    if (CListBase(dialogs_).save(*db_) != ErrorStatus::eOk) return false;
+    saved_ = true;
+    return true;
+}
+
+ObjectId LibraryEditSession::addRecord(ObjectId selected, const PartRecord& record) {
+    const ObjectId added = addPartRecord(selected, record, dialogs_);
+    if (added.isNull()) return {};
+    if (save()) return added;
+    if (auto xrecord = cad::db::open<cad::db::Xrecord>(added, cad::db::OpenMode::ForWrite))
+        xrecord->erase();
+    return {};
+}
+
+bool LibraryEditSession::rewriteRecord(ObjectId recordId, const PartRecord& record) {
+    if (rewritePartRecord(recordId, record) != ErrorStatus::eOk) {
+        dialogs_.messageBox("데이터를 수정할 수 없습니다.", "수정 에러", kErrorBox);
+        return false;
+    }
+    return save();
+}
+
+}  // namespace vantor
