@@ -108,6 +108,37 @@ struct Item {
     }
 };
 
+// Reads a structure's tags in order, as DXF lays out repeated groups (hatch paths, edges):
+// each read takes the next tag when it has the code asked for, or gives the fallback.
+class Cursor {
+public:
+    Cursor(const std::vector<std::pair<int, std::string>>& tags, std::size_t from)
+        : tags_(tags), at_(from) {}
+    bool next(int code) const { return at_ < tags_.size() && tags_[at_].first == code; }
+    double real(int code, double fallback = 0.0) {
+        return next(code) ? std::strtod(tags_[at_++].second.c_str(), nullptr) : fallback;
+    }
+    long integer(int code, long fallback = 0) {
+        return next(code) ? std::strtol(tags_[at_++].second.c_str(), nullptr, 10) : fallback;
+    }
+    std::uint64_t handle(int code) {
+        return next(code) ? parseHandle(tags_[at_++].second) : 0;
+    }
+    ge::Point3d point(int code, bool withZ = true) {
+        const double x = real(code);
+        const double y = real(code + 10);
+        return {x, y, withZ ? real(code + 20) : 0.0};
+    }
+    // Moves on to the next tag of `code`, if there is one.
+    void seek(int code) {
+        while (at_ < tags_.size() && tags_[at_].first != code) ++at_;
+    }
+
+private:
+    const std::vector<std::pair<int, std::string>>& tags_;
+    std::size_t at_;
+};
+
 Item itemFrom(dxf::TagSpan span) {
     Item item;
     item.type = std::string(dxf::trimBlanks(span[0].value));
@@ -311,12 +342,24 @@ std::optional<int> Encoder::typeOf(const Item& item) const {
         {"TEXT", 0x01},        {"ATTRIB", 0x02},     {"ATTDEF", 0x03},    {"BLOCK", 0x04},
         {"ENDBLK", 0x05},      {"SEQEND", 0x06},     {"INSERT", 0x07},    {"ARC", 0x11},
         {"CIRCLE", 0x12},      {"LINE", 0x13},       {"POINT", 0x1B},     {"SOLID", 0x1F},
-        {"TRACE", 0x20},       {"VIEWPORT", 0x22},   {"ELLIPSE", 0x23},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
+        {"TRACE", 0x20},       {"VIEWPORT", 0x22},   {"ELLIPSE", 0x23},  {"3DFACE", 0x1C},
+        {"SPLINE", 0x24},      {"RAY", 0x28},        {"XLINE", 0x29},     {"HATCH", 0x4E},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
         {"BLOCK_RECORD", 0x31}, {"LAYER", 0x33},     {"STYLE", 0x35},     {"LTYPE", 0x39},
         {"VIEW", 0x3D},        {"UCS", 0x3F},        {"VPORT", 0x41},     {"APPID", 0x43},
         {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
         {"ACDBPLACEHOLDER", 0x50}, {"LAYOUT", 0x52},
     };
+    if (item.type == "DIMENSION") {
+        switch (item.integer(70) & 7) {
+            case 0: return item.findIn("AcDbRotatedDimension", 100) || item.find(50) ? 0x15 : 0x16;
+            case 1: return 0x16;
+            case 2: return 0x18;
+            case 3: return 0x1A;
+            case 4: return 0x19;
+            case 5: return 0x17;
+            default: return 0x14;
+        }
+    }
     if (item.type == "POLYLINE") {
         const int flags = item.integer(70);
         return (flags & 64) ? 0x1D : (flags & 16) ? 0x1E : (flags & 8) ? 0x10 : 0x0F;
@@ -764,6 +807,245 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             h.handle(kHardPointer, 0);  // viewport entity header
             h.handle(kHardPointer, item.handleOf(345));
             h.handle(kHardPointer, item.handleOf(346));
+            return true;
+        }
+        case 0x14: case 0x15: case 0x16: case 0x17: case 0x18: case 0x19: case 0x1A: {
+            commonEntity(r, item, type);
+            const int flags = item.integer(70);
+            const ge::Point3d middle = item.point(11);
+            d.point3Bit(extrusion());
+            d.point2Raw(middle);
+            d.bitDouble(middle.z);
+            d.rawChar(static_cast<std::uint8_t>(((flags & 128) ? 0 : 1) | ((flags & 32) ? 2 : 0)));
+            d.text(item.text(1));
+            d.bitDouble(item.real(53) * kRadians);
+            d.bitDouble(item.real(51) * kRadians);
+            d.bitDouble(1.0);
+            d.bitDouble(1.0);
+            d.bitDouble(1.0);
+            d.bitDouble(0.0);
+            d.bitShort(static_cast<std::int16_t>(item.integer(71, 5)));
+            d.bitShort(static_cast<std::int16_t>(item.integer(72, 1)));
+            d.bitDouble(item.real(41, 1.0));
+            d.bitDouble(item.real(42));
+            d.point2Raw(item.point(12));
+            switch (type) {
+                case 0x14:
+                    d.point3Bit(item.point(10));
+                    d.point3Bit(item.point(13));
+                    d.point3Bit(item.point(14));
+                    d.rawChar((flags & 64) ? 1 : 0);
+                    break;
+                case 0x15:
+                case 0x16:
+                    d.point3Bit(item.point(13));
+                    d.point3Bit(item.point(14));
+                    d.point3Bit(item.point(10));
+                    d.bitDouble(item.real(52) * kRadians);
+                    if (type == 0x15) d.bitDouble(item.real(50) * kRadians);
+                    break;
+                case 0x17:
+                    d.point3Bit(item.point(10));
+                    d.point3Bit(item.point(13));
+                    d.point3Bit(item.point(14));
+                    d.point3Bit(item.point(15));
+                    break;
+                case 0x18:
+                    d.point2Raw(item.point(16));
+                    d.point3Bit(item.point(13));
+                    d.point3Bit(item.point(14));
+                    d.point3Bit(item.point(15));
+                    d.point3Bit(item.point(10));
+                    break;
+                default:
+                    d.point3Bit(item.point(10));
+                    d.point3Bit(item.point(15));
+                    d.bitDouble(item.real(40));
+                    break;
+            }
+            h.handle(kHardPointer, nameToHandle("DIMSTYLE", item.text(3, "Standard")));
+            h.handle(kHardPointer, nameToHandle("BLOCK_RECORD", item.text(2)));
+            return true;
+        }
+        case 0x1C: {
+            commonEntity(r, item, type);
+            std::array<ge::Point3d, 4> corners;
+            for (int i = 0; i < 4; ++i) corners[i] = item.point(10 + i);
+            const int flags = item.integer(70);
+            d.bit(flags == 0);
+            d.bit(corners[0].z == 0.0);
+            d.rawDouble(corners[0].x);
+            d.rawDouble(corners[0].y);
+            if (corners[0].z != 0.0) d.rawDouble(corners[0].z);
+            for (int i = 1; i < 4; ++i) {
+                d.defaultDouble(corners[i].x, corners[i - 1].x);
+                d.defaultDouble(corners[i].y, corners[i - 1].y);
+                d.defaultDouble(corners[i].z, corners[i - 1].z);
+            }
+            if (flags != 0) d.bitShort(static_cast<std::int16_t>(flags));
+            return true;
+        }
+        case 0x24: {
+            commonEntity(r, item, type);
+            std::vector<double> knots, weights;
+            std::vector<ge::Point3d> controls, fits;
+            for (std::size_t i = 0; i < item.tags.size(); ++i) {
+                const int c = item.tags[i].first;
+                const double v = std::strtod(item.tags[i].second.c_str(), nullptr);
+                if (c == 40) knots.push_back(v);
+                if (c == 41) weights.push_back(v);
+                if (c == 10) controls.push_back({v, 0, 0});
+                if (c == 20 && !controls.empty()) controls.back().y = v;
+                if (c == 30 && !controls.empty()) controls.back().z = v;
+                if (c == 11) fits.push_back({v, 0, 0});
+                if (c == 21 && !fits.empty()) fits.back().y = v;
+                if (c == 31 && !fits.empty()) fits.back().z = v;
+            }
+            const int flags = item.integer(70);
+            const bool byControlPoints = !controls.empty();
+            d.bitLong(byControlPoints ? 1 : 2);
+            d.bitLong(item.integer(71, 3));
+            const bool weighted = weights.size() == controls.size() && !weights.empty();
+            if (byControlPoints) {
+                d.bit(flags & 4);
+                d.bit(flags & 1);
+                d.bit(flags & 2);
+                d.bitDouble(item.real(42, 1e-10));
+                d.bitDouble(item.real(43, 1e-10));
+                d.bitLong(static_cast<std::int32_t>(knots.size()));
+                d.bitLong(static_cast<std::int32_t>(controls.size()));
+                d.bit(weighted);
+                for (const double k : knots) d.bitDouble(k);
+                for (std::size_t i = 0; i < controls.size(); ++i) {
+                    d.point3Bit(controls[i]);
+                    if (weighted) d.bitDouble(weights[i]);
+                }
+            } else {
+                d.bitDouble(item.real(44, 1e-10));
+                d.point3Bit(item.point(12));
+                d.point3Bit(item.point(13));
+                d.bitLong(static_cast<std::int32_t>(fits.size()));
+                for (const ge::Point3d& p : fits) d.point3Bit(p);
+            }
+            return true;
+        }
+        case 0x28:
+        case 0x29:
+            commonEntity(r, item, type);
+            d.point3Bit(item.point(10));
+            d.point3Bit(item.point(11));
+            return true;
+        case 0x4E: {
+            commonEntity(r, item, type);
+            std::size_t start = 0;
+            while (start < item.tags.size() &&
+                   !(item.tags[start].first == 100 && item.tags[start].second == "AcDbHatch")) {
+                ++start;
+            }
+            Cursor t(item.tags, start + 1);
+            const double elevation = t.point(10).z;
+            const ge::Point3d normal = t.next(210) ? t.point(210) : ge::Point3d{0, 0, 1};
+            d.bitDouble(elevation);
+            d.point3Bit(normal);
+            d.text(item.text(2));
+            t.seek(70);
+            const bool solid = t.integer(70) != 0;
+            d.bit(solid);
+            d.bit(t.integer(71) != 0);
+            const long paths = t.integer(91);
+            d.bitLong(static_cast<std::int32_t>(paths));
+            bool derived = false;
+            for (long p = 0; p < paths; ++p) {
+                t.seek(92);
+                const long pathFlags = t.integer(92);
+                if (pathFlags & 4) derived = true;
+                d.bitLong(static_cast<std::int32_t>(pathFlags));
+                if (!(pathFlags & 2)) {
+                    const long edges = t.integer(93);
+                    d.bitLong(static_cast<std::int32_t>(edges));
+                    for (long e = 0; e < edges; ++e) {
+                        const long kind = t.integer(72);
+                        d.rawChar(static_cast<std::uint8_t>(kind));
+                        if (kind == 1) {
+                            d.point2Raw(t.point(10, false));
+                            d.point2Raw(t.point(11, false));
+                        } else if (kind == 2) {
+                            d.point2Raw(t.point(10, false));
+                            d.bitDouble(t.real(40));
+                            d.bitDouble(t.real(50) * kRadians);
+                            d.bitDouble(t.real(51) * kRadians);
+                            d.bit(t.integer(73, 1) != 0);
+                        } else if (kind == 3) {
+                            d.point2Raw(t.point(10, false));
+                            d.point2Raw(t.point(11, false));
+                            d.bitDouble(t.real(40));
+                            d.bitDouble(t.real(50) * kRadians);
+                            d.bitDouble(t.real(51) * kRadians);
+                            d.bit(t.integer(73, 1) != 0);
+                        } else {
+                            d.bitLong(static_cast<std::int32_t>(t.integer(94, 3)));
+                            const bool rational = t.integer(73) != 0;
+                            d.bit(rational);
+                            d.bit(t.integer(74) != 0);
+                            const long knots = t.integer(95);
+                            const long controls = t.integer(96);
+                            d.bitLong(static_cast<std::int32_t>(knots));
+                            d.bitLong(static_cast<std::int32_t>(controls));
+                            for (long k = 0; k < knots; ++k) d.bitDouble(t.real(40));
+                            for (long c = 0; c < controls; ++c) {
+                                d.point2Raw(t.point(10, false));
+                                if (rational) d.bitDouble(t.real(42, 1.0));
+                            }
+                            // Fit data (97 and on) came after 2000; it is not kept.
+                            if (t.next(97)) {
+                                const long fitCount = t.integer(97);
+                                for (long f = 0; f < fitCount; ++f) t.point(11, false);
+                                t.point(12, false);
+                                t.point(13, false);
+                            }
+                        }
+                    }
+                } else {
+                    const bool bulges = t.integer(72) != 0;
+                    d.bit(bulges);
+                    d.bit(t.integer(73) != 0);
+                    const long vertices = t.integer(93);
+                    d.bitLong(static_cast<std::int32_t>(vertices));
+                    for (long v = 0; v < vertices; ++v) {
+                        d.point2Raw(t.point(10, false));
+                        const double bulge = t.real(42);
+                        if (bulges) d.bitDouble(bulge);
+                    }
+                }
+                const long sources = t.integer(97);
+                d.bitLong(static_cast<std::int32_t>(sources));
+                for (long s = 0; s < sources; ++s) h.handle(kSoftPointer, t.handle(330));
+            }
+            t.seek(75);
+            d.bitShort(static_cast<std::int16_t>(t.integer(75)));
+            d.bitShort(static_cast<std::int16_t>(t.integer(76, 1)));
+            if (!solid) {
+                d.bitDouble(t.real(52) * kRadians);
+                d.bitDouble(t.real(41, 1.0));
+                d.bit(t.integer(77) != 0);
+                const long lines = t.integer(78);
+                d.bitShort(static_cast<std::int16_t>(lines));
+                for (long l = 0; l < lines; ++l) {
+                    d.bitDouble(t.real(53) * kRadians);
+                    d.bitDouble(t.real(43));
+                    d.bitDouble(t.real(44));
+                    d.bitDouble(t.real(45));
+                    d.bitDouble(t.real(46));
+                    const long dashes = t.integer(79);
+                    d.bitShort(static_cast<std::int16_t>(dashes));
+                    for (long k = 0; k < dashes; ++k) d.bitDouble(t.real(49));
+                }
+            }
+            if (derived) d.bitDouble(t.real(47));
+            t.seek(98);
+            const long seeds = t.integer(98);
+            d.bitLong(static_cast<std::int32_t>(seeds));
+            for (long k = 0; k < seeds; ++k) d.point2Raw(t.point(10, false));
             return true;
         }
         case 0x23:

@@ -114,6 +114,36 @@ std::string xrecordOf(Database& db, const std::string& handle) {
     return text.substr(at, text.find("\n  0\n", at) - at);
 }
 
+TEST(DwgWriter, SampleR14RewrittenAs2000KeepsEveryEntityItWrites) {
+    Database source(false);
+    ASSERT_EQ(source.readDwgFile(corpus("acadsharp__sample_AC1014.dwg"), sys::ShareMode::DenyNone),
+              ErrorStatus::eOk);
+    std::string bytes;
+    std::vector<std::string> messages;
+    ASSERT_EQ(DwgWriter::write(source, bytes, messages), ErrorStatus::eOk);
+    DwgTranslation rewritten;
+    ASSERT_FALSE(DwgTranslator::translate(bytes, rewritten));
+    EXPECT_EQ(rewritten.layout.acadVer, "AC1015");
+    EXPECT_EQ(rewritten.unreadable, 0) << testing::PrintToString(rewritten.unreadableMessages);
+    EXPECT_EQ(rewritten.checkValueMismatches, 0);
+    // Dimensions of every kind, hatches, splines, viewports, faces and the rest, counted as
+    // the original's reading counted them.
+    const std::map<std::string, int> expected{
+        {"LINE", 98},      {"CIRCLE", 13},       {"ARC", 3},          {"HATCH", 8},
+        {"SPLINE", 2},     {"VIEWPORT", 6},      {"3DFACE", 1},       {"RAY", 1},
+        {"XLINE", 1},      {"DIMENSION_LINEAR", 3}, {"DIMENSION_ORDINATE", 2},
+        {"DIMENSION_ANG2LN", 1}, {"DIMENSION_DIAMETER", 1}, {"INSERT", 14}, {"ATTRIB", 4},
+        {"LAYOUT", 4},     {"DIMSTYLE", 6},      {"VERTEX_PFACE", 5}, {"VERTEX_PFACE_FACE", 2},
+    };
+    for (const auto& [type, count] : expected) EXPECT_EQ(rewritten.read[type], count) << type;
+    // What it leaves out is said.
+    bool leaderNamed = false;
+    for (const std::string& message : messages) {
+        leaderNamed = leaderNamed || message.find("LEADER") != std::string::npos;
+    }
+    EXPECT_TRUE(leaderNamed) << testing::PrintToString(messages);
+}
+
 TEST(DwgWriter, XrecordChainsKeepEveryKindOfValue) {
     // A 280 among the data (not only the cloning flag), texts, integers of every width,
     // reals, points, binary chunks and links.
