@@ -7,11 +7,9 @@
 
 namespace vantor {
 
-bool queueGuardedCommand(const ModuleSettings& settings, std::string_view command,
-                         QueueFlags flags) {
+bool commandGuardPasses(const ModuleSettings& settings) {
     cad::app::DocumentManager& documents = cad::app::Application::current()->documentManager();
-    cad::app::Document* document = documents.curDocument();
-    if (!documents.isQuiescent(document)) {
+    if (!documents.isQuiescent(documents.curDocument())) {
         cad::app::userDialogs().messageBox(
             "AutoCAD가 명령 실행 중입니다. \n기존 명령을 취소 및 종료하신 후 다시 시도해 "
             "주십시오.",
@@ -23,6 +21,14 @@ bool queueGuardedCommand(const ModuleSettings& settings, std::string_view comman
                                            cad::app::MB_ICONERROR);
         return false;
     }
+    return true;
+}
+
+bool queueGuardedCommand(const ModuleSettings& settings, std::string_view command,
+                         QueueFlags flags) {
+    if (!commandGuardPasses(settings)) return false;
+    cad::app::DocumentManager& documents = cad::app::Application::current()->documentManager();
+    cad::app::Document* document = documents.curDocument();
     return documents.sendStringToExecute(document, command, flags.activate, flags.wrapUpInactiveDoc,
                                          flags.echo) == cad::ErrorStatus::eOk;
 }
