@@ -14,7 +14,7 @@ struct DrawingListRow {
     static constexpr int kActiveImage = 1;
 
     std::string name;   // name and extension
-    std::string drive;  // "Network" for a path without a drive
+    std::string drive;  // "Network" for a path without a drive; "/" for one from the root
     std::string dir;
     int image = kInactiveImage;
     const RegisteredDrawing* entry = nullptr;  // what remove and open act on

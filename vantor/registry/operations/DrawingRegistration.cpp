@@ -153,6 +153,10 @@ void DrawingRegistration::dialogClosed(bool listChanged, bool drawingsQueued) {
 bool DrawingRegistration::scanFolder() {
     auto folder = dialogs_.chooseFolder("폴더 선택", "");
     if (!folder) return false;
+    return scanFolder(*folder);
+}
+
+bool DrawingRegistration::scanFolder(const std::string& folder) {
     if (dialogs_.messageBox("기존의 리스트가 사라집니다.\n그래도 하시겠습니까?", "폴더 SCAN",
                             kConfirm) != app::IDOK)
         return false;
@@ -164,7 +168,7 @@ bool DrawingRegistration::scanFolder() {
     dialogs_.progressShow();
     // No window switch may reload the list while it is being replaced.
     windows_.setBusy(true);
-    const std::vector<std::string> found = cad::sys::findFiles(*folder, kDrawingPatterns);
+    const std::vector<std::string> found = cad::sys::findFiles(folder, kDrawingPatterns);
     list_.clear();
     const int count = static_cast<int>(found.size());
     dialogs_.progressText(kBuildingList);

@@ -63,6 +63,9 @@ public:
     // name order), the tree rebuilt, the drawings without readable library data dropped and
     // the list saved. False when cancelled.
     bool scanFolder();
+    // The same after a folder was chosen elsewhere (the library window's own folder dialog):
+    // the confirmation, then the scan. False when cancelled.
+    bool scanFolder(const std::string& folder);
 
 private:
     int removeInactive();

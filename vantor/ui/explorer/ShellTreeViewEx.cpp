@@ -1,9 +1,12 @@
 // The drawing explorer's tree view.
 #include "vantor/ui/explorer/ShellTreeViewEx.h"
 
+#include <QContextMenuEvent>
 #include <QFileIconProvider>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTimer>
 
@@ -81,6 +84,41 @@ void CShellTreeViewEx::refreshCurrentFolder() {
 
 void CShellTreeViewEx::documentActivated() { refreshCurrentFolder(); }
 
+void CShellTreeViewEx::showNewDrawing(const QString& path) {
+    const QModelIndex folder = model_->indexForPath(QFileInfo(path).absolutePath());
+    if (folder.isValid() && model_->listing(folder) == DrawingExplorerModel::Listing::Read)
+        model_->refresh(folder);
+    selectPath(path);
+}
+
+QMenu* CShellTreeViewEx::contextMenuFor(const QModelIndex& index, QWidget* parent) {
+    if (!index.isValid()) return nullptr;
+    const QString path = model_->filePath(index);
+    auto* menu = new QMenu(parent);
+    auto add = [this, menu, path](int id, const char* text,
+                                  void (CShellTreeViewEx::*signal)(const QString&)) {
+        QAction* action = menu->addAction(QString::fromUtf8(text));
+        action->setObjectName(QStringLiteral("id%1").arg(id));
+        connect(action, &QAction::triggered, this,
+                [this, signal, path] { emit(this->*signal)(path); });
+    };
+    if (model_->isDrawing(index)) {
+        menu->setObjectName(QStringLiteral("id271"));
+        add(1601, "도면 열기", &CShellTreeViewEx::openDrawingRequested);
+        add(1602, "AutoCAD R14용 도면 생성", &CShellTreeViewEx::r14CopyRequested);
+        menu->addSeparator();
+        add(1600, "관리창에 도면 추가", &CShellTreeViewEx::registerDrawingRequested);
+    } else {
+        menu->setObjectName(QStringLiteral("id270"));
+        add(1700, "새도면 생성", &CShellTreeViewEx::newDrawingRequested);
+    }
+    menu->setAccessibleName(QString::fromUtf8("도면 탐색기 메뉴"));
+    for (QAction* action : menu->actions()) {
+        if (!action->isSeparator()) action->setToolTip(action->text());
+    }
+    return menu;
+}
+
 void CShellTreeViewEx::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F5 && event->modifiers() == Qt::NoModifier) {
         refreshCurrentFolder();
@@ -97,6 +135,26 @@ void CShellTreeViewEx::currentChanged(const QModelIndex& current, const QModelIn
     } else {
         emit folderSelected(model_->filePath(current));
     }
+}
+
+// The item under the pointer becomes current first, as a click would make it: the operations
+// act on the current drawing, and the frame shows what the menu is about.
+void CShellTreeViewEx::contextMenuEvent(QContextMenuEvent* event) {
+    // From the keyboard the menu is the current item's, shown at it; by mouse the item's under
+    // the pointer (the event comes through the viewport, in its coordinates).
+    const bool keyboard = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = keyboard ? currentIndex() : indexAt(event->pos());
+    if (!index.isValid()) {
+        QTreeView::contextMenuEvent(event);
+        return;
+    }
+    setCurrentIndex(index);
+    const QPoint at =
+        keyboard ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
+    QMenu* menu = contextMenuFor(index, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(at);
+    event->accept();
 }
 
 void CShellTreeViewEx::locationUnreadable(const QModelIndex& folder) {

@@ -1,14 +1,19 @@
 // The explorer's tree view: what it tells the frame about the current item, finding a path
-// again, a folder that cannot be expanded, and refreshing when a document becomes active.
+// again, a folder that cannot be expanded, refreshing when a document becomes active, and the
+// context menus of a drawing and of a folder.
 #include "vantor/ui/explorer/ShellTreeViewEx.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFile>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/gui/TestApplication.h"
@@ -112,6 +117,57 @@ TEST_F(ExplorerView, AnActivatedDocumentOrF5RefreshesTheCurrentFolder) {
     view_->setFocus();
     QTest::keyClick(view_.get(), Qt::Key_F5);
     EXPECT_EQ(view_->model()->rowCount(shafts), 3);
+    EXPECT_TRUE(dialogs_.calls().empty());
+}
+
+TEST_F(ExplorerView, ContextMenusNameTheirItemsCommandAndActOnTheItemClicked) {
+    view_->selectPath(path("도면/축/shaft2.dxf"));
+    // By mouse, on a drawing that is not the current item: it becomes current, and the menu
+    // carries the drawing's commands.
+    struct Shown {
+        QString menu;
+        QStringList items;
+    };
+    auto rightClick = [this](const QModelIndex& index, const char* command) {
+        Shown shown;
+        QTimer::singleShot(0, [&shown, command] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return;
+            shown.menu = menu->objectName();
+            for (QAction* action : menu->actions()) {
+                if (action->isSeparator()) continue;
+                shown.items << action->objectName() + " " + action->text();
+                if (action->objectName() == QLatin1String(command)) action->trigger();
+            }
+            menu->close();
+        });
+        const QPoint at = view_->visualRect(index).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, view_->viewport()->mapToGlobal(at));
+        QApplication::sendEvent(view_->viewport(), &event);
+        QTest::qWait(0);
+        return shown;
+    };
+    QSignalSpy copies(view_.get(), &CShellTreeViewEx::r14CopyRequested);
+    QSignalSpy folders(view_.get(), &CShellTreeViewEx::newDrawingRequested);
+
+    const Shown file = rightClick(indexOf("도면/축/shaft1.dxf"), "id1602");
+    EXPECT_EQ(file.menu, "id271");
+    EXPECT_EQ(file.items, (QStringList{"id1601 도면 열기", "id1602 AutoCAD R14용 도면 생성",
+                                       "id1600 관리창에 도면 추가"}));
+    EXPECT_EQ(view_->currentDrawingPath(), path("도면/축/shaft1.dxf"));
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_EQ(copies[0][0].toString(), path("도면/축/shaft1.dxf"));
+
+    const Shown folder = rightClick(indexOf("도면/축"), "id1700");
+    EXPECT_EQ(folder.menu, "id270");
+    EXPECT_EQ(folder.items, QStringList{"id1700 새도면 생성"});
+    ASSERT_EQ(folders.size(), 1);
+    EXPECT_EQ(folders[0][0].toString(), path("도면/축"));
+
+    // A drawing made there is listed and becomes current.
+    touch("도면/축/새도면1.dxf");
+    view_->showNewDrawing(path("도면/축/새도면1.dxf"));
+    EXPECT_EQ(view_->currentDrawingPath(), path("도면/축/새도면1.dxf"));
     EXPECT_TRUE(dialogs_.calls().empty());
 }
 
