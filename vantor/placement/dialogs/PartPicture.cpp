@@ -1,0 +1,48 @@
+// The insertion dialog's block picture.
+#include "vantor/placement/dialogs/PartPicture.h"
+
+#include <QPainter>
+
+#include "vantor/ui/models/BlockPreview.h"
+
+namespace vantor {
+
+PartPicture::PartPicture(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("id487"));
+    setAccessibleName(QString::fromUtf8("미리보기"));
+    setMinimumSize(120, 100);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void PartPicture::showBlock(cad::db::Database* library, const std::string& block,
+                            std::optional<cad::ge::Point3d> bomMark) {
+    library_ = library;
+    block_ = block;
+    bomMark_ = bomMark;
+    current_ = false;
+    update();
+}
+
+const QImage& PartPicture::picture() {
+    if (!current_ || picture_.size() != size()) {
+        current_ = true;
+        picture_ = {};
+        if (library_ != nullptr && !block_.empty())
+            picture_ = drawBlockPreview(*library_, {block_, size(), bomMark_});
+    }
+    return picture_;
+}
+
+void PartPicture::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QImage& image = picture();
+    if (!image.isNull()) {
+        painter.drawImage(0, 0, image);
+        return;
+    }
+    painter.fillRect(rect(), QColor(33, 40, 48));
+    painter.setPen(QColor(200, 200, 200));
+    painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("No preview"));
+}
+
+}  // namespace vantor
