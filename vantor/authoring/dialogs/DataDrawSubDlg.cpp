@@ -2,6 +2,8 @@
 #include "vantor/authoring/dialogs/DataDrawSubDlg.h"
 
 #include <QGridLayout>
+#include <QPalette>
+#include <algorithm>
 
 #include "vantor/authoring/dialogs/DialogControls.h"
 
@@ -30,6 +32,10 @@ CDataDrawSubDlg::CDataDrawSubDlg(const FieldLabels::Texts& labels, QWidget* pare
         const QString name = qText(labels[field.id]);
         QLineEdit* line = edit(name, kNameIds[slot], this);
         line->setReadOnly(true);
+        // Read-only as the name is: grey like the dialog, so nobody tries to type a block in.
+        QPalette greyed = line->palette();
+        greyed.setColor(QPalette::Base, greyed.color(QPalette::Window));
+        line->setPalette(greyed);
         QLabel* label = title(fieldTitle(labels[field.id]), kTitleIds[slot], this);
         label->setBuddy(line);
         QPushButton* capture = button(QStringLiteral("..."), kCaptureIds[slot], this);
@@ -38,7 +44,8 @@ CDataDrawSubDlg::CDataDrawSubDlg(const FieldLabels::Texts& labels, QWidget* pare
         // Six of each: the description tells a listener which slot a button belongs to.
         for (QPushButton* each : {capture, bom, clear}) {
             each->setAccessibleDescription(name);
-            each->setMaximumWidth(each->fontMetrics().horizontalAdvance(QStringLiteral("BOM<")) + 24);
+            // As wide as their texts: the block names get the room.
+            each->setFixedWidth(std::max(each->fontMetrics().horizontalAdvance(each->text()) + 16, 28));
         }
         connect(capture, &QPushButton::clicked, this, [this, slot] { emit captureRequested(slot); });
         connect(bom, &QPushButton::clicked, this, [this, slot] { emit bomPointRequested(slot); });

@@ -34,6 +34,8 @@ CDataPropertyDlg::CDataPropertyDlg(PartDataEntry entry, const FieldLabels::Texts
 
     tabs_ = new QTabWidget(this);
     tabs_->setObjectName(QStringLiteral("id%1").arg(kTabId));
+    // Room for a long specification or block name without scrolling inside the edit.
+    tabs_->setMinimumWidth(420);
     general_ = new CDataGenSubDlg(labels_, tabs_);
     user_ = new CDataCustomSubDlg(labels_, tabs_);
     drawing_ = new CDataDrawSubDlg(labels_, tabs_);
