@@ -20,7 +20,7 @@ bool openExplorerDrawing(const QString& path, ModuleSettings& settings,
     if (path.isEmpty() || settings.openQueueBusy) return false;
     // The guard's refusal comes before the read-only notice: the user learns first that
     // nothing opens now. It refuses here for certain, and tells why.
-    if (!documents.isQuiescent(documents.curDocument())) {
+    if (!documents.isQuiescent(documents.curDocument()) || settings.commandBusy) {
         queueGuardedCommand(settings, "_UBLO\n");
         return false;
     }

@@ -37,17 +37,17 @@ TEST_F(ExplorerOperations, OpenQueuesUbloBehindTheGuardAndTellsOfADrawingAlready
     EXPECT_EQ(queued(), (Strings{"_UBLO\n", "_UBLO\n"}));
 
     // A command running: refused first, without the read-only notice; an insertion running:
-    // the guard's own refusal, and the queue emptied.
+    // the guard's own refusal. Neither replaces the queue an earlier open command reads.
     documents().commandStarted(documents().curDocument());
-    EXPECT_FALSE(open(shown));
+    EXPECT_FALSE(open(other));
     documents().commandFinished(documents().curDocument());
     settings.commandBusy = true;
-    EXPECT_FALSE(open(other));
+    EXPECT_FALSE(open(shown));
     EXPECT_EQ(boxesShown(dialogs),
               (Strings{"읽기전용모드: 이 도면은 이미 열려있으므로,\n읽기 전용 모드로 열립니다. "
                        "[information]",
                        kCommandRunning, "INSERT PROCESSING: 현재 명령실행 중입니다. [error]"}));
-    EXPECT_TRUE(settings.openQueue.empty());
+    EXPECT_EQ(settings.openQueue, Strings{shown});
     EXPECT_TRUE(queued().empty());
 }
 

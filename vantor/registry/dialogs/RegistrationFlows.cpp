@@ -56,14 +56,12 @@ bool scanFolderForDrawings(const RegistryFlowContext& context) {
     return registrationOf(context).scanFolder(*folder);
 }
 
-bool queueOpenDrawings(ModuleSettings& settings, QWidget* frame) {
+bool queueOpenDrawings(const ModuleSettings& settings, QWidget* frame) {
     if (frame != nullptr) {
         frame->window()->activateWindow();
         frame->setFocus(Qt::OtherFocusReason);
     }
-    if (queueGuardedCommand(settings, "_UBLO\n")) return true;
-    settings.openQueue.clear();
-    return false;
+    return queueGuardedCommand(settings, "_UBLO\n");
 }
 
 }  // namespace vantor

@@ -43,8 +43,8 @@ bool manageRegisteredDrawings(const RegistryFlowContext& context);
 bool scanFolderForDrawings(const RegistryFlowContext& context);
 
 // The drawings in the open-drawing queue opened by the host: the frame gets the focus and
-// "_UBLO\n" is queued when the command guard lets it, which tells the user why not. A queue
-// that is not sent is emptied, so a later command does not open what was refused now.
-bool queueOpenDrawings(ModuleSettings& settings, QWidget* frame);
+// "_UBLO\n" is queued when the command guard lets it, which tells the user why not. The queue
+// is left as it is either way: an open command sent earlier and not yet run still reads it.
+bool queueOpenDrawings(const ModuleSettings& settings, QWidget* frame);
 
 }  // namespace vantor
