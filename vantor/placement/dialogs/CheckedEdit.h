@@ -15,9 +15,9 @@ public:
     void selectForCorrection();
 
 signals:
-    // The user moved the focus elsewhere in the same window. Leaving because a message box or
-    // another window took over is no leaving: the check's own message would otherwise check
-    // again.
+    // The user moved the focus elsewhere in the same window (told once events are handled).
+    // Leaving because a message box or another window took over is no leaving: the check's own
+    // message would otherwise check again.
     void left();
 
 protected:

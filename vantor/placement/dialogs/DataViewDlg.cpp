@@ -34,7 +34,10 @@ CDataViewDlg::CDataViewDlg(const PartRecord& record, const FieldLabels::Texts& l
         add(QString::fromStdString(labels[id]), record.text(static_cast<PartFields::Id>(id)));
     list_->resizeColumnToContents(0);
     list_->header()->setStretchLastSection(true);
-    list_->setMinimumSize(340, 400);
+    // Every row in sight without scrolling: twenty fields.
+    const int rows = list_->topLevelItemCount();
+    list_->setMinimumSize(340, list_->header()->sizeHint().height() +
+                                   rows * list_->sizeHintForRow(0) + 2 * list_->frameWidth() + 4);
 
     auto* buttons = new QDialogButtonBox(this);
     QPushButton* ok = buttons->addButton(QString::fromUtf8("확  인"), QDialogButtonBox::AcceptRole);

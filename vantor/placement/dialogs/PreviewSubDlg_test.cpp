@@ -59,14 +59,15 @@ TEST_F(PreviewPane, AScaleOfZeroIsRefusedOnLeavingItsEditAndSelected) {
     pane.scaleEdit()->selectAll();
     QTest::keyClicks(pane.scaleEdit(), "2.5");
     pane.angleEdit()->setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
     EXPECT_EQ(pane.scale(), 2.5);
     EXPECT_TRUE(dialogs_.calls().empty());
 
-    QTest::keyClicks(pane.angleEdit(), "");
     pane.scaleEdit()->setFocus(Qt::TabFocusReason);
     pane.scaleEdit()->selectAll();
     QTest::keyClicks(pane.scaleEdit(), "0");
     pane.angleEdit()->setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
     EXPECT_EQ(boxesShown(dialogs_), std::vector<std::string>{kScaleRefused});
     EXPECT_EQ(QApplication::focusWidget(), pane.scaleEdit());
     EXPECT_EQ(pane.scaleEdit()->selectedText(), QStringLiteral("0"));

@@ -90,17 +90,19 @@ CUserBlockDlg::CUserBlockDlg(UserBlockInput input, PlacementDialogContext& conte
     views_->setRootIsDecorated(false);
     views_->setSelectionMode(QAbstractItemView::SingleSelection);
     views_->header()->setStretchLastSection(true);
-    views_->setMinimumHeight(110);
-    picture_->setMinimumSize(260, 200);
+    // Six views at most: the list needs no more room than that, the picture takes the rest.
+    views_->setFixedHeight(views_->header()->sizeHint().height() +
+                           6 * views_->fontMetrics().height() + 12);
+    picture_->setMinimumSize(280, 240);
     auto* stateColumn = new QVBoxLayout(state);
-    stateColumn->addWidget(picture_, 3);
-    stateColumn->addWidget(views_, 2);
+    stateColumn->addWidget(picture_, 1);
+    stateColumn->addWidget(views_);
 
     // The twelve lists: six general fields, six user fields, in id order.
     auto makeList = [this](std::size_t k, QWidget* box, QFormLayout* form) {
         auto* list = new QComboBox(box);
         list->setObjectName(idName(kFirstListId + static_cast<int>(k)));
-        list->setMinimumWidth(190);
+        list->setMinimumWidth(220);
         list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         list->setMinimumContentsLength(16);
         auto* label = new QLabel(box);
@@ -143,7 +145,7 @@ CUserBlockDlg::CUserBlockDlg(UserBlockInput input, PlacementDialogContext& conte
     angle_->setParent(options);
     angle_->setObjectName(idName(kAngleId));
     angle_->setAccessibleName(QString::fromUtf8("각도"));
-    angle_->setMaximumWidth(90);
+    angle_->setFixedWidth(angle_->fontMetrics().horizontalAdvance(QStringLiteral("-360.000")) + 16);
     QPushButton* more = button("옵션설정", kOptionsId, options);
     auto* optionRow = new QHBoxLayout(options);
     optionRow->addWidget(fixedAngle_);
