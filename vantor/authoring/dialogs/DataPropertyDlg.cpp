@@ -92,6 +92,7 @@ CallerWindow CDataPropertyDlg::callerWindow() {
     return CallerWindow{[this, owner] {
                             hide();
                             if (owner) owner->hide();
+                            activateHostWindow();
                         },
                         [this, owner] {
                             if (owner) owner->show();

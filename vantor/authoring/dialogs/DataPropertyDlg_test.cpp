@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QTabWidget>
 
 #include "cad/app/ScriptedDialogs.h"
@@ -152,6 +153,14 @@ TEST_F(DataProperty, AStoreThatFailsKeepsTheDialogOpenAndXEmptiesASlot) {
         return false;
     });
     dialog.show();
+    // Hidden for a capture and back, the dialog is still running.
+    QSignalSpy finished(&dialog, &QDialog::finished);
+    const CallerWindow caller = dialog.callerWindow();
+    caller.hide();
+    EXPECT_FALSE(dialog.isVisible());
+    caller.show();
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(finished.count(), 0);
     control<QPushButton>(dialog, 452)->click();  // the front view holds nothing: no change
     EXPECT_EQ(dialog.entry().record.viewBlocks, entry.record.viewBlocks);
     control<QPushButton>(dialog, 455)->click();

@@ -2,7 +2,9 @@
 // accessible name and the control's id as "id<N>", so tests and assistive tools find them.
 #pragma once
 
+#include <QApplication>
 #include <QLabel>
+#include <QMainWindow>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QString>
@@ -39,5 +41,16 @@ inline QLineEdit* edit(const QString& name, int id, QWidget* parent) {
 
 // A field's title on the pages: its label followed by " :".
 inline QString fieldTitle(std::string_view label) { return qText(label) + QStringLiteral(" :"); }
+
+// Gives the focus to the host's main window (the first visible one left once the caller
+// hid), so that what the user types next goes to its command line.
+inline void activateHostWindow() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QMainWindow*>(top) && top->isVisible()) {
+            top->activateWindow();
+            return;
+        }
+    }
+}
 
 }  // namespace vantor::authoring_controls

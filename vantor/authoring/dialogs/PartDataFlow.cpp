@@ -8,6 +8,7 @@
 #include "vantor/authoring/CaptureFlow.h"
 #include "vantor/authoring/LibraryEditSession.h"
 #include "vantor/authoring/dialogs/DataPropertyDlg.h"
+#include "vantor/authoring/dialogs/DialogControls.h"
 #include "vantor/store/PartRecordStore.h"
 #include "vantor/ui/ModuleSettings.h"
 
@@ -72,6 +73,7 @@ bool captureBlock(QWidget* caller, const std::string& drawingPath, bool currentD
     QWidget* window = caller ? caller->window() : nullptr;
     CallerWindow hidden{[window] {
                             if (window) window->hide();
+                            authoring_controls::activateHostWindow();
                         },
                         [window] {
                             if (!window) return;
