@@ -1107,8 +1107,9 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
                 hardOwner = data_.rawChar();
             }
             marker(r, "AcDbDictionary");
+            // The flags came with 2000; R13 and R14 dictionaries have none to give.
             if (hardOwner != 0) integer(r, 280, hardOwner);
-            integer(r, 281, cloning);
+            if (r2k) integer(r, 281, cloning);
             std::vector<std::string> keys;
             for (std::int32_t i = 0; i < count && !data_.failed(); ++i) keys.push_back(data_.text());
             for (const std::string& key : keys) {

@@ -343,7 +343,8 @@ std::optional<int> Encoder::typeOf(const Item& item) const {
         {"ENDBLK", 0x05},      {"SEQEND", 0x06},     {"INSERT", 0x07},    {"ARC", 0x11},
         {"CIRCLE", 0x12},      {"LINE", 0x13},       {"POINT", 0x1B},     {"SOLID", 0x1F},
         {"TRACE", 0x20},       {"VIEWPORT", 0x22},   {"ELLIPSE", 0x23},  {"3DFACE", 0x1C},
-        {"SPLINE", 0x24},      {"RAY", 0x28},        {"XLINE", 0x29},     {"HATCH", 0x4E},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
+        {"SPLINE", 0x24},      {"RAY", 0x28},        {"XLINE", 0x29},     {"HATCH", 0x4E},
+        {"LEADER", 0x2D},      {"TOLERANCE", 0x2E},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
         {"BLOCK_RECORD", 0x31}, {"LAYER", 0x33},     {"STYLE", 0x35},     {"LTYPE", 0x39},
         {"VIEW", 0x3D},        {"UCS", 0x3F},        {"VPORT", 0x41},     {"APPID", 0x43},
         {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
@@ -1048,6 +1049,44 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             for (long k = 0; k < seeds; ++k) d.point2Raw(t.point(10, false));
             return true;
         }
+        case 0x2D: {
+            commonEntity(r, item, type);
+            std::vector<ge::Point3d> vertices;
+            for (const auto& [c, v] : item.tags) {
+                const double value = std::strtod(v.c_str(), nullptr);
+                if (c == 10) vertices.push_back({value, 0, 0});
+                if (c == 20 && !vertices.empty()) vertices.back().y = value;
+                if (c == 30 && !vertices.empty()) vertices.back().z = value;
+            }
+            d.bit(false);
+            d.bitShort(static_cast<std::int16_t>(item.integer(73, 3)));
+            d.bitShort(static_cast<std::int16_t>(item.integer(72)));
+            d.bitLong(static_cast<std::int32_t>(vertices.size()));
+            for (const ge::Point3d& p : vertices) d.point3Bit(p);
+            d.point3Bit(vertices.empty() ? ge::Point3d{} : vertices.front());
+            d.point3Bit(extrusion());
+            d.point3Bit(item.point(211, {1, 0, 0}));
+            d.point3Bit(item.point(212));
+            d.point3Bit(item.point(213));
+            d.bitDouble(item.real(40));
+            d.bitDouble(item.real(41));
+            d.bit(item.integer(74) != 0);
+            d.bit(item.integer(71, 1) != 0);
+            d.bitShort(0);
+            d.bit(false);
+            d.bit(false);
+            h.handle(kHardPointer, item.handleOf(340));
+            h.handle(kHardPointer, nameToHandle("DIMSTYLE", item.text(3, "Standard")));
+            return true;
+        }
+        case 0x2E:
+            commonEntity(r, item, type);
+            d.point3Bit(item.point(10));
+            d.point3Bit(item.point(11, {1, 0, 0}));
+            d.point3Bit(extrusion());
+            d.text(item.text(1));
+            h.handle(kHardPointer, nameToHandle("DIMSTYLE", item.text(3, "Standard")));
+            return true;
         case 0x23:
             commonEntity(r, item, type);
             d.point3Bit(item.point(10));
@@ -1515,6 +1554,85 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             h.handle(kHardPointer, item.handleOf(340));
             return true;
         }
+        case 502:
+            commonObject(r, item, type);
+            d.bitShort(0);
+            d.text(item.text(300));
+            d.bitDouble(item.real(140, 1.0));
+            d.bitDouble(item.real(141, 1.0));
+            d.bit(item.integer(290) != 0);
+            return true;
+        case 503: {
+            commonObject(r, item, type);
+            std::vector<std::pair<std::uint64_t, std::uint64_t>> pairs;  // entity, sort key
+            for (std::size_t i = 0; i < item.tags.size(); ++i) {
+                if (item.tags[i].first == 331) pairs.emplace_back(parseHandle(item.tags[i].second), 0);
+                if (item.tags[i].first == 5 && !pairs.empty()) {
+                    pairs.back().second = parseHandle(item.tags[i].second);
+                }
+            }
+            std::uint64_t block = 0;
+            for (const auto& [c, v] : item.tags) {
+                if (c == 330) {
+                    block = parseHandle(v);
+                    break;
+                }
+            }
+            h.handle(kSoftPointer, block);
+            d.bitLong(static_cast<std::int32_t>(pairs.size()));
+            for (const auto& [entity, key] : pairs) {
+                d.handle(0, key);
+                h.handle(kSoftPointer, entity);
+            }
+            return true;
+        }
+        case 0x3D: {
+            commonObject(r, item, type);
+            const int flags = item.integer(70);
+            tableEntryStart(r, item, flags);
+            const int mode = item.integer(71);
+            d.bitDouble(item.real(40, 1.0));
+            d.bitDouble(item.real(41, 1.0));
+            d.point2Raw(item.point(10));
+            d.point3Bit(item.point(12));
+            d.point3Bit(item.point(11, {0, 0, 1}));
+            d.bitDouble(item.real(50) * kRadians);
+            d.bitDouble(item.real(42, 50.0));
+            d.bitDouble(item.real(43));
+            d.bitDouble(item.real(44));
+            d.bit(mode & 1);
+            d.bit(mode & 2);
+            d.bit(mode & 4);
+            d.bit(!(mode & 16));
+            d.rawChar(static_cast<std::uint8_t>(item.integer(281)));
+            d.bit(flags & 1);
+            const bool ucs = item.integer(72) != 0;
+            d.bit(ucs);
+            h.handle(kHardPointer, 0);
+            if (ucs) {
+                d.point3Bit(item.point(110));
+                d.point3Bit(item.point(111, {1, 0, 0}));
+                d.point3Bit(item.point(112, {0, 1, 0}));
+                d.bitDouble(item.real(146));
+                d.bitShort(static_cast<std::int16_t>(item.integer(79)));
+                h.handle(kHardPointer, item.handleOf(346));
+                h.handle(kHardPointer, item.handleOf(345));
+            }
+            return true;
+        }
+        case 0x3F:
+            commonObject(r, item, type);
+            tableEntryStart(r, item, item.integer(70));
+            d.point3Bit(item.point(10));
+            d.point3Bit(item.point(11, {1, 0, 0}));
+            d.point3Bit(item.point(12, {0, 1, 0}));
+            d.bitDouble(item.real(146));
+            d.bitShort(static_cast<std::int16_t>(item.integer(79)));
+            d.bitShort(0);
+            h.handle(kHardPointer, 0);
+            h.handle(kHardPointer, item.handleOf(346));
+            h.handle(kHardPointer, 0);
+            return true;
         case 0x43:
             commonObject(r, item, type);
             tableEntryStart(r, item, item.integer(70));
@@ -1767,6 +1885,8 @@ std::string Encoder::classesSection() {
         w.text("ObjectDBX Classes");
         w.text(name == "DICTIONARYVAR"         ? "AcDbDictionaryVar"
                : name == "ACDBDICTIONARYWDFLT" ? "AcDbDictionaryWithDefault"
+               : name == "SCALE"               ? "AcDbScale"
+               : name == "SORTENTSTABLE"       ? "AcDbSortentsTable"
                                                : "AcDbObject");
         w.text(name);
         w.bit(false);
@@ -1787,7 +1907,8 @@ std::string Encoder::classesSection() {
 }
 
 std::string Encoder::file() {
-    classes_ = {{"DICTIONARYVAR", 500}, {"ACDBDICTIONARYWDFLT", 501}};
+    classes_ = {{"DICTIONARYVAR", 500}, {"ACDBDICTIONARYWDFLT", 501}, {"SCALE", 502},
+                {"SORTENTSTABLE", 503}};
     index();
 
     // The records, each with its handle; symbol tables become their control objects.
@@ -1819,7 +1940,7 @@ std::string Encoder::file() {
                     first = e;
                 } else if (name == "LTYPE" && upper == "BYBLOCK") {
                     second = e;
-                } else if (entry && name != "VIEW" && name != "UCS") {
+                } else if (entry) {
                     entries.push_back(e);
                 }
             }
@@ -1833,7 +1954,7 @@ std::string Encoder::file() {
             continue;
         }
         const auto type = typeOf(item);
-        if (!type || *type == 0x3D || *type == 0x3F) {
+        if (!type) {
             ++leftOut_[item.type];
             continue;
         }
