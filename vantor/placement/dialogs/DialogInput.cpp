@@ -1,6 +1,7 @@
 // The placement dialogs' modal run and angle pick.
 #include "vantor/placement/dialogs/DialogInput.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
 #include <QLineEdit>
@@ -24,6 +25,14 @@ int runHideable(QDialog& dialog) {
 }
 
 namespace {
+
+// The host's main window, by its class name: the module links none of the host's widgets,
+// and the library window is a main window too, so "the first main window" would not do.
+QWidget* hostWindow() {
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->inherits("cad::gui::MainWindow") && top->isVisible()) return top;
+    return nullptr;
+}
 
 double numberOf(const QLineEdit& edit) {
     return std::atof(edit.text().toStdString().c_str());
@@ -56,6 +65,8 @@ void pickAngleInDrawing(QWidget* window, QLineEdit* edit, PlacementDialogContext
         shown->hide();
         hidden.push_back(shown);
     }
+    // What the user types now goes to the host's command line.
+    if (QWidget* host = hostWindow()) host->activateWindow();
     const std::string angle = InsertionInput::pickAngle(context.editor, context.settings);
     edit->setText(QString::fromStdString(angle));
     for (auto at = hidden.rbegin(); at != hidden.rend(); ++at) (*at)->show();

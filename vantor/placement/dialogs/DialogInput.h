@@ -22,8 +22,8 @@ int runHideable(QDialog& dialog);
 
 // The angle picked in the drawing, in degrees with three decimals, written into `edit`; a
 // cancelled pick writes the angle stored in the settings. `window` and every dialog it stands
-// on are hidden meanwhile, so the drawing view takes the clicks, and come back afterwards with
-// `edit` focused.
+// on are hidden meanwhile and the host's main window takes the focus, so the drawing view takes
+// the clicks and the command line the typing; they come back afterwards with `edit` focused.
 // The range checks of the scale and angle edits (texts read as numbers the way the settings
 // read them): out of range, the message is shown and the edit selected for correction.
 bool scaleAccepted(CheckedEdit& edit, cad::app::UserDialogs& dialogs);
