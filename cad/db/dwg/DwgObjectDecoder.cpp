@@ -1424,6 +1424,43 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             integer(r, 70, flags);
             return true;
         }
+        case 0x49: {
+            const std::string styleName = data_.text();
+            const std::string description = data_.text();
+            const int stored = data_.bitShort();
+            // The flags are stored with some bits swapped against their DXF places.
+            static constexpr std::pair<int, int> kFlagBits[] = {
+                {1, 2}, {2, 1}, {16, 16}, {32, 64}, {64, 32}, {256, 256}, {512, 1024}, {1024, 512}};
+            int flags = 0;
+            for (const auto& [dwgBit, dxfBit] : kFlagBits) {
+                if (stored & dwgBit) flags |= dxfBit;
+            }
+            const int fill = data_.color();
+            const double startAngle = data_.bitDouble();
+            const double endAngle = data_.bitDouble();
+            const int lines = data_.rawChar();
+            marker(r, "AcDbMlineStyle");
+            text(r, 2, styleName);
+            integer(r, 70, flags);
+            text(r, 3, description);
+            integer(r, 62, fill);
+            angle(r, 51, startAngle);
+            angle(r, 52, endAngle);
+            integer(r, 71, lines);
+            for (int i = 0; i < lines && !data_.failed(); ++i) {
+                real(r, 49, data_.bitDouble());
+                integer(r, 62, data_.color());
+                const int index = static_cast<std::uint16_t>(data_.bitShort());
+                // A linetype is named by its place in the linetype table; 32767 and 32766
+                // stand for by layer and by block.
+                if (index == 32767 || index == 32766) {
+                    r.tags.push_back({6, index == 32767 ? "BYLAYER" : "BYBLOCK", 0});
+                } else {
+                    r.tags.push_back({6, {}, kLinetypeIndex | static_cast<std::uint64_t>(index)});
+                }
+            }
+            return true;
+        }
         case 0x48: {
             const std::string description = data_.text();
             const int unnamed = data_.bitShort();

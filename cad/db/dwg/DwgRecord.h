@@ -10,6 +10,9 @@
 
 namespace cad::db::dwg {
 
+// A DwgTag::nameOf with this bit names the linetype at that place in the linetype table.
+inline constexpr std::uint64_t kLinetypeIndex = std::uint64_t{1} << 63;
+
 struct DwgTag {
     int code = 0;
     std::string value;  // as DXF text; bytes in the drawing's code page

@@ -49,6 +49,10 @@ private:
     }
     // The name a link points at; empty when it names no record that was read.
     std::string nameOf(std::uint64_t handle) const {
+        if (handle & kLinetypeIndex) {
+            const std::uint64_t index = handle & ~kLinetypeIndex;
+            return index < linetypes_.size() ? nameOf(linetypes_[index]) : std::string("BYLAYER");
+        }
         const DwgRecord* record = find(handle);
         return record ? record->name : std::string();
     }
@@ -66,6 +70,7 @@ private:
     std::vector<std::uint64_t> order_;  // every decoded handle, ascending
     std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> owned_;
     std::uint64_t modelSpace_ = 0, paperSpace_ = 0;
+    std::vector<std::uint64_t> linetypes_;  // the linetype table's records, in its order
     std::string out_;
 };
 
@@ -243,6 +248,13 @@ void Writer::nameBlocks() {
 std::string Writer::write() {
     // Which block each entity is drawn in, and what each INSERT or POLYLINE owns.
     nameBlocks();
+    for (const std::uint64_t handle : order_) {
+        const DwgRecord& control = records_.at(handle);
+        if (control.type == 0x38) {
+            linetypes_ = control.entries;
+            break;
+        }
+    }
     for (const std::uint64_t handle : order_) {
         DwgRecord& r = records_.at(handle);
         if (!r.isEntity) continue;

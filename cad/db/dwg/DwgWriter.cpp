@@ -11,6 +11,7 @@
 #include <map>
 #include <numbers>
 #include <optional>
+#include <tuple>
 #include <unordered_map>
 
 #include "cad/db/dwg/BitWriter.h"
@@ -277,6 +278,7 @@ private:
     std::uint64_t modelSpace_ = 0, paperSpace_ = 0, handseed_ = 0;
     std::vector<std::pair<std::string, int>> classes_;  // DXF name, number
     std::map<std::string, int> leftOut_;
+    std::vector<std::uint64_t> linetypeOrder_;  // the linetype control's counted entries
     int codePage_ = 30;
 };
 
@@ -347,7 +349,7 @@ std::optional<int> Encoder::typeOf(const Item& item) const {
         {"LEADER", 0x2D},      {"TOLERANCE", 0x2E},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
         {"BLOCK_RECORD", 0x31}, {"LAYER", 0x33},     {"STYLE", 0x35},     {"LTYPE", 0x39},
         {"VIEW", 0x3D},        {"UCS", 0x3F},        {"VPORT", 0x41},     {"APPID", 0x43},
-        {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
+        {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"MLINESTYLE", 0x49},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
         {"ACDBPLACEHOLDER", 0x50}, {"LAYOUT", 0x52},
     };
     if (item.type == "DIMENSION") {
@@ -1286,6 +1288,49 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bitShort(static_cast<std::int16_t>(item.integer(280, 1)));
             return true;
         }
+        case 0x49: {
+            commonObject(r, item, type);
+            d.text(item.text(2));
+            d.text(item.text(3));
+            static constexpr std::pair<int, int> kFlagBits[] = {
+                {1, 2}, {2, 1}, {16, 16}, {32, 64}, {64, 32}, {256, 256}, {512, 1024}, {1024, 512}};
+            const int flags = item.integer(70);
+            int stored = 0;
+            for (const auto& [dwgBit, dxfBit] : kFlagBits) {
+                if (flags & dxfBit) stored |= dwgBit;
+            }
+            d.bitShort(static_cast<std::int16_t>(stored));
+            d.bitShort(static_cast<std::int16_t>(item.integer(62, 256)));
+            d.bitDouble(item.real(51, 90.0) * kRadians);
+            d.bitDouble(item.real(52, 90.0) * kRadians);
+            // Elements: 49 offset, 62 colour, 6 linetype, after the 71 count.
+            std::vector<std::tuple<double, int, std::string>> elements;
+            bool counting = false;
+            for (const auto& [c, v] : item.tags) {
+                if (c == 71) counting = true;
+                if (!counting) continue;
+                if (c == 49) elements.emplace_back(std::strtod(v.c_str(), nullptr), 256, "BYLAYER");
+                if (c == 62 && !elements.empty()) std::get<1>(elements.back()) = std::atoi(v.c_str());
+                if (c == 6 && !elements.empty()) std::get<2>(elements.back()) = v;
+            }
+            d.rawChar(static_cast<std::uint8_t>(elements.size()));
+            for (const auto& [offset, color, linetype] : elements) {
+                d.bitDouble(offset);
+                d.bitShort(static_cast<std::int16_t>(color));
+                const std::string upper = sys::asciiUpper(linetype);
+                int index = 32767;
+                if (upper == "BYBLOCK") {
+                    index = 32766;
+                } else if (upper != "BYLAYER") {
+                    const auto& order = linetypeOrder_;
+                    const auto at = std::find(order.begin(), order.end(),
+                                              nameToHandle("LTYPE", linetype));
+                    if (at != order.end()) index = static_cast<int>(at - order.begin());
+                }
+                d.bitShort(static_cast<std::int16_t>(index));
+            }
+            return true;
+        }
         case 0x50:
             commonObject(r, item, type);
             return true;
@@ -1946,6 +1991,7 @@ std::string Encoder::file() {
             }
             r.data.bitLong(static_cast<std::int32_t>(entries.size()));
             for (const std::uint64_t e : entries) r.handles.handle(kSoftOwner, e);
+            if (name == "LTYPE") linetypeOrder_ = entries;
             if (name == "BLOCK_RECORD" || name == "LTYPE") {
                 r.handles.handle(kSoftOwner, first);
                 r.handles.handle(kSoftOwner, second);
