@@ -14,6 +14,7 @@
 #include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Xrecord.h"
+#include "vantor/host/InsertionStates.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ManagementWindows.h"
 #include "vantor/registry/TreeRebuilder.h"
@@ -48,6 +49,7 @@ struct Registry {
     std::string bigGroupDrawing;
     cad::app::ScriptedDialogs dialogs;
     ModuleSettings settings;
+    InsertionStates insertions;
 
     Registry() {
         settings.moduleFolder = folder.string() + "/";
@@ -119,7 +121,8 @@ std::unique_ptr<CUblMainFrame> openFrame(cad::app::Application& app, const std::
     Registry& r = registry();
     r.settings.curListName = window;
     auto frame = std::make_unique<CUblMainFrame>(
-        FrameContext{r.settings, r.dialogs, app.documentManager(), "Vantor", {}});
+        FrameContext{r.settings, r.dialogs, app.documentManager(), app.editor(), r.insertions,
+                     "Vantor", {}});
     frame->show();
     frame->handleMessage(1042, 1043, 0);
     frame->repaint();

@@ -28,6 +28,15 @@
 
 namespace vantor {
 
+void fillInsertionState(const InsertRequest& request, InsertionState& state) {
+    state.libraryPath = request.libraryPath;
+    state.blockName = request.blockName;
+    state.record = request.record;
+    state.scale = request.scale;
+    state.insertMode = request.insertMode;
+    state.dragDrop = false;
+}
+
 bool OnInsertBlock(const InsertRequest& request, const ModuleSettings& settings,
                    InsertionStates& states) {
     if (request.libraryPath.empty()) {
@@ -38,14 +47,8 @@ bool OnInsertBlock(const InsertRequest& request, const ModuleSettings& settings,
     if (!queueGuardedCommand(settings, "_UBLI\n")) return false;
     // UBLI runs only when the host reads its next input, so the state is filled before it
     // looks.
-    InsertionState& state =
-        states.of(cad::app::Application::current()->documentManager().curDocument());
-    state.libraryPath = request.libraryPath;
-    state.blockName = request.blockName;
-    state.record = request.record;
-    state.scale = request.scale;
-    state.insertMode = request.insertMode;
-    state.dragDrop = false;
+    fillInsertionState(request,
+                       states.of(cad::app::Application::current()->documentManager().curDocument()));
     return true;
 }
 

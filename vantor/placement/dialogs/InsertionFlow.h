@@ -34,6 +34,8 @@ struct InsertRequest {
     int insertMode = 0;
 };
 
+// The document's state takes the part, as an insertion not dropped from a list.
+void fillInsertionState(const InsertRequest& request, InsertionState& state);
 // The library drawing's file name first (without it "파일 이름 확인 에러" and nothing else),
 // then the command guard with its messages; when the guard lets "_UBLI\n" through, the current
 // document's insertion state takes the part. The state is filled only after the guard passed:

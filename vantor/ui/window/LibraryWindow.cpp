@@ -6,6 +6,7 @@
 #include "cad/app/Application.h"
 #include "cad/app/UserDialogs.h"
 #include "vantor/host/VantorApp.h"
+#include "vantor/placement/dialogs/InsertionFlow.h"
 #include "vantor/ui/ModuleSettings.h"
 #include "vantor/ui/window/UblMainFrame.h"
 
@@ -26,7 +27,8 @@ void LibraryWindow::create(const std::string& title) {
     ModuleSettings& settings = *app_.settings();
     // The window opens on the side the user chose last.
     settings.displayMode = settings.ublView != 0;
-    FrameContext context{settings, cad::app::userDialogs(), app_.host().documentManager(), title,
+    FrameContext context{settings,           cad::app::userDialogs(), app_.host().documentManager(),
+                         app_.host().editor(), app_.insertionStates(), title,
                          app_.help().page()};
     frame_ = new CUblMainFrame(std::move(context));
     frame_->setAttribute(Qt::WA_DeleteOnClose);
@@ -59,7 +61,12 @@ void LibraryWindow::bringToFront() {
 }
 
 void installLibraryWindow(VantorApp& app) {
-    if (app.host().showsWindows()) app.setFrame(std::make_unique<LibraryWindow>(app));
+    if (!app.host().showsWindows()) return;
+    app.setFrame(std::make_unique<LibraryWindow>(app));
+    // A drag that asks for the settings brings the insertion dialog back.
+    app.setPlacementHook([&app](cad::app::Document& document, InsertionState& state) {
+        runInsertionWithDialog(document, state, *app.settings());
+    });
 }
 
 }  // namespace vantor

@@ -55,7 +55,8 @@ void CListViewEx::startDrag(Qt::DropActions) {
     mime->setText(model_.index(currentIndex().row(), PartFields::Spec).data().toString());
     QDrag drag(this);
     drag.setMimeData(mime);
-    drag.exec(Qt::CopyAction);
+    const bool dropped = drag.exec(Qt::CopyAction) != Qt::IgnoreAction;
+    if (dragEnded_) dragEnded_(dropped);
 }
 
 void CListViewEx::contextMenuEvent(QContextMenuEvent* event) {

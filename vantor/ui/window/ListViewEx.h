@@ -20,7 +20,11 @@ public:
     void selectRecord(std::int64_t handle);
     // Dragging the current record onto the drawing inserts it there; the window prepares the
     // insertion when the drag starts and answers whether it may (the host may be busy).
-    void setDragPreparer(std::function<bool()> prepare) { prepareDrag_ = std::move(prepare); }
+    // `ended` hears whether the record was dropped somewhere that took it.
+    void setDragPreparer(std::function<bool()> prepare, std::function<void(bool dropped)> ended) {
+        prepareDrag_ = std::move(prepare);
+        dragEnded_ = std::move(ended);
+    }
 
 signals:
     void recordChosen(const PartRecord* record);
@@ -37,6 +41,7 @@ protected:
 private:
     PartListModel& model_;
     std::function<bool()> prepareDrag_;
+    std::function<void(bool dropped)> dragEnded_;
 };
 
 }  // namespace vantor

@@ -35,7 +35,9 @@
 #include "vantor/ui/models/DrawingTreeModel.h"
 #include "vantor/ui/models/ModelText.h"
 #include "vantor/ui/models/PartListModel.h"
+#include "vantor/placement/dialogs/PreviewSubDlg.h"
 #include "vantor/ui/window/CommandIcons.h"
+#include "vantor/ui/window/FrameFlows.h"
 #include "vantor/ui/window/HelpWindow.h"
 #include "vantor/ui/window/ListViewEx.h"
 #include "vantor/ui/window/PreviewCanvas.h"
@@ -75,7 +77,10 @@ CUblMainFrame::CUblMainFrame(FrameContext context, QWidget* parent)
       treeModel_(std::make_unique<CategoryTreeModel>(tree_)),
       explorerTreeModel_(std::make_unique<CategoryTreeModel>(explorerTree_)),
       partModel_(std::make_unique<PartListModel>(settings_.labels)),
-      blockModel_(std::make_unique<BlockListModel>()) {
+      blockModel_(std::make_unique<BlockListModel>()),
+      flows_(std::make_unique<FrameFlows>(
+          *this, PlacementDialogContext{settings_, dialogs_, context_.editor}, context_.insertions,
+          context_.documents)) {
     setWindowTitle(qText(context_.title));
     setWindowIcon(frameIcon(*style()));
     setAccessibleName(qText(context_.title));
@@ -211,7 +216,7 @@ void CUblMainFrame::buildClientArea() {
     leftSplitter_->addView(1, categoryTree_);
 
     blockModel_->setIconDrawer([this](const std::string& path, const std::string& block) {
-        cad::db::Database* database = openDrawing(path);
+        cad::db::Database* database = drawing(path);
         if (database == nullptr) return QIcon();
         const QImage image = drawBlockPreview(*database, {block, QSize(48, 48), std::nullopt, false});
         return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
@@ -222,7 +227,7 @@ void CUblMainFrame::buildClientArea() {
     rightUpperSplitter_->addView(1, partList_);
 
     auto* canvas = new PreviewCanvas(
-        [this](const std::string& path) { return openDrawing(path); });
+        [this](const std::string& path) { return drawing(path); });
     supplierPanel_ = new SupplierInfoPanel();
     supplierPanel_->setMinimumWidth(180);
     auto* companyInfo = new QAction(QStringLiteral("회사 정보 입력..."), supplierPanel_);
@@ -230,7 +235,9 @@ void CUblMainFrame::buildClientArea() {
     connect(companyInfo, &QAction::triggered, this, [this] { editCompanyInfo(); });
     supplierPanel_->addAction(companyInfo);
     supplierPanel_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    previewView_ = new CUblPreviewView(windows_, canvas, supplierPanel_, rightSplitter_);
+    auto* controls = new CPreviewSubDlg(flows_->context());
+    flows_->setPreviewControls(controls);
+    previewView_ = new CUblPreviewView(windows_, canvas, supplierPanel_, controls, rightSplitter_);
     rightSplitter_->addView(1, previewView_);
     setCentralWidget(mainSplitter_);
 
@@ -260,6 +267,19 @@ void CUblMainFrame::wireViews() {
     connect(partList_, &CListViewEx::deleteRequested, this, [this] { runCommand(1504); });
     connect(dataPane_, &CRecListView::blockChosen, this,
             [this](const std::string& name) { blockChosen(name); });
+    connect(this, &CUblMainFrame::placementOrAuthoringRequested, this,
+            [this](FrameAction action) { flows_->run(action); });
+    partList_->setDragPreparer([this] { return flows_->prepareDrop(); },
+                               [this](bool dropped) { flows_->dropEnded(dropped); });
+    connect(previewView_, &CUblPreviewView::insertRequested, this, [this] { flows_->insertFromPreview(); });
+    connect(explorer_, &CShellTreeViewEx::openDrawingRequested, this,
+            [this](const QString& path) { flows_->openDrawing(path); });
+    connect(explorer_, &CShellTreeViewEx::r14CopyRequested, this,
+            [this](const QString& path) { flows_->writeR14Copy(path); });
+    connect(explorer_, &CShellTreeViewEx::registerDrawingRequested, this,
+            [this](const QString& path) { flows_->registerDrawing(path); });
+    connect(explorer_, &CShellTreeViewEx::newDrawingRequested, this,
+            [this](const QString& folder) { flows_->newDrawing(folder); });
 }
 
 // ---- geometry -----------------------------------------------------------------------------
@@ -481,7 +501,7 @@ void CUblMainFrame::redrawPreview() {
 
 void CUblMainFrame::refreshBlockList() {
     const std::string path = blockModel_->drawingPath();
-    if (!path.empty()) showDrawing(path, openDrawing(path));
+    if (!path.empty()) showDrawing(path, drawing(path));
 }
 
 void CUblMainFrame::status(const QString& text) {

@@ -26,6 +26,9 @@ namespace cad::app {
 class DocumentManager;
 class UserDialogs;
 }  // namespace cad::app
+namespace cad::ed {
+class Editor;
+}
 
 namespace vantor {
 
@@ -39,6 +42,8 @@ class CUblTreeView;
 class CVNTreeViewEx;
 class CViewSplitter;
 class DrawingTreeModel;
+class FrameFlows;
+class InsertionStates;
 class ModuleSettings;
 class PartListModel;
 class SupplierInfoPanel;
@@ -50,6 +55,8 @@ struct FrameContext {
     ModuleSettings& settings;
     cad::app::UserDialogs& dialogs;
     cad::app::DocumentManager& documents;
+    cad::ed::Editor& editor;          // picks in the drawing for the dialogs
+    InsertionStates& insertions;      // the parts handed to UBLI, per document
     std::string title;     // "Vantor Ver.0.1.0.0"
     std::string helpPage;  // the help's index page; empty when there is none
 };
@@ -77,6 +84,19 @@ public:
     CViewSplitter* splitter(int which) const;  // 0 main, 1 left, 2 right, 3 right upper
     LeftPane leftPane() const { return selection_.side; }
     CVNTreeBase& registeredTree() { return tree_; }
+    DrawingList& drawingList() { return list_; }
+    DrawingExplorer& explorerDrawing() { return explorerDrawing_; }
+    FrameFlows& flows() { return *flows_; }
+    // The drawing chosen on the side shown (a registered drawing, or the explored file);
+    // empty when none is.
+    std::string chosenDrawing() const;
+    // The registered drawings changed in memory and in their tree (a registration): the views
+    // show them again.
+    void listChanged();
+    PartListModel& partModel() { return *partModel_; }
+    // A library drawing from the kept ones, or read now with the wait shown; nullptr when it
+    // cannot be read (said in the status bar).
+    cad::db::Database* drawing(const std::string& path);
     ManagementWindows& managementWindows() { return windows_; }
 
 signals:
@@ -117,8 +137,6 @@ private:
     void blockChosen(const std::string& name);
     void deleteRecord();
     void editCompanyInfo();
-    // The drawing from the kept ones, or read now with the wait shown.
-    cad::db::Database* openDrawing(const std::string& path);
     CVNTreeBase& shownTree();
     CategoryTreeModel& shownTreeModel();
     void status(const QString& text);
@@ -139,6 +157,7 @@ private:
     std::unique_ptr<CategoryTreeModel> explorerTreeModel_;
     std::unique_ptr<PartListModel> partModel_;
     std::unique_ptr<BlockListModel> blockModel_;
+    std::unique_ptr<FrameFlows> flows_;
 
     std::map<int, QAction*> actions_;
     QToolBar* toolBar_ = nullptr;

@@ -56,6 +56,20 @@ void CUblMainFrame::rebuildFromList(DrawingList& list) {
                                  .arg(unreadable));
 }
 
+std::string CUblMainFrame::chosenDrawing() const {
+    if (selection_.side == LeftPane::Explorer) return stdText(explorer_->currentDrawingPath());
+    return drawingTree_->currentPath();
+}
+
+void CUblMainFrame::listChanged() {
+    categoryTree_->beginTreeChange();
+    categoryTree_->endTreeChange();
+    const std::string chosen = drawingTree_->currentPath();
+    drawingModel_->showList(drawingModel_->windowName(), list_);
+    statusDrawings_->setText(QStringLiteral("도면 %1").arg(list_.size()));
+    drawingTree_->selectPath(chosen);
+}
+
 CVNTreeBase& CUblMainFrame::shownTree() {
     return selection_.side == LeftPane::Explorer ? explorerTree_ : tree_;
 }
@@ -69,7 +83,7 @@ void CUblMainFrame::registeredDrawingChosen(const std::string& path) {
         showDrawing({}, nullptr);
         return;
     }
-    cad::db::Database* database = openDrawing(path);
+    cad::db::Database* database = drawing(path);
     showDrawing(path, database);
     // Down to the drawing's first group, so its parts show at once.
     TreeNode* node = treeModel_->nodeAt(treeModel_->firstRootOf(path));
@@ -125,7 +139,7 @@ void CUblMainFrame::nodeChosen(TreeNode* node) {
         statusParts_->clear();
         return;
     }
-    cad::db::Database* database = openDrawing(group->drawingPath);
+    cad::db::Database* database = drawing(group->drawingPath);
     GroupRecords records;
     if (database != nullptr) records = readGroupRecords(objectIdOfNode(*database, group->id));
     const std::size_t count = records.records.size();
@@ -193,7 +207,7 @@ void CUblMainFrame::editCompanyInfo() {
     }
 }
 
-cad::db::Database* CUblMainFrame::openDrawing(const std::string& path) {
+cad::db::Database* CUblMainFrame::drawing(const std::string& path) {
     if (drawings_.holdsCurrent(path)) return drawings_.open(path);
     // A large drawing takes a moment to read: the user sees why the window waits.
     status(QStringLiteral("상태 : 도면 읽는 중... %1").arg(qText(path)));

@@ -17,6 +17,7 @@
 #include "cad/gui/TestApplication.h"
 #include "cad/sys/FileSystem.h"
 #include "vantor/host/FrameMessages.h"
+#include "vantor/host/InsertionStates.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ManagementWindows.h"
 #include "vantor/registry/TreeRebuilder.h"
@@ -64,7 +65,8 @@ protected:
 
     std::unique_ptr<CUblMainFrame> open() {
         auto frame = std::make_unique<CUblMainFrame>(
-            FrameContext{settings_, dialogs_, app_.documentManager(), "Vantor Ver.0.1.0.0", {}});
+            FrameContext{settings_, dialogs_, app_.documentManager(), app_.editor(), insertions_,
+                         "Vantor Ver.0.1.0.0", {}});
         frame->show();
         frame->handleMessage(kMsgSwitchPane, kPaneDrawingTree, 0);
         QCoreApplication::processEvents();
@@ -76,6 +78,7 @@ protected:
     cad::app::Application app_;
     cad::app::ScriptedDialogs dialogs_;
     ModuleSettings settings_;
+    InsertionStates insertions_;
 };
 
 TEST_F(LibraryFrame, OpensOnTheFirstDrawingsFirstGroupWithItsPartsAndPicture) {

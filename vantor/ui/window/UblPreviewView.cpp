@@ -2,6 +2,8 @@
 #include "vantor/ui/window/UblPreviewView.h"
 
 #include <QComboBox>
+#include <QHBoxLayout>
+#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSplitter>
 #include <QToolBar>
@@ -17,13 +19,14 @@
 namespace vantor {
 
 CUblPreviewView::CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canvas,
-                                 QWidget* infoPanel, QWidget* parent)
+                                 QWidget* infoPanel, QWidget* controls, QWidget* parent)
     : QWidget(parent),
       windows_(windows),
       canvas_(canvas),
       dropDown_(new QComboBox(this)),
       toolBar_(new QToolBar(this)),
-      picture_(new QSplitter(Qt::Horizontal, this)) {
+      picture_(new QSplitter(Qt::Horizontal)),
+      pictureArea_(new QWidget(this)) {
     dropDown_->setObjectName(QStringLiteral("id%1").arg(kWindowDropDownId));
     dropDown_->setAccessibleName(QStringLiteral("관리창"));
     dropDown_->setMinimumContentsLength(12);
@@ -57,11 +60,26 @@ CUblPreviewView::CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canv
     }
     picture_->setChildrenCollapsible(false);
 
+    // Under the picture: how the part goes in, and the button that puts it there.
+    auto* insert = new QPushButton(qText(frameCommand(1807)->entry), pictureArea_);
+    insert->setObjectName(QStringLiteral("id1807"));
+    insert->setAccessibleName(insert->text());
+    connect(insert, &QPushButton::clicked, this, &CUblPreviewView::insertRequested);
+    auto* placing = new QHBoxLayout;
+    placing->setContentsMargins(4, 2, 4, 2);
+    if (controls != nullptr) placing->addWidget(controls, 1);
+    placing->addWidget(insert, 0, Qt::AlignVCenter);
+    auto* area = new QVBoxLayout(pictureArea_);
+    area->setContentsMargins(0, 0, 0, 0);
+    area->setSpacing(0);
+    area->addWidget(picture_, 1);
+    area->addLayout(placing);
+
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(toolBar_);
-    layout->addWidget(picture_, 1);
+    layout->addWidget(pictureArea_, 1);
     layout->addStretch(0);
 }
 
@@ -93,13 +111,13 @@ void CUblPreviewView::runWindowCommand(FrameAction action) {
 }
 
 void CUblPreviewView::setPictureVisible(bool visible) {
-    picture_->setVisible(visible);
+    pictureArea_->setVisible(visible);
     // Without the picture the pane is only its tool bar, and the lists above take the room.
     setMaximumHeight(visible ? QWIDGETSIZE_MAX : toolBar_->sizeHint().height());
 }
 
 bool CUblPreviewView::pictureVisible() const {
-    return !picture_->isHidden();
+    return !pictureArea_->isHidden();
 }
 
 }  // namespace vantor

@@ -17,8 +17,10 @@ enum class FrameAction;
 class CUblPreviewView : public QWidget {
     Q_OBJECT
 public:
+    // `controls` (the placement's scale, angle and options) stand under the picture, with the
+    // insert button.
     CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canvas, QWidget* infoPanel,
-                    QWidget* parent = nullptr);
+                    QWidget* controls, QWidget* parent = nullptr);
 
     // The management windows' commands (the small tool bar's and the frame's menu items).
     void runWindowCommand(FrameAction action);
@@ -32,12 +34,17 @@ public:
     QComboBox* windowDropDown() const { return dropDown_; }
     QToolBar* windowToolBar() const { return toolBar_; }
 
+signals:
+    // The insert button (1807): the chosen part into the drawing.
+    void insertRequested();
+
 private:
     ManagementWindows& windows_;
     PreviewCanvas* canvas_;
     QComboBox* dropDown_;
     QToolBar* toolBar_;
     QSplitter* picture_;
+    QWidget* pictureArea_;
 };
 
 }  // namespace vantor
