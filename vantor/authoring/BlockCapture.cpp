@@ -2,6 +2,7 @@
 #include "vantor/authoring/BlockCapture.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <vector>
 
 #include "cad/app/DocumentManager.h"
@@ -88,6 +89,15 @@ std::optional<PartInView> blockAtItsOrigin(const cad::db::Database& library,
 BlockCapture::BlockCapture(cad::ed::Editor& editor, cad::app::DocumentManager& documents,
                            cad::app::UserDialogs& dialogs)
     : editor_(editor), documents_(documents), dialogs_(dialogs) {}
+
+bool BlockCapture::isCurrentDrawing(const std::string& path) const {
+    const cad::app::Document* document = documents_.curDocument();
+    if (document == nullptr || path.empty()) return false;
+    // One file under two names (a link, "..") is still the one drawing.
+    std::error_code error;
+    return document->fileName() == path ||
+           std::filesystem::equivalent(document->fileName(), path, error);
+}
 
 bool BlockCapture::quiescent() {
     if (documents_.isQuiescent(documents_.curDocument())) return true;

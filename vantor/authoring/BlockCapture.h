@@ -46,6 +46,9 @@ public:
                  cad::app::UserDialogs& dialogs);
 
     cad::ed::Editor& editor() const { return editor_; }
+    // Whether the drawing at `path` is the current document's, the drawing selections come
+    // from (the block list's current-drawing flag).
+    bool isCurrentDrawing(const std::string& path) const;
     cad::app::UserDialogs& dialogs() const { return dialogs_; }
 
     // Asks for entities in the current drawing with `caller` hidden and brings them into

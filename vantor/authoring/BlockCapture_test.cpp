@@ -97,6 +97,8 @@ TEST_F(Capture, OnePickedReferenceCopiesItsDefinitionExceptIntoTheDrawingItStand
     EXPECT_EQ(visibility, "hide show ");
     EXPECT_TRUE(dialogs.calls().empty());
 
+    EXPECT_TRUE(capture().isCurrentDrawing(folder.path().string() + "/./work.dxf"));
+    EXPECT_FALSE(capture().isCurrentDrawing(folder.file("parts.dxf")));
     cad::db::Database current;
     type({reference, ""});
     visibility.clear();
