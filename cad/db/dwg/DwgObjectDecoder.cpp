@@ -152,7 +152,19 @@ int lineweightOf(int index) {
     return -1;
 }
 
-constexpr double kDegrees = 180.0 / std::numbers::pi;
+constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
+
+// DWG stores angles in radians, DXF in degrees. Of the degree values that give exactly the
+// stored radians, the one with the fewest decimals is taken, so an angle written as 30
+// degrees reads back as 30, not 29.999999999999996.
+double toDegrees(double radians) {
+    const double degrees = radians / kRadiansPerDegree;
+    for (const double scale : {1.0, 1e3, 1e6, 1e9, 1e12}) {
+        const double candidate = std::round(degrees * scale) / scale;
+        if (candidate * kRadiansPerDegree == radians) return candidate;
+    }
+    return degrees;
+}
 
 }  // namespace
 
@@ -180,7 +192,7 @@ void DwgObjectDecoder::real(DwgRecord& r, int code, double value) {
 }
 
 void DwgObjectDecoder::angle(DwgRecord& r, int code, double radians) {
-    real(r, code, radians * kDegrees);
+    real(r, code, toDegrees(radians));
 }
 
 void DwgObjectDecoder::point(DwgRecord& r, int code, const ge::Point3d& p, bool withZ) {
@@ -896,8 +908,9 @@ bool DwgObjectDecoder::decodeFields(DwgRecord& r) {
             integer(r, 72, knots);
             integer(r, 73, controls);
             integer(r, 74, fits);
-            real(r, 42, knotTolerance);
-            real(r, 43, controlTolerance);
+            // Splines by fit points store no knot or control tolerance; the usual ones stand.
+            real(r, 42, scenario == 2 ? 1e-10 : knotTolerance);
+            real(r, 43, scenario == 2 ? 1e-10 : controlTolerance);
             if (scenario == 2) {
                 real(r, 44, fitTolerance);
                 point(r, 12, startTangent);

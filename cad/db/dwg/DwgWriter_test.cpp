@@ -142,6 +142,103 @@ TEST(DwgWriter, SampleR14RewrittenAs2000KeepsEveryEntityItWrites) {
     EXPECT_TRUE(messages.empty()) << testing::PrintToString(messages);
 }
 
+// Tags written one per line as "code value"; "|" separates them.
+std::string dxfOf(const std::string& tags) {
+    std::string text;
+    for (std::size_t at = 0; at < tags.size();) {
+        const std::size_t end = std::min(tags.find('|', at), tags.size());
+        const std::string tag = tags.substr(at, end - at);
+        const std::size_t blank = tag.find(' ');
+        text += tag.substr(0, blank) + "\n" + (blank == std::string::npos ? "" : tag.substr(blank + 1)) + "\n";
+        at = end + 1;
+    }
+    return text;
+}
+
+TEST(DwgWriter, EveryShortFormOfTheEncodingReadsBack) {
+    // Each entity takes another of the branches DWG 2000 has for saving bits: Z zero or not,
+    // text data flags all default or none, the four scale forms of an insert, polyline widths
+    // and bulges, face edge flags, hatch edges of every kind, splines by fit points.
+    const std::string entities =
+        "0 LINE|5 101|330 1F|100 AcDbEntity|8 0|100 AcDbLine|10 1.5|20 2.5|30 0.0|11 1.5|21 9.0|31 0.0|"
+        "0 LINE|5 102|330 1F|100 AcDbEntity|8 0|62 3|370 35|6 Continuous|100 AcDbLine|39 2.0|"
+        "10 1.0|20 2.0|30 3.0|11 4.0|21 5.0|31 -6.0|210 0.0|220 0.0|230 -1.0|"
+        "0 TEXT|5 103|330 1F|100 AcDbEntity|8 0|100 AcDbText|10 1.0|20 2.0|30 0.0|40 2.5|1 plain|100 AcDbText|"
+        "0 TEXT|5 104|330 1F|100 AcDbEntity|8 0|100 AcDbText|10 1.0|20 2.0|30 4.0|40 2.5|1 all set|"
+        "50 30.0|41 0.8|51 15.0|71 2|72 1|11 7.0|21 8.0|31 4.0|100 AcDbText|73 2|"
+        "0 INSERT|5 105|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|2 B|10 1.0|20 1.0|30 0.0|"
+        "0 INSERT|5 106|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|2 B|10 1.0|20 1.0|30 0.0|"
+        "41 2.0|42 2.0|43 2.0|50 45.0|"
+        "0 INSERT|5 107|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|2 B|10 1.0|20 1.0|30 0.0|"
+        "42 3.0|43 0.5|"
+        "0 INSERT|5 108|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|2 B|10 1.0|20 1.0|30 0.0|"
+        "41 -1.0|42 2.0|43 4.0|"
+        "0 LWPOLYLINE|5 109|330 1F|100 AcDbEntity|8 0|100 AcDbPolyline|90 3|70 129|43 0.5|38 2.0|"
+        "10 0.0|20 0.0|42 0.5|10 10.0|20 0.0|10 10.0|20 10.0|42 -1.0|"
+        "0 LWPOLYLINE|5 10A|330 1F|100 AcDbEntity|8 0|100 AcDbPolyline|90 2|70 0|"
+        "10 0.0|20 0.0|40 1.0|41 2.0|10 5.0|20 5.0|"
+        "0 3DFACE|5 10B|330 1F|100 AcDbEntity|8 0|100 AcDbFace|10 0.0|20 0.0|30 1.0|11 1.0|21 0.0|31 1.0|"
+        "12 1.0|22 1.0|32 2.0|13 0.0|23 1.0|33 2.0|70 5|"
+        "0 SPLINE|5 10C|330 1F|100 AcDbEntity|8 0|100 AcDbSpline|70 8|71 3|72 0|73 0|74 3|42 1e-10|43 1e-10|"
+        "44 1e-10|12 1.0|22 0.0|32 0.0|13 0.0|23 1.0|33 0.0|11 0.0|21 0.0|31 0.0|11 5.0|21 5.0|31 0.0|"
+        "11 10.0|21 0.0|31 0.0|"
+        "0 HATCH|5 10D|330 1F|100 AcDbEntity|8 0|100 AcDbHatch|10 0.0|20 0.0|30 0.0|210 0.0|220 0.0|230 1.0|"
+        "2 USER|70 0|71 0|91 2|92 1|93 4|72 1|10 0.0|20 0.0|11 10.0|21 0.0|72 2|10 10.0|20 5.0|40 5.0|"
+        "50 270.0|51 90.0|73 1|72 3|10 5.0|20 10.0|11 5.0|21 0.0|40 0.5|50 0.0|51 180.0|73 0|"
+        "72 4|94 3|73 0|74 0|95 8|96 4|40 0.0|40 0.0|40 0.0|40 0.0|40 1.0|40 1.0|40 1.0|40 1.0|"
+        "10 0.0|20 10.0|10 0.0|20 7.0|10 0.0|20 3.0|10 0.0|20 0.0|97 0|92 7|72 1|73 1|93 3|"
+        "10 2.0|20 2.0|42 0.25|10 4.0|20 2.0|42 0.0|10 3.0|20 4.0|42 0.0|97 0|75 1|76 0|52 30.0|"
+        "41 2.0|77 1|78 1|53 30.0|43 0.0|44 0.0|45 -0.5|46 0.866|79 2|49 1.0|49 -0.5|47 0.01|98 1|"
+        "10 1.0|20 1.0|";
+    const std::string dxf = dxfOf(
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC|0 SECTION|2 BLOCKS|"
+        "0 BLOCK|5 F0|330 F1|100 AcDbEntity|8 0|100 AcDbBlockBegin|2 B|70 0|10 0.0|20 0.0|30 0.0|3 B|1 |"
+        "0 ENDBLK|5 F2|330 F1|100 AcDbEntity|8 0|100 AcDbBlockEnd|0 ENDSEC|"
+        "0 SECTION|2 ENTITIES|" + entities + "0 ENDSEC|0 EOF");
+    Database source(false);
+    ASSERT_EQ(source.readDxfBytes(dxf, "forms.dxf"), ErrorStatus::eOk) << source.lastErrorMessage();
+    std::string bytes;
+    std::vector<std::string> messages;
+    ASSERT_EQ(DwgWriter::write(source, bytes, messages), ErrorStatus::eOk);
+    EXPECT_TRUE(messages.empty()) << testing::PrintToString(messages);
+    DwgTranslation translation;
+    ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
+    EXPECT_EQ(translation.unreadable, 0) << testing::PrintToString(translation.unreadableMessages);
+    Database back(false);
+    ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
+    EXPECT_EQ(entitiesOf(back), entitiesOf(source));
+}
+
+TEST(DwgWriter, HeaderVariablesTheEngineUsesReadBack) {
+    const std::string dxf = dxfOf(
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $INSBASE|10 1.5|20 2.5|30 0.0|"
+        "9 $EXTMIN|10 -1.0|20 -2.0|30 0.0|9 $EXTMAX|10 100.0|20 50.0|30 0.0|"
+        "9 $LIMMAX|10 594.0|20 420.0|9 $LTSCALE|40 2.5|9 $PDMODE|70 34|9 $PDSIZE|40 1.25|"
+        "9 $DIMSCALE|40 10.0|9 $DIMASZ|40 3.0|9 $INSUNITS|70 4|9 $LUNITS|70 2|9 $LUPREC|70 3|"
+        "9 $CECOLOR|62 1|9 $CLAYER|8 PARTS|9 $TEXTSTYLE|7 Standard|"
+        "0 ENDSEC|0 SECTION|2 TABLES|0 TABLE|2 LAYER|5 2|330 0|100 AcDbSymbolTable|70 2|"
+        "0 LAYER|5 10|330 2|100 AcDbSymbolTableRecord|100 AcDbLayerTableRecord|2 0|70 0|62 7|6 Continuous|"
+        "0 LAYER|5 11|330 2|100 AcDbSymbolTableRecord|100 AcDbLayerTableRecord|2 PARTS|70 0|62 -5|6 Continuous|"
+        "0 ENDTAB|0 ENDSEC|0 EOF");
+    Database source(false);
+    ASSERT_EQ(source.readDxfBytes(dxf, "header.dxf"), ErrorStatus::eOk) << source.lastErrorMessage();
+    std::string bytes;
+    std::vector<std::string> messages;
+    ASSERT_EQ(DwgWriter::write(source, bytes, messages), ErrorStatus::eOk);
+    DwgTranslation translation;
+    ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
+    EXPECT_TRUE(translation.layout.warnings.empty())
+        << testing::PrintToString(translation.layout.warnings);
+    Database back(false);
+    ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
+    for (const char* name : {"$INSBASE", "$EXTMIN", "$EXTMAX", "$LIMMAX", "$LTSCALE", "$PDMODE",
+                             "$PDSIZE", "$DIMSCALE", "$DIMASZ", "$INSUNITS", "$LUPREC", "$CECOLOR",
+                             "$CLAYER"}) {
+        EXPECT_EQ(back.header().text(name), source.header().text(name)) << name;
+    }
+    EXPECT_EQ(back.header().text("$CLAYER"), "PARTS");
+}
+
 TEST(DwgWriter, XrecordChainsKeepEveryKindOfValue) {
     // A 280 among the data (not only the cloning flag), texts, integers of every width,
     // reals, points, binary chunks and links.
