@@ -136,7 +136,9 @@ TEST(BitReader, TextsKeepTheirBytesAndLoseATrailingNul) {
 }
 
 TEST(BitReader, ReadingPastTheEndFailsAndStaysFailed) {
-    BitReader r(Bits().bits(0b00, 2).byte(0x34).done());  // a raw BS cut after one byte
+    // The reader views its bytes, so they are kept alive here.
+    const std::string cut = Bits().bits(0b00, 2).byte(0x34).done();  // a raw BS cut short
+    BitReader r(cut);
     EXPECT_EQ(r.bitShort(), 0);
     EXPECT_TRUE(r.failed());
     EXPECT_EQ(r.failedAt(), 2u);
@@ -144,12 +146,14 @@ TEST(BitReader, ReadingPastTheEndFailsAndStaysFailed) {
     EXPECT_TRUE(r.failed());
 
     // A text whose length runs past the end must not allocate or read that far.
-    BitReader text(Bits().bits(0b00, 2).littleEndian(0xFFFF, 2).done());
+    const std::string longText = Bits().bits(0b00, 2).littleEndian(0xFFFF, 2).done();
+    BitReader text(longText);
     EXPECT_EQ(text.text(), "");
     EXPECT_TRUE(text.failed());
 
     // The limit set for the data stream fails reads that reach the handles.
-    BitReader limited(Bits().byte(1).byte(2).done());
+    const std::string twoBytes = Bits().byte(1).byte(2).done();
+    BitReader limited(twoBytes);
     limited.setBitLimit(12);
     EXPECT_EQ(limited.rawChar(), 1);
     EXPECT_EQ(limited.rawChar(), 0);
