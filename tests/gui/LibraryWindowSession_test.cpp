@@ -1,9 +1,11 @@
 // The GUI host with the shipped module, offscreen: VNK opens the library window on the
 // registered sample library, a second VNK only raises it, and a part chosen in the window is
 // placed into the drawing by mouse (point, then angle), saved, read by ezdxf, and undone.
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 #include <chrono>
 #include <filesystem>
@@ -109,6 +111,67 @@ TEST_F(LibraryWindowSession, VnkOpensTheWindowOnTheRegisteredLibraryAndASecondOn
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (widget->inherits("vantor::CUblMainFrame")) ++windows;
     EXPECT_EQ(windows, 1);
+}
+
+// What ezdxf reads from a saved drawing: each model-space reference with its attribute count
+// and texts, one per line ("QRBBM2 14 ..."), then the block definitions ("block NAME").
+std::string ezdxfSummary(const std::string& path) {
+    const auto run = vantor::test::runEzdxf(
+        "import ezdxf,sys\n"
+        "doc=ezdxf.readfile(sys.argv[1])\n"
+        "for e in doc.modelspace().query('INSERT'):\n"
+        "    print(e.dxf.name, len(e.attribs), ' '.join(a.dxf.text for a in e.attribs))\n"
+        "for b in doc.blocks: print('block', b.name)\n",
+        path);
+    return run.exitCode == 0 ? run.output : "ezdxf failed: " + run.output;
+}
+
+TEST_F(LibraryWindowSession, APartChosenInTheWindowIsPlacedByMouseSavedAndUndone) {
+    if (!vantor::test::ezdxfAvailable()) GTEST_SKIP() << "ezdxf is not installed";
+    type("VNK\n");
+    ASSERT_TRUE(waitFor([] { return libraryWindow() != nullptr; }));
+    QWidget* window = libraryWindow();
+    QAbstractItemView* parts = viewNamed(window, "부품 목록");
+    ASSERT_TRUE(waitFor([&] { return parts->model()->rowCount() == 5; }));
+    parts->setCurrentIndex(parts->model()->index(2, 0));  // JIS 10K 80A
+
+    // The drag waits in a loop of its own: the clicks answer its requests from there, the
+    // insertion point first, then the angle.
+    cad::gui::DrawingViewWidget* view = window_.drawingView();
+    std::vector<QPoint> clicks{{200, 150}, {260, 150}};
+    int requests = 0;
+    QObject::connect(&input_, &cad::gui::QtInputSource::requestStarted, view, [&] {
+        if (requests >= static_cast<int>(clicks.size())) return;
+        const QPoint at = clicks[requests++];
+        QTimer::singleShot(20, view, [view, at] {
+            QTest::mouseMove(view, at);
+            QTest::mouseClick(view, Qt::LeftButton, {}, at);
+        });
+    });
+    auto* insert = window->findChild<QAbstractButton*>("id1807");
+    ASSERT_NE(insert, nullptr);
+    insert->click();
+    ASSERT_TRUE(waitFor([&] { return requests == 2 && !input_.isWaiting(); }))
+        << "the drag asked " << requests << " times";
+    const std::string placed = drawings_.file("placed.dxf");
+    type("_SAVEAS\n" + placed + "\n");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(placed); }));
+    // The part's reference, its block copied from the library, and the BOM mark carrying
+    // the record's 14 fields.
+    const std::string summary = ezdxfSummary(placed);
+    EXPECT_THAT(summary, ::testing::HasSubstr("FL-10K-80A-F 0 \n"));
+    EXPECT_THAT(summary, ::testing::ContainsRegex("QRBBM2 14 .*JIS 10K 80A"));
+    EXPECT_THAT(summary, ::testing::HasSubstr("block FL-10K-80A-F\n"));
+    EXPECT_THAT(summary, ::testing::HasSubstr("block QRBBM2\n"));
+
+    type("_U\n");
+    const std::string undone = drawings_.file("undone.dxf");
+    type("_SAVEAS\n" + undone + "\n");
+    ASSERT_TRUE(waitFor([&] { return fs::exists(undone); }));
+    // One undo takes the whole placement back: nothing is left in model space.
+    const std::string after = ezdxfSummary(undone);
+    EXPECT_THAT(after, ::testing::Not(::testing::HasSubstr("FL-10K-80A-F 0")));
+    EXPECT_THAT(after, ::testing::Not(::testing::HasSubstr("QRBBM2 14")));
 }
 
 }  // namespace
