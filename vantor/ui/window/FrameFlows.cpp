@@ -2,6 +2,7 @@
 #include "vantor/ui/window/FrameFlows.h"
 
 #include "cad/app/DocumentManager.h"
+#include "vantor/authoring/dialogs/PartDataFlow.h"
 #include "vantor/host/CommandGuard.h"
 #include "vantor/host/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
@@ -15,13 +16,19 @@
 #include "vantor/ui/FrameCommands.h"
 #include "vantor/ui/models/PartListModel.h"
 #include "vantor/ui/window/ListViewEx.h"
+#include "vantor/store/TreeNode.h"
 #include "vantor/ui/window/UblMainFrame.h"
+#include "vantor/ui/window/VNTreeViewEx.h"
 
 namespace vantor {
 
 FrameFlows::FrameFlows(CUblMainFrame& frame, PlacementDialogContext context,
                        InsertionStates& insertions, cad::app::DocumentManager& documents)
-    : frame_(frame), context_(context), insertions_(insertions), documents_(documents) {}
+    : frame_(frame),
+      context_(context),
+      insertions_(insertions),
+      documents_(documents),
+      capture_(context.editor, documents, context.dialogs) {}
 
 RegistryFlowContext FrameFlows::registry() const {
     return {frame_.drawingList(), frame_.registeredTree(), frame_.managementWindows(),
@@ -45,9 +52,42 @@ void FrameFlows::run(FrameAction action) {
         case FrameAction::OpenDrawing:
             openDrawing(QString::fromStdString(frame_.chosenDrawing()));
             break;
+        case FrameAction::AddPartData:
+            addPartData();
+            break;
+        case FrameAction::ModifyPartData:
+            modifyPartData();
+            break;
+        case FrameAction::CaptureBlock:
+            captureBlock();
+            break;
         default:
             break;
     }
+}
+
+void FrameFlows::addPartData() {
+    const TreeNode* node = frame_.categoryTree()->currentNode();
+    if (node == nullptr || node->kind == TreeNode::Kind::LibraryRoot) return;
+    const std::string path = node->drawingPath;
+    if (vantor::addPartData(&frame_, path, node->id, context_.settings, capture_))
+        frame_.drawingChanged(path);
+}
+
+void FrameFlows::modifyPartData() {
+    const PartRecord* record = frame_.partList()->currentRecord();
+    if (record == nullptr) return;
+    const std::string path = frame_.partModel().drawingPath();
+    if (vantor::modifyPartData(&frame_, path, record->recordId.asOldId(), context_.settings,
+                               capture_))
+        frame_.drawingChanged(path);
+}
+
+void FrameFlows::captureBlock() {
+    const std::string path = frame_.chosenDrawing();
+    if (path.empty()) return;
+    if (vantor::captureBlock(&frame_, path, capture_.isCurrentDrawing(path), capture_))
+        frame_.drawingChanged(path);
 }
 
 void FrameFlows::openDrawing(const QString& path) {

@@ -8,6 +8,7 @@
 #include <QString>
 #include <string>
 
+#include "vantor/authoring/BlockCapture.h"
 #include "vantor/placement/dialogs/PlacementDialogContext.h"
 
 namespace cad::app {
@@ -50,6 +51,9 @@ public:
 
 private:
     RegistryFlowContext registry() const;
+    void addPartData();
+    void modifyPartData();
+    void captureBlock();
     // The chosen record as a part to place: its first view block, from the part list's drawing.
     bool chosenPart(InsertRequest& request) const;
     void insertWithDialog();
@@ -59,6 +63,7 @@ private:
     InsertionStates& insertions_;
     cad::app::DocumentManager& documents_;
     CPreviewSubDlg* previewControls_ = nullptr;
+    BlockCapture capture_;
 };
 
 }  // namespace vantor

@@ -93,6 +93,9 @@ public:
     // The registered drawings changed in memory and in their tree (a registration): the views
     // show them again.
     void listChanged();
+    // A library drawing was changed and saved here (part data, a captured block): its tree is
+    // read again, and the views show it with the same group and record chosen.
+    void drawingChanged(const std::string& path);
     PartListModel& partModel() { return *partModel_; }
     // A library drawing from the kept ones, or read now with the wait shown; nullptr when it
     // cannot be read (said in the status bar).

@@ -70,6 +70,31 @@ void CUblMainFrame::listChanged() {
     drawingTree_->selectPath(chosen);
 }
 
+void CUblMainFrame::drawingChanged(const std::string& path) {
+    const TreeNode* chosen = categoryTree_->currentNode();
+    std::vector<std::string> keys;
+    std::int64_t record = 0;
+    if (chosen != nullptr && chosen->drawingPath == path) {
+        if (chosen->kind == TreeNode::Kind::Record) {
+            record = chosen->id;
+            chosen = chosen->parent;
+        }
+        keys = chosen->keyPath();
+    }
+    if (const PartRecord* shown = partList_->currentRecord(); shown != nullptr && record == 0)
+        record = shown->recordId.asOldId();
+    CVNTreeBase& tree = shownTree();
+    categoryTree_->beginTreeChange();
+    tree.loadDrawing(path);
+    categoryTree_->endTreeChange();
+    if (blockModel_->drawingPath() == path) showDrawing(path, drawing(path));
+    TreeNode* group = keys.empty() ? nullptr : tree.findNode(path, keys);
+    if (group == nullptr) return;
+    categoryTree_->selectNode(group);
+    nodeChosen(group);
+    if (record != 0) partList_->selectRecord(record);
+}
+
 CVNTreeBase& CUblMainFrame::shownTree() {
     return selection_.side == LeftPane::Explorer ? explorerTree_ : tree_;
 }
