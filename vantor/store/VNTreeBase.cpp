@@ -120,7 +120,20 @@ void CVNTreeBase::rebuildFromList(DrawingList& list) {
 }
 
 CVNTreeBase::LoadResult CVNTreeBase::loadDrawing(const std::string& path) {
+    // A drawing shown again keeps its place among the others.
+    const auto shown = std::find_if(roots_.begin(), roots_.end(),
+                                    [&](const auto& root) { return root->drawingPath == path; });
+    const std::size_t place = static_cast<std::size_t>(shown - roots_.begin());
     removeDrawing(path);
+    const std::size_t before = roots_.size();
+    const LoadResult result = appendDrawing(path);
+    if (place < before)
+        std::rotate(roots_.begin() + static_cast<std::ptrdiff_t>(place),
+                    roots_.begin() + static_cast<std::ptrdiff_t>(before), roots_.end());
+    return result;
+}
+
+CVNTreeBase::LoadResult CVNTreeBase::appendDrawing(const std::string& path) {
     TreeCache::State state = TreeCache::check(path);
     if (state == TreeCache::State::Unavailable) return LoadResult::Skipped;
     const std::string cachePath = TreeCache::pathFor(path);

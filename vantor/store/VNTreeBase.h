@@ -94,6 +94,8 @@ public:
 
 private:
     struct OpenDrawing;
+    // loadDrawing's work, the drawing's roots put after every other drawing's.
+    LoadResult appendDrawing(const std::string& path);
 
     bool rebuildCache(const std::string& path, std::vector<TreeCacheNode>& built);
     // Takes the drawing's lock, then opens the drawing and the node's object; nothing is shown

@@ -3,6 +3,8 @@
 // and error, the drawing saved after every change.
 #include "vantor/store/VNTreeBase.h"
 
+#include <filesystem>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -127,6 +129,19 @@ TEST_F(TreeBase, LoadsBothLibrariesThroughTheCache) {
     EXPECT_EQ(cached[0].name, "User data list");
     EXPECT_EQ(cached[6].name, "Adv data list");
     EXPECT_TRUE(cached[6].supplier);
+}
+
+TEST_F(TreeBase, ADrawingShownAgainKeepsItsPlaceAmongTheOthers) {
+    writeStandardLibrary();
+    const std::string second = folder.file("Second.dxf");
+    std::filesystem::copy_file(drawing, second);
+    ASSERT_EQ(tree.loadDrawing(drawing), CVNTreeBase::LoadResult::Loaded);
+    ASSERT_EQ(tree.loadDrawing(second), CVNTreeBase::LoadResult::Loaded);
+    ASSERT_EQ(tree.loadDrawing(drawing), CVNTreeBase::LoadResult::Loaded);
+    std::vector<std::string> order;
+    for (const auto& root : tree.roots()) order.push_back(root->drawingLabel());
+    EXPECT_THAT(order, ::testing::ElementsAre("Standard [AD-LIB]", "Standard [USR-LIB]",
+                                              "Second [AD-LIB]", "Second [USR-LIB]"));
 }
 
 TEST_F(TreeBase, CurrentCacheIsUsedWithoutOpeningTheDrawing) {
