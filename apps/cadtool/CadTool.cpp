@@ -178,7 +178,7 @@ Commands:
 
   cadtool convert IN OUT [--r14]
       Reads IN and writes OUT as an R2000 (AC1015) DXF file, or R14 (AC1014) with --r14; an
-      OUT named .dwg is written as a DWG 2000 (AC1015) file, whose left-out types are named.
+      OUT named .dwg is written as a DWG file of that version, whose left-out types are named.
       What R14 cannot hold (names longer than 31 bytes or with characters it refuses, block
       previews) is reported on stderr as "cadtool: warning: OUT: ..." and written unchanged
       or left out. OUT is replaced only once it is completely written.

@@ -117,22 +117,21 @@ ErrorStatus Database::saveAs(const std::string& path, DxfVersion version) {
         lastErrorMessage_ = sys::lastFileError().text;
         return es == ErrorStatus::eFileWriteError ? es : ErrorStatus::eFileAccessErr;
     }
-    // A path named .dwg gets a DWG file (2000: R14 DWG is not written yet), never DXF text
-    // under a DWG name, which other programs would refuse.
+    // A path named .dwg gets a DWG file of the version asked for (R14, else 2000), never DXF
+    // text under a DWG name, which other programs would refuse.
     const bool dwgPath = path.size() >= 4 && sys::equalNoCase(path.substr(path.size() - 4), ".dwg");
     if (dwgPath) {
+        if (version != DxfVersion::R14) version = DxfVersion::R2000;
         std::string bytes;
-        if (ErrorStatus es = dwg::DwgWriter::write(*this, bytes, saveMessages_);
+        if (ErrorStatus es = dwg::DwgWriter::write(
+                *this, bytes, saveMessages_,
+                version == DxfVersion::R14 ? dwg::DwgVersion::R14 : dwg::DwgVersion::R2000);
             es != ErrorStatus::eOk) {
             file.discard();
             lastErrorMessage_ = path + ": an object is open for write";
             return es;
         }
-        if (version != DxfVersion::R2000) {
-            saveMessages_.push_back("written as DWG 2000 (AC1015): DWG R14 is not written yet");
-        }
         file.write(bytes);
-        version = DxfVersion::R2000;
     }
     // The text goes to the temporary piece by piece as it is made, so a large drawing is never
     // held whole; a write that fails is remembered and reported by commit().

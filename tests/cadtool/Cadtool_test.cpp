@@ -408,4 +408,20 @@ TEST_F(Cadtool, ConvertToDwgWritesADrawingBothReadersRead) {
         EXPECT_EQ(countIn(census.output, type), countIn(entities, type)) << type;
     }
     EXPECT_EQ(countIn(census.output, "XRECORD"), 3);
+
+    // The same as R14.
+    const std::string r14 = folder.file("catalogue-r14.dwg");
+    run = cadtool({"convert", in, r14, "--r14"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const Outcome writtenR14 = cadtool({"info", "--json", r14});
+    EXPECT_THAT(writtenR14.out, HasSubstr("\"version\":\"AC1014\""));
+    EXPECT_EQ(flatObject(writtenR14.out, "entities"), flatObject(source.out, "entities"));
+    const auto censusR14 = runCommand(
+        "node " +
+        shellQuoted(std::string(VANTOR_SOURCE_DIR) + "/tests/cadtool/dwg_census.mjs") + " " +
+        shellQuoted(modules.string()) + " " + shellQuoted(r14) + " 2>/dev/null");
+    ASSERT_EQ(censusR14.exitCode, 0) << censusR14.output;
+    for (const char* type : {"LINE", "CIRCLE", "TEXT", "INSERT", "ATTRIB", "LWPOLYLINE"}) {
+        EXPECT_EQ(countIn(censusR14.output, type), countIn(entities, type)) << type;
+    }
 }

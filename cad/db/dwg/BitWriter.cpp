@@ -164,6 +164,10 @@ void BitWriter::point3Bit(const ge::Point3d& p) {
 }
 
 void BitWriter::thickness(double value) {
+    if (!compact_) {
+        bitDouble(value);
+        return;
+    }
     if (value == 0.0) {
         bit(true);
         return;
@@ -173,6 +177,10 @@ void BitWriter::thickness(double value) {
 }
 
 void BitWriter::extrusion(const ge::Point3d& direction) {
+    if (!compact_) {
+        point3Bit(direction);
+        return;
+    }
     if (direction.x == 0.0 && direction.y == 0.0 && direction.z == 1.0) {
         bit(true);
         return;

@@ -37,8 +37,11 @@ public:
     void point2Raw(const ge::Point3d& p);
     void point3Raw(const ge::Point3d& p);
     void point3Bit(const ge::Point3d& p);
-    void thickness(double value);                // BT, as from R2000 on
-    void extrusion(const ge::Point3d& direction);  // BE, as from R2000 on
+    // BT and BE: from R2000 on a bit stands for the usual value; before, the value is written
+    // whole. setCompact(false) writes them the R13 and R14 way.
+    void thickness(double value);
+    void extrusion(const ge::Point3d& direction);
+    void setCompact(bool compact) { compact_ = compact; }
     // Overwrites 32 bits at a bit position already written (a size known only later).
     void patchRawLong(std::size_t bitPosition, std::int32_t value);
     // Pads with zero bits to the next byte.
@@ -47,6 +50,7 @@ public:
 private:
     std::string out_;
     std::size_t bits_ = 0;
+    bool compact_ = true;
 };
 
 }  // namespace cad::db::dwg

@@ -213,8 +213,8 @@ struct Record {
 class Encoder {
 public:
     Encoder(std::vector<Item>& items, std::vector<std::string>& messages,
-            const dxf::DxfStructure& structure)
-        : items_(items), messages_(messages), structure_(structure) {}
+            const dxf::DxfStructure& structure, bool r2000)
+        : items_(items), messages_(messages), structure_(structure), r2000_(r2000) {}
 
     std::string file();
 
@@ -279,6 +279,8 @@ private:
     std::vector<std::pair<std::string, int>> classes_;  // DXF name, number
     std::map<std::string, int> leftOut_;
     std::vector<std::uint64_t> linetypeOrder_;  // the linetype control's counted entries
+    bool r2000_ = true;  // false: R14
+    int number_ = 0;     // the type number the record carries, when a class gives it
     int codePage_ = 30;
 };
 
@@ -372,6 +374,8 @@ std::optional<int> Encoder::typeOf(const Item& item) const {
         if (flags & 128) return (flags & 64) ? 0x0D : 0x0E;
         return (flags & 64) ? 0x0C : (flags & 32) ? 0x0B : 0x0A;
     }
+    // R14 has no layouts, and a few types that 2000 made built-in are classes there.
+    if (!r2000_ && item.type == "LAYOUT") return std::nullopt;
     const auto it = kTypes.find(item.type);
     if (it != kTypes.end()) return it->second;
     for (const auto& [name, number] : classes_) {
@@ -461,11 +465,19 @@ void Encoder::extendedData(BitWriter& w, const Item& item) {
 }
 
 void Encoder::commonObject(Record& r, const Item& item, int type) {
-    r.data.bitShort(static_cast<std::int16_t>(type));
-    r.sizeAt = r.data.bitPosition();
-    r.data.rawLong(0);  // size in bits, patched once the data is complete
+    r.data.bitShort(static_cast<std::int16_t>(number_ ? number_ : type));
+    // The size in bits, patched once the data is complete, stands before the handle from
+    // 2000 on, after the extended data before.
+    if (r2000_) {
+        r.sizeAt = r.data.bitPosition();
+        r.data.rawLong(0);
+    }
     r.data.handle(0, item.handle);
     extendedData(r.data, item);
+    if (!r2000_) {
+        r.sizeAt = r.data.bitPosition();
+        r.data.rawLong(0);
+    }
     r.data.bitLong(static_cast<std::int32_t>(item.reactors.size()));
     r.handles.handle(kSoftPointer, item.owner);
     for (const std::uint64_t reactor : item.reactors) r.handles.handle(kSoftPointer, reactor);
@@ -473,12 +485,18 @@ void Encoder::commonObject(Record& r, const Item& item, int type) {
 }
 
 void Encoder::commonEntity(Record& r, const Item& item, int type) {
-    r.data.bitShort(static_cast<std::int16_t>(type));
-    r.sizeAt = r.data.bitPosition();
-    r.data.rawLong(0);
+    r.data.bitShort(static_cast<std::int16_t>(number_ ? number_ : type));
+    if (r2000_) {
+        r.sizeAt = r.data.bitPosition();
+        r.data.rawLong(0);
+    }
     r.data.handle(0, item.handle);
     extendedData(r.data, item);
     r.data.bit(false);  // no preview graphics
+    if (!r2000_) {
+        r.sizeAt = r.data.bitPosition();
+        r.data.rawLong(0);
+    }
     std::uint64_t owner = item.owner;
     if (type == 0x04 || type == 0x05) owner = blockOf_[item.handle];
     int mode = 0;
@@ -488,6 +506,31 @@ void Encoder::commonEntity(Record& r, const Item& item, int type) {
     r.data.bitLong(static_cast<std::int32_t>(item.reactors.size()));
     const auto link = links_.find(item.handle);
     const bool noLinks = link == links_.end();
+    std::uint64_t layer = nameToHandle("LAYER", item.text(8, "0"));
+    if (layer == 0) layer = nameToHandle("LAYER", "0");
+    if (!r2000_) {
+        // R14 names every linetype but "by layer" by its record.
+        const std::string linetype = item.text(6);
+        const std::uint64_t handle = linetype.empty() || sys::asciiUpper(linetype) == "BYLAYER"
+                                         ? 0
+                                         : nameToHandle("LTYPE", linetype);
+        r.data.bit(handle == 0);
+        r.data.bit(noLinks);
+        const std::string* color = item.find(62);
+        r.data.bitShort(static_cast<std::int16_t>(color ? std::strtol(color->c_str(), nullptr, 10) : 256));
+        r.data.bitDouble(item.real(48, 1.0));
+        r.data.bitShort(static_cast<std::int16_t>(item.integer(60)));
+        if (mode == 0) r.handles.handle(kSoftPointer, owner);
+        for (const std::uint64_t reactor : item.reactors) r.handles.handle(kSoftPointer, reactor);
+        r.handles.handle(kHardOwner, item.xdictionary);
+        r.handles.handle(kHardPointer, layer);
+        if (handle != 0) r.handles.handle(kHardPointer, handle);
+        if (!noLinks) {
+            r.handles.handle(kSoftPointer, link->second.first);
+            r.handles.handle(kSoftPointer, link->second.second);
+        }
+        return;
+    }
     r.data.bit(noLinks);
     const std::string* color = item.find(62);
     r.data.bitShort(static_cast<std::int16_t>(color ? std::strtol(color->c_str(), nullptr, 10) : 256));
@@ -516,8 +559,6 @@ void Encoder::commonEntity(Record& r, const Item& item, int type) {
         r.handles.handle(kSoftPointer, link->second.first);
         r.handles.handle(kSoftPointer, link->second.second);
     }
-    std::uint64_t layer = nameToHandle("LAYER", item.text(8, "0"));
-    if (layer == 0) layer = nameToHandle("LAYER", "0");
     r.handles.handle(kHardPointer, layer);
     if (linetypeFlags == 3) r.handles.handle(kHardPointer, linetypeHandle);
 }
@@ -561,6 +602,21 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             } else if (verticalTag) {
                 vertical = static_cast<int>(std::strtol(verticalTag->c_str(), nullptr, 10));
             }
+            if (!r2000_) {
+                d.bitDouble(insertion.z);
+                d.point2Raw(insertion);
+                d.point2Raw(alignX ? alignment : insertion);
+                d.point3Bit(extrusion());
+                d.bitDouble(item.real(39));
+                d.bitDouble(oblique);
+                d.bitDouble(rotation);
+                d.bitDouble(item.real(40, 1.0));
+                d.bitDouble(width);
+                d.text(item.text(1));
+                d.bitShort(static_cast<std::int16_t>(generation));
+                d.bitShort(static_cast<std::int16_t>(horizontal));
+                d.bitShort(static_cast<std::int16_t>(vertical));
+            }
             std::uint8_t flags = 0;
             if (insertion.z == 0.0) flags |= 0x01;
             if (!alignX) flags |= 0x02;
@@ -570,23 +626,25 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             if (generation == 0) flags |= 0x20;
             if (horizontal == 0) flags |= 0x40;
             if (vertical == 0) flags |= 0x80;
-            d.rawChar(flags);
-            if (!(flags & 0x01)) d.rawDouble(insertion.z);
-            d.point2Raw(insertion);
-            if (!(flags & 0x02)) {
-                d.defaultDouble(alignment.x, insertion.x);
-                d.defaultDouble(alignment.y, insertion.y);
+            if (r2000_) {
+                d.rawChar(flags);
+                if (!(flags & 0x01)) d.rawDouble(insertion.z);
+                d.point2Raw(insertion);
+                if (!(flags & 0x02)) {
+                    d.defaultDouble(alignment.x, insertion.x);
+                    d.defaultDouble(alignment.y, insertion.y);
+                }
+                d.extrusion(extrusion());
+                d.thickness(item.real(39));
+                if (!(flags & 0x04)) d.rawDouble(oblique);
+                if (!(flags & 0x08)) d.rawDouble(rotation);
+                d.rawDouble(item.real(40, 1.0));
+                if (!(flags & 0x10)) d.rawDouble(width);
+                d.text(item.text(1));
+                if (!(flags & 0x20)) d.bitShort(static_cast<std::int16_t>(generation));
+                if (!(flags & 0x40)) d.bitShort(static_cast<std::int16_t>(horizontal));
+                if (!(flags & 0x80)) d.bitShort(static_cast<std::int16_t>(vertical));
             }
-            d.extrusion(extrusion());
-            d.thickness(item.real(39));
-            if (!(flags & 0x04)) d.rawDouble(oblique);
-            if (!(flags & 0x08)) d.rawDouble(rotation);
-            d.rawDouble(item.real(40, 1.0));
-            if (!(flags & 0x10)) d.rawDouble(width);
-            d.text(item.text(1));
-            if (!(flags & 0x20)) d.bitShort(static_cast<std::int16_t>(generation));
-            if (!(flags & 0x40)) d.bitShort(static_cast<std::int16_t>(horizontal));
-            if (!(flags & 0x80)) d.bitShort(static_cast<std::int16_t>(vertical));
             if (type != 0x01) {
                 d.text(item.text(2));
                 d.bitShort(0);
@@ -609,7 +667,9 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             commonEntity(r, item, type);
             d.point3Bit(item.point(10));
             const double sx = item.real(41, 1.0), sy = item.real(42, 1.0), sz = item.real(43, 1.0);
-            if (sx == 1.0 && sy == 1.0 && sz == 1.0) {
+            if (!r2000_) {
+                d.point3Bit({sx, sy, sz});
+            } else if (sx == 1.0 && sy == 1.0 && sz == 1.0) {
                 d.twoBits(3);
             } else if (sx == 1.0) {
                 d.twoBits(1);
@@ -743,14 +803,19 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             commonEntity(r, item, type);
             const ge::Point3d start = item.point(10), end = item.point(11);
             const bool zeroZ = start.z == 0.0 && end.z == 0.0;
-            d.bit(zeroZ);
-            d.rawDouble(start.x);
-            d.defaultDouble(end.x, start.x);
-            d.rawDouble(start.y);
-            d.defaultDouble(end.y, start.y);
-            if (!zeroZ) {
-                d.rawDouble(start.z);
-                d.defaultDouble(end.z, start.z);
+            if (!r2000_) {
+                d.point3Bit(start);
+                d.point3Bit(end);
+            } else {
+                d.bit(zeroZ);
+                d.rawDouble(start.x);
+                d.defaultDouble(end.x, start.x);
+                d.rawDouble(start.y);
+                d.defaultDouble(end.y, start.y);
+                if (!zeroZ) {
+                    d.rawDouble(start.z);
+                    d.defaultDouble(end.z, start.z);
+                }
             }
             d.thickness(item.real(39));
             d.extrusion(extrusion());
@@ -777,6 +842,10 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.point3Bit(item.point(10));
             d.bitDouble(item.real(40));
             d.bitDouble(item.real(41));
+            if (!r2000_) {
+                h.handle(kHardPointer, 0);  // viewport entity header
+                return true;
+            }
             d.point3Bit(item.point(17));
             d.point3Bit(item.point(16, {0, 0, 1}));
             d.bitDouble(item.real(51) * kRadians);
@@ -827,10 +896,12 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bitDouble(1.0);
             d.bitDouble(1.0);
             d.bitDouble(0.0);
-            d.bitShort(static_cast<std::int16_t>(item.integer(71, 5)));
-            d.bitShort(static_cast<std::int16_t>(item.integer(72, 1)));
-            d.bitDouble(item.real(41, 1.0));
-            d.bitDouble(item.real(42));
+            if (r2000_) {
+                d.bitShort(static_cast<std::int16_t>(item.integer(71, 5)));
+                d.bitShort(static_cast<std::int16_t>(item.integer(72, 1)));
+                d.bitDouble(item.real(41, 1.0));
+                d.bitDouble(item.real(42));
+            }
             d.point2Raw(item.point(12));
             switch (type) {
                 case 0x14:
@@ -875,6 +946,11 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             std::array<ge::Point3d, 4> corners;
             for (int i = 0; i < 4; ++i) corners[i] = item.point(10 + i);
             const int flags = item.integer(70);
+            if (!r2000_) {
+                for (const ge::Point3d& corner : corners) d.point3Bit(corner);
+                d.bitShort(static_cast<std::int16_t>(flags));
+                return true;
+            }
             d.bit(flags == 0);
             d.bit(corners[0].z == 0.0);
             d.rawDouble(corners[0].x);
@@ -1070,19 +1146,36 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.point3Bit(item.point(211, {1, 0, 0}));
             d.point3Bit(item.point(212));
             d.point3Bit(item.point(213));
+            if (!r2000_) d.bitDouble(0.0);  // the style's gap when it was made
             d.bitDouble(item.real(40));
             d.bitDouble(item.real(41));
             d.bit(item.integer(74) != 0);
             d.bit(item.integer(71, 1) != 0);
-            d.bitShort(0);
-            d.bit(false);
-            d.bit(false);
+            if (!r2000_) {
+                d.bitShort(0);
+                d.bitDouble(0.0);
+                d.bit(false);
+                d.bit(false);
+                d.bitShort(0);
+                d.bitShort(0);
+                d.bit(false);
+                d.bit(false);
+            } else {
+                d.bitShort(0);
+                d.bit(false);
+                d.bit(false);
+            }
             h.handle(kHardPointer, item.handleOf(340));
             h.handle(kHardPointer, nameToHandle("DIMSTYLE", item.text(3, "Standard")));
             return true;
         }
         case 0x2E:
             commonEntity(r, item, type);
+            if (!r2000_) {
+                d.bitShort(0);
+                d.bitDouble(0.0);
+                d.bitDouble(0.0);
+            }
             d.point3Bit(item.point(10));
             d.point3Bit(item.point(11, {1, 0, 0}));
             d.point3Bit(extrusion());
@@ -1115,9 +1208,11 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             }
             value += item.find(1) ? *item.find(1) : std::string();
             d.text(sys::fromCaretForm(value));
-            d.bitShort(static_cast<std::int16_t>(item.integer(73, 1)));
-            d.bitDouble(item.real(44, 1.0));
-            d.bit(false);
+            if (r2000_) {
+                d.bitShort(static_cast<std::int16_t>(item.integer(73, 1)));
+                d.bitDouble(item.real(44, 1.0));
+                d.bit(false);
+            }
             h.handle(kHardPointer, nameToHandle("STYLE", item.text(7, "Standard")));
             return true;
         }
@@ -1171,8 +1266,8 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             if (flags & 16) d.bitLong(static_cast<std::int32_t>(points.size()));
             if (flags & 32) d.bitLong(static_cast<std::int32_t>(points.size()));
             for (std::size_t i = 0; i < points.size(); ++i) {
-                if (i == 0) {
-                    d.point2Raw(points[0]);
+                if (i == 0 || !r2000_) {
+                    d.point2Raw(points[i]);
                 } else {
                     d.defaultDouble(points[i].x, points[i - 1].x);
                     d.defaultDouble(points[i].y, points[i - 1].y);
@@ -1203,8 +1298,12 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             }
             const int hardOwner = item.integer(280);
             d.bitLong(static_cast<std::int32_t>(entries.size()));
-            d.bitShort(static_cast<std::int16_t>(item.integer(281, 1)));
-            d.rawChar(static_cast<std::uint8_t>(hardOwner));
+            if (r2000_) {
+                d.bitShort(static_cast<std::int16_t>(item.integer(281, 1)));
+                d.rawChar(static_cast<std::uint8_t>(hardOwner));
+            } else {
+                d.rawChar(0);
+            }
             for (const auto& entry : entries) d.text(entry.first);
             for (const auto& entry : entries) h.handle(kSoftOwner, entry.second);
             return true;
@@ -1285,7 +1384,7 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             }
             d.bitLong(static_cast<std::int32_t>(values.bytes().size()));
             d.bytes(values.bytes());
-            d.bitShort(static_cast<std::int16_t>(item.integer(280, 1)));
+            if (r2000_) d.bitShort(static_cast<std::int16_t>(item.integer(280, 1)));
             return true;
         }
         case 0x49: {
@@ -1344,11 +1443,9 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bit(blockFlags & 2);
             d.bit(blockFlags & 4);
             d.bit(blockFlags & 8);
-            d.bit(true);  // loaded
+            if (r2000_) d.bit(true);  // loaded
             d.point3Bit(begin ? begin->point(10) : ge::Point3d{});
             d.text(begin ? begin->text(1) : std::string());
-            d.rawChar(0);  // no insert list
-            d.text({});
             std::string preview;
             for (const auto& [c, v] : item.tags) {
                 if (c != 310) continue;
@@ -1356,8 +1453,12 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
                     preview += static_cast<char>(std::strtol(v.substr(k, 2).c_str(), nullptr, 16));
                 }
             }
-            d.bitLong(static_cast<std::int32_t>(preview.size()));
-            d.bytes(preview);
+            if (r2000_) {
+                d.rawChar(0);  // no insert list
+                d.text({});
+                d.bitLong(static_cast<std::int32_t>(preview.size()));
+                d.bytes(preview);
+            }
             h.handle(kHardPointer, 0);
             h.handle(kHardOwner, blockEnds_[item.handle].first);
             std::vector<std::uint64_t> entities;
@@ -1372,7 +1473,7 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
                 h.handle(kSoftPointer, entities.empty() ? 0 : entities.back());
             }
             h.handle(kHardOwner, blockEnds_[item.handle].second);
-            h.handle(kHardPointer, item.handleOf(340));
+            if (r2000_) h.handle(kHardPointer, item.handleOf(340));
             return true;
         }
         case 0x33: {
@@ -1387,10 +1488,17 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             if (flags & 4) values |= 8;
             if (item.integer(290, 1) != 0) values |= 16;
             values |= lineweightIndex(item.integer(370, -3)) << 5;
-            d.bitShort(static_cast<std::int16_t>(values));
+            if (r2000_) {
+                d.bitShort(static_cast<std::int16_t>(values));
+            } else {
+                d.bit(flags & 1);
+                d.bit(color >= 0);
+                d.bit(flags & 2);
+                d.bit(flags & 4);
+            }
             d.bitShort(static_cast<std::int16_t>(std::abs(color)));
             h.handle(kHardPointer, 0);
-            h.handle(kHardPointer, item.handleOf(390));
+            if (r2000_) h.handle(kHardPointer, item.handleOf(390));
             h.handle(kHardPointer, nameToHandle("LTYPE", item.text(6, "Continuous")));
             return true;
         }
@@ -1443,6 +1551,51 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             const auto small = [&](int code, int fallback) {
                 d.bitShort(static_cast<std::int16_t>(item.integer(code, fallback)));
             };
+            if (!r2000_) {
+                const auto byte = [&](int code, int fallback) {
+                    d.rawChar(static_cast<std::uint8_t>(item.integer(code, fallback)));
+                };
+                for (const auto& [code, fallback] :
+                     {std::pair{71, 0}, {72, 0}, {73, 1}, {74, 1}, {75, 0}, {76, 0}, {170, 0},
+                      {172, 0}, {173, 0}, {174, 0}, {175, 0}}) {
+                    flag(code, fallback);
+                }
+                byte(171, 2);
+                byte(78, 0);
+                flag(281, 0);
+                flag(282, 0);
+                byte(283, 1);
+                byte(280, 0);
+                byte(287, 3);
+                flag(288, 0);
+                byte(284, 0);
+                byte(285, 0);
+                byte(286, 0);
+                byte(77, 0);
+                for (const auto& [code, fallback] :
+                     {std::pair{270, 2}, {275, 0}, {271, 4}, {272, 4}, {273, 2}, {274, 2}}) {
+                    small(code, fallback);
+                }
+                const std::pair<int, double> reals[] = {
+                    {40, 1.0},  {41, 2.5},  {42, 0.625}, {43, 3.75},  {44, 1.25}, {45, 0.0},
+                    {46, 0.0},  {47, 0.0},  {48, 0.0},   {140, 2.5},  {141, 2.5}, {142, 0.0},
+                    {143, 25.4}, {144, 1.0}, {145, 0.0}, {146, 1.0}, {147, 0.625}};
+                for (const auto& [code, fallback] : reals) real(code, fallback);
+                d.text(item.text(3));
+                d.text(item.text(4));
+                // R14 names the arrow blocks; 2000 points at them.
+                for (int code = 342; code <= 344; ++code) {
+                    const Item* block = byHandle_[item.handleOf(code)];
+                    d.text(block ? block->text(2) : std::string());
+                }
+                small(176, 0);
+                small(177, 0);
+                small(178, 0);
+                d.bit(false);
+                h.handle(kHardPointer, 0);
+                h.handle(kHardPointer, item.handleOf(340));
+                return true;
+            }
             d.text(item.text(3));
             d.text(item.text(4));
             const std::pair<int, double> sizes[] = {{40, 1.0}, {41, 2.5}, {42, 0.625},
@@ -1499,7 +1652,7 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bit(mode & 2);
             d.bit(mode & 4);
             d.bit(!(mode & 16));
-            d.rawChar(static_cast<std::uint8_t>(item.integer(281)));
+            if (r2000_) d.rawChar(static_cast<std::uint8_t>(item.integer(281)));
             d.point2Raw(item.point(10));
             d.point2Raw(item.point(11, {1, 1, 0}));
             d.bit(mode & 8);
@@ -1516,6 +1669,10 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bitDouble(item.real(50) * kRadians);
             d.point2Raw(item.point(13));
             d.point2Raw(item.point(14, {10, 10, 0}));
+            if (!r2000_) {
+                h.handle(kHardPointer, 0);
+                return true;
+            }
             d.bit(false);
             d.bit(item.integer(65) != 0);
             d.point3Bit(item.point(110));
@@ -1529,6 +1686,7 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             return true;
         }
         case 0x52: {
+            if (!r2000_) return false;
             commonObject(r, item, type);
             constexpr std::string_view plot = "AcDbPlotSettings", layout = "AcDbLayout";
             d.text(item.textIn(plot, 1));
@@ -1592,8 +1750,12 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
                 }
             }
             d.bitLong(static_cast<std::int32_t>(entries.size()));
-            d.bitShort(static_cast<std::int16_t>(item.integer(281, 1)));
-            d.rawChar(static_cast<std::uint8_t>(item.integer(280)));
+            if (r2000_) {
+                d.bitShort(static_cast<std::int16_t>(item.integer(281, 1)));
+                d.rawChar(static_cast<std::uint8_t>(item.integer(280)));
+            } else {
+                d.rawChar(0);
+            }
             for (const auto& entry : entries) d.text(entry.first);
             for (const auto& entry : entries) h.handle(kSoftOwner, entry.second);
             h.handle(kHardPointer, item.handleOf(340));
@@ -1649,8 +1811,12 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.bit(mode & 2);
             d.bit(mode & 4);
             d.bit(!(mode & 16));
-            d.rawChar(static_cast<std::uint8_t>(item.integer(281)));
+            if (r2000_) d.rawChar(static_cast<std::uint8_t>(item.integer(281)));
             d.bit(flags & 1);
+            if (!r2000_) {
+                h.handle(kHardPointer, 0);
+                return true;
+            }
             const bool ucs = item.integer(72) != 0;
             d.bit(ucs);
             h.handle(kHardPointer, 0);
@@ -1671,12 +1837,14 @@ bool Encoder::encode(Record& r, const Item& item, int type) {
             d.point3Bit(item.point(10));
             d.point3Bit(item.point(11, {1, 0, 0}));
             d.point3Bit(item.point(12, {0, 1, 0}));
-            d.bitDouble(item.real(146));
-            d.bitShort(static_cast<std::int16_t>(item.integer(79)));
-            d.bitShort(0);
             h.handle(kHardPointer, 0);
-            h.handle(kHardPointer, item.handleOf(346));
-            h.handle(kHardPointer, 0);
+            if (r2000_) {
+                d.bitDouble(item.real(146));
+                d.bitShort(static_cast<std::int16_t>(item.integer(79)));
+                d.bitShort(0);
+                h.handle(kHardPointer, item.handleOf(346));
+                h.handle(kHardPointer, 0);
+            }
             return true;
         case 0x43:
             commonObject(r, item, type);
@@ -1720,6 +1888,7 @@ std::string Encoder::headerSection() {
     w.text({});
     w.bitLong(24);
     w.bitLong(0);
+    if (!r2000_) w.bitShort(0);
     w.handle(kHardPointer, 0);
     const auto flag = [&](std::string_view name, int fallback) { w.bit(headerInt(name, fallback) != 0); };
     const auto small = [&](std::string_view name, int fallback) {
@@ -1730,6 +1899,7 @@ std::string Encoder::headerSection() {
     };
     flag("$DIMASO", 1);
     flag("$DIMSHO", 1);
+    if (!r2000_) w.bit(false);  // DIMSAV
     flag("$PLINEGEN", 0);
     flag("$ORTHOMODE", 0);
     flag("$REGENMODE", 1);
@@ -1737,25 +1907,36 @@ std::string Encoder::headerSection() {
     flag("$QTEXTMODE", 0);
     flag("$PSLTSCALE", 1);
     flag("$LIMCHECK", 0);
+    if (!r2000_) w.bit(false);  // BLIPMODE
     flag("$USRTIMER", 1);
     flag("$SKPOLY", 0);
     flag("$ANGDIR", 0);
     flag("$SPLFRAME", 0);
+    if (!r2000_) {
+        w.bit(true);   // ATTREQ
+        w.bit(false);  // ATTDIA
+    }
     flag("$MIRRTEXT", 1);
     flag("$WORLDVIEW", 1);
+    if (!r2000_) w.bit(false);  // WIREFRAME
     flag("$TILEMODE", 1);
     flag("$PLIMCHECK", 0);
     flag("$VISRETAIN", 1);
+    if (!r2000_) w.bit(true);  // DELOBJ
     flag("$DISPSILH", 0);
     w.bit(false);  // PELLIPSE
     small("$PROXYGRAPHICS", 1);
+    if (!r2000_) w.bitShort(2);  // DRAGMODE
     small("$TREEDEPTH", 3020);
     small("$LUNITS", 2);
     small("$LUPREC", 4);
     small("$AUNITS", 0);
     small("$AUPREC", 0);
+    if (!r2000_) w.bitShort(0);  // OSMODE
     small("$ATTMODE", 1);
+    if (!r2000_) w.bitShort(1);  // COORDS
     small("$PDMODE", 0);
+    if (!r2000_) w.bitShort(0);  // PICKSTYLE
     for (const char* name : {"$USERI1", "$USERI2", "$USERI3", "$USERI4", "$USERI5"}) small(name, 0);
     small("$SPLINESEGS", 8);
     small("$SURFU", 6);
@@ -1797,7 +1978,7 @@ std::string Encoder::headerSection() {
     w.handle(kHardPointer, nameToHandle("LTYPE", headerText("$CELTYPE", 6, "ByLayer")));
     w.handle(kHardPointer, nameToHandle("DIMSTYLE", headerText("$DIMSTYLE", 2, "Standard")));
     w.handle(kHardPointer, 0);  // CMLSTYLE
-    w.bitDouble(0.0);           // PSVPSCALE
+    if (r2000_) w.bitDouble(0.0);  // PSVPSCALE
     const ge::Point3d zero{};
     w.point3Bit(zero);
     w.point3Bit({1e20, 1e20, 1e20});
@@ -1809,10 +1990,12 @@ std::string Encoder::headerSection() {
     w.point3Bit({1, 0, 0});
     w.point3Bit({0, 1, 0});
     w.handle(kHardPointer, 0);
-    w.handle(kHardPointer, 0);
-    w.bitShort(0);
-    w.handle(kHardPointer, 0);
-    for (int i = 0; i < 6; ++i) w.point3Bit(zero);
+    if (r2000_) {
+        w.handle(kHardPointer, 0);
+        w.bitShort(0);
+        w.handle(kHardPointer, 0);
+        for (int i = 0; i < 6; ++i) w.point3Bit(zero);
+    }
     w.point3Bit(headerPoint("$INSBASE", zero));
     w.point3Bit(headerPoint("$EXTMIN", {1e20, 1e20, 1e20}));
     w.point3Bit(headerPoint("$EXTMAX", {-1e20, -1e20, -1e20}));
@@ -1823,22 +2006,40 @@ std::string Encoder::headerSection() {
     w.point3Bit(headerPoint("$UCSXDIR", {1, 0, 0}));
     w.point3Bit(headerPoint("$UCSYDIR", {0, 1, 0}));
     w.handle(kHardPointer, 0);
-    w.handle(kHardPointer, 0);
-    w.bitShort(0);
-    w.handle(kHardPointer, 0);
-    for (int i = 0; i < 6; ++i) w.point3Bit(zero);
-    w.text({});  // DIMPOST
-    w.text({});  // DIMAPOST
+    if (r2000_) {
+        w.handle(kHardPointer, 0);
+        w.bitShort(0);
+        w.handle(kHardPointer, 0);
+        for (int i = 0; i < 6; ++i) w.point3Bit(zero);
+        w.text({});  // DIMPOST
+        w.text({});  // DIMAPOST
+    } else {
+        // The dimension variables R14 keeps in its own order and forms.
+        for (int i = 0; i < 11; ++i) w.bit(i == 2 || i == 3);
+        w.rawChar(2);  // DIMALTD
+        w.rawChar(0);  // DIMZIN
+        w.bit(false);
+        w.bit(false);
+        w.rawChar(1);  // DIMTOLJ
+        w.rawChar(0);  // DIMJUST
+        w.rawChar(3);  // DIMFIT
+        w.bit(false);
+        for (int i = 0; i < 4; ++i) w.rawChar(0);
+        for (const int v : {2, 0, 4, 4, 2, 2}) w.bitShort(static_cast<std::int16_t>(v));
+        w.handle(kHardPointer, nameToHandle("STYLE", "Standard"));
+    }
     number("$DIMSCALE", 1.0);
     number("$DIMASZ", 2.5);
     number("$DIMEXO", 0.625);
     number("$DIMDLI", 3.75);
     number("$DIMEXE", 1.25);
     for (int i = 0; i < 4; ++i) w.bitDouble(0.0);
-    for (int i = 0; i < 6; ++i) w.bit(i == 2 || i == 3);
-    w.bitShort(0);
-    w.bitShort(0);
-    w.bitShort(0);
+    if (r2000_) {
+        for (int i = 0; i < 6; ++i) w.bit(i == 2 || i == 3);
+        w.bitShort(0);
+        w.bitShort(0);
+        w.bitShort(0);
+    }
     number("$DIMTXT", 2.5);
     number("$DIMCEN", 2.5);
     w.bitDouble(0.0);   // DIMTSZ
@@ -1847,25 +2048,31 @@ std::string Encoder::headerSection() {
     w.bitDouble(0.0);   // DIMTVP
     w.bitDouble(1.0);   // DIMTFAC
     w.bitDouble(0.625); // DIMGAP
-    w.bitDouble(0.0);   // DIMALTRND
-    w.bit(false);
-    w.bitShort(2);
-    w.bit(false);
-    w.bit(false);
-    w.bit(false);
-    w.bit(false);
+    if (!r2000_) {
+        for (int i = 0; i < 5; ++i) w.text({});  // DIMPOST to DIMBLK2
+    } else {
+        w.bitDouble(0.0);  // DIMALTRND
+        w.bit(false);
+        w.bitShort(2);
+        w.bit(false);
+        w.bit(false);
+        w.bit(false);
+        w.bit(false);
+    }
     w.bitShort(0);
     w.bitShort(0);
     w.bitShort(0);
-    for (const int v : {0, 4, 4, 2, 2, 0, 0, 2, 46, 0, 0}) w.bitShort(static_cast<std::int16_t>(v));
-    w.bit(false);
-    w.bit(false);
-    for (int i = 0; i < 4; ++i) w.bitShort(0);
-    w.bit(false);
-    w.bitShort(3);
-    for (int i = 0; i < 5; ++i) w.handle(kHardPointer, 0);
-    w.bitShort(-2);
-    w.bitShort(-2);
+    if (r2000_) {
+        for (const int v : {0, 4, 4, 2, 2, 0, 0, 2, 46, 0, 0}) w.bitShort(static_cast<std::int16_t>(v));
+        w.bit(false);
+        w.bit(false);
+        for (int i = 0; i < 4; ++i) w.bitShort(0);
+        w.bit(false);
+        w.bitShort(3);
+        for (int i = 0; i < 5; ++i) w.handle(kHardPointer, 0);
+        w.bitShort(-2);
+        w.bitShort(-2);
+    }
     for (const char* table : {"BLOCK_RECORD", "LAYER", "STYLE", "LTYPE", "VIEW", "UCS", "VPORT",
                               "APPID", "DIMSTYLE"}) {
         w.handle(kHardOwner, tables_[table].control);
@@ -1890,18 +2097,20 @@ std::string Encoder::headerSection() {
     w.handle(kHardPointer, groups);
     w.handle(kHardPointer, mlineStyles);
     w.handle(kHardOwner, root);
-    w.bitShort(1);
-    w.bitShort(70);
-    w.text({});
-    w.text({});
-    w.handle(kHardPointer, layouts);
-    w.handle(kHardPointer, plotSettings);
-    w.handle(kHardPointer, plotStyles);
-    w.bitLong(lineweightIndex(-1) | (headerInt("$LWDISPLAY", 0, 290) ? 0x200 : 0));
-    small("$INSUNITS", 0);
-    w.bitShort(0);  // plot style by layer
-    w.text({});
-    w.text({});
+    if (r2000_) {
+        w.bitShort(1);
+        w.bitShort(70);
+        w.text({});
+        w.text({});
+        w.handle(kHardPointer, layouts);
+        w.handle(kHardPointer, plotSettings);
+        w.handle(kHardPointer, plotStyles);
+        w.bitLong(lineweightIndex(-1) | (headerInt("$LWDISPLAY", 0, 290) ? 0x200 : 0));
+        small("$INSUNITS", 0);
+        w.bitShort(0);  // plot style by layer
+        w.text({});
+        w.text({});
+    }
     w.handle(kHardPointer, paperSpace_);
     w.handle(kHardPointer, modelSpace_);
     w.handle(kHardPointer, nameToHandle("LTYPE", "ByLayer"));
@@ -1932,10 +2141,14 @@ std::string Encoder::classesSection() {
                : name == "ACDBDICTIONARYWDFLT" ? "AcDbDictionaryWithDefault"
                : name == "SCALE"               ? "AcDbScale"
                : name == "SORTENTSTABLE"       ? "AcDbSortentsTable"
+               : name == "LWPOLYLINE"          ? "AcDbPolyline"
+               : name == "HATCH"               ? "AcDbHatch"
+               : name == "XRECORD"             ? "AcDbXrecord"
+               : name == "ACDBPLACEHOLDER"     ? "AcDbPlaceHolder"
                                                : "AcDbObject");
         w.text(name);
         w.bit(false);
-        w.bitShort(0x1F3);
+        w.bitShort(name == "LWPOLYLINE" || name == "HATCH" ? 0x1F2 : 0x1F3);
     }
     w.alignToByte();
     std::string out(reinterpret_cast<const char*>(kClassesStart), 16);
@@ -1954,6 +2167,10 @@ std::string Encoder::classesSection() {
 std::string Encoder::file() {
     classes_ = {{"DICTIONARYVAR", 500}, {"ACDBDICTIONARYWDFLT", 501}, {"SCALE", 502},
                 {"SORTENTSTABLE", 503}};
+    if (!r2000_) {
+        classes_.insert(classes_.end(), {{"LWPOLYLINE", 504}, {"HATCH", 505}, {"XRECORD", 506},
+                                         {"ACDBPLACEHOLDER", 507}});
+    }
     index();
 
     // The records, each with its handle; symbol tables become their control objects.
@@ -1968,6 +2185,8 @@ std::string Encoder::file() {
             const auto control = kControls.find(name);
             if (control == kControls.end()) continue;
             Record r;
+            r.data.setCompact(r2000_);
+            number_ = 0;
             Item copy = item;
             copy.owner = 0;
             commonObject(r, copy, control->second);
@@ -2005,6 +2224,16 @@ std::string Encoder::file() {
             continue;
         }
         Record r;
+        r.data.setCompact(r2000_);
+        number_ = 0;
+        if (!r2000_) {
+            // Types R14 knows only as classes.
+            static constexpr std::pair<int, int> kAsClasses[] = {
+                {0x4D, 504}, {0x4E, 505}, {0x4F, 506}, {0x50, 507}};
+            for (const auto& [kind, number] : kAsClasses) {
+                if (*type == kind) number_ = number;
+            }
+        }
         if (!encode(r, item, *type)) {
             ++leftOut_[item.type];
             continue;
@@ -2063,7 +2292,7 @@ std::string Encoder::file() {
         mapBytes += static_cast<char>(crc & 0xFF);
     }
 
-    std::string file = "AC1015";
+    std::string file = r2000_ ? "AC1015" : "AC1014";
     file += std::string(5, '\0');
     file += '\0';  // maintenance version
     file += '\x01';
@@ -2096,7 +2325,8 @@ std::string Encoder::file() {
 }  // namespace
 
 ErrorStatus DwgWriter::write(Database& database, std::string& bytes,
-                             std::vector<std::string>& messages) {
+                             std::vector<std::string>& messages, DwgVersion version) {
+    if (version == DwgVersion::R13) return ErrorStatus::eVersionNotSupported;
     std::string text;
     if (ErrorStatus es = dxf::DxfDatabaseWriter::write(database, DxfVersion::R2000, text, messages);
         es != ErrorStatus::eOk) {
@@ -2117,7 +2347,7 @@ ErrorStatus DwgWriter::write(Database& database, std::string& bytes,
             items.back().type = std::string(type);
         }
     }
-    Encoder encoder(items, messages, structure);
+    Encoder encoder(items, messages, structure, version == DwgVersion::R2000);
     bytes = encoder.file();
     return ErrorStatus::eOk;
 }

@@ -8,15 +8,18 @@
 #include <vector>
 
 #include "cad/db/Database.h"
+#include "cad/db/dwg/DwgFileLayout.h"
 #include "cad/sys/ErrorStatus.h"
 
 namespace cad::db::dwg {
 
 class DwgWriter {
 public:
-    // The whole file in `bytes`; eOk, or the DXF writer's refusal (an object open for write).
+    // The whole file in `bytes`, DWG 2000 or R14 (R13 is refused); eOk, or the DXF writer's
+    // refusal (an object open for write).
     static ErrorStatus write(Database& database, std::string& bytes,
-                             std::vector<std::string>& messages);
+                             std::vector<std::string>& messages,
+                             DwgVersion version = DwgVersion::R2000);
 };
 
 }  // namespace cad::db::dwg

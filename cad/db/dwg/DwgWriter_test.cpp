@@ -239,6 +239,43 @@ TEST(DwgWriter, HeaderVariablesTheEngineUsesReadBack) {
     EXPECT_EQ(back.header().text("$CLAYER"), "PARTS");
 }
 
+TEST(DwgWriter, R14KeepsWhatR14Holds) {
+    // The encodings R14 has in place of 2000's (whole thickness and extrusion, texts, scales,
+    // lines and faces without their short forms, layers by bits, the dimension variables in
+    // their R14 order, classes for polylines, hatches and xrecords) read back the same.
+    for (const char* name : {"acadsharp__sample_AC1014.dwg",
+                             "ezdxf-made__korean_catalogue_r2000_cp949.dxf"}) {
+        SCOPED_TRACE(name);
+        Database source(false);
+        ASSERT_EQ(source.readDwgFile(corpus(name), sys::ShareMode::DenyNone), ErrorStatus::eOk);
+        std::string bytes;
+        std::vector<std::string> messages;
+        ASSERT_EQ(DwgWriter::write(source, bytes, messages, DwgVersion::R14), ErrorStatus::eOk);
+        DwgTranslation r14;
+        ASSERT_FALSE(DwgTranslator::translate(bytes, r14));
+        EXPECT_EQ(r14.layout.acadVer, "AC1014");
+        EXPECT_TRUE(r14.layout.warnings.empty()) << testing::PrintToString(r14.layout.warnings);
+        EXPECT_EQ(r14.unreadable, 0) << testing::PrintToString(r14.unreadableMessages);
+        EXPECT_EQ(r14.checkValueMismatches, 0);
+        Database back(false);
+        ASSERT_EQ(back.readDxfBytes(r14.dxf, "back.dxf"), ErrorStatus::eOk);
+        // R14 has no layouts, and R14 DXF writes no line weights: those are the differences.
+        for (const std::string& message : messages) {
+            EXPECT_NE(message.find("not written to DWG"), std::string::npos) << message;
+        }
+        std::string before = entitiesOf(source), after = entitiesOf(back);
+        for (std::string* text : {&before, &after}) {
+            for (std::size_t at = text->find("\n370\n"); at != std::string::npos;
+                 at = text->find("\n370\n", at)) {
+                text->erase(at, text->find('\n', at + 5) - at);
+            }
+        }
+        if (std::string(name).ends_with(".dxf")) {
+            EXPECT_EQ(after, before);
+        }
+    }
+}
+
 TEST(DwgWriter, XrecordChainsKeepEveryKindOfValue) {
     // A 280 among the data (not only the cloning flag), texts, integers of every width,
     // reals, points, binary chunks and links.
