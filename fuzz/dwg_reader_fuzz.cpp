@@ -3,7 +3,7 @@
 // on the sample R14 drawing, so mutations reach the objects deep inside a real file rather
 // than failing at its header. Nothing may crash, hang or grow without bound; a refused file
 // is a normal outcome, but a file the reader accepts must load into a database, and that
-// database written as DWG must read again.
+// database written as DWG 2000 and as R14 must read again.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -62,13 +62,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fail("a DWG the reader accepted does not load: " + db.lastErrorMessage());
     }
     if (db.openObjectCount() != 0) fail("objects left open by the read");
-    std::string written;
-    std::vector<std::string> messages;
-    if (dwg::DwgWriter::write(db, written, messages) != ErrorStatus::eOk) fail("the write failed");
-    dwg::DwgTranslation again;
-    if (const auto error = dwg::DwgTranslator::translate(written, again)) {
-        fail("the written DWG does not read: " + error->message);
+    for (const dwg::DwgVersion version : {dwg::DwgVersion::R2000, dwg::DwgVersion::R14}) {
+        std::string written;
+        std::vector<std::string> messages;
+        if (dwg::DwgWriter::write(db, written, messages, version) != ErrorStatus::eOk) {
+            fail("the write failed");
+        }
+        dwg::DwgTranslation again;
+        if (const auto error = dwg::DwgTranslator::translate(written, again)) {
+            fail("the written DWG does not read: " + error->message);
+        }
+        if (again.unreadable != 0) {
+            fail("a written record does not read: " + again.unreadableMessages[0]);
+        }
     }
-    if (again.unreadable != 0) fail("a written record does not read: " + again.unreadableMessages[0]);
     return 0;
 }
