@@ -1,4 +1,4 @@
-// The insertion dialog's block picture.
+// A part's block picture.
 #include "vantor/placement/dialogs/PartPicture.h"
 
 #include <QPainter>
@@ -7,16 +7,16 @@
 
 namespace vantor {
 
-PartPicture::PartPicture(QWidget* parent) : QWidget(parent) {
-    setObjectName(QStringLiteral("id487"));
+PartPicture::PartPicture(OpenDrawing openDrawing, QWidget* parent)
+    : QWidget(parent), openDrawing_(std::move(openDrawing)) {
     setAccessibleName(QString::fromUtf8("미리보기"));
     setMinimumSize(120, 100);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void PartPicture::showBlock(cad::db::Database* library, const std::string& block,
+void PartPicture::showBlock(const std::string& path, const std::string& block,
                             std::optional<cad::ge::Point3d> bomMark) {
-    library_ = library;
+    path_ = path;
     block_ = block;
     bomMark_ = bomMark;
     current_ = false;
@@ -27,8 +27,8 @@ const QImage& PartPicture::picture() {
     if (!current_ || picture_.size() != size()) {
         current_ = true;
         picture_ = {};
-        if (library_ != nullptr && !block_.empty())
-            picture_ = drawBlockPreview(*library_, {block_, size(), bomMark_});
+        cad::db::Database* drawing = block_.empty() ? nullptr : openDrawing_(path_);
+        if (drawing != nullptr) picture_ = drawBlockPreview(*drawing, {block_, size(), bomMark_});
     }
     return picture_;
 }
@@ -42,7 +42,7 @@ void PartPicture::paintEvent(QPaintEvent*) {
     }
     painter.fillRect(rect(), QColor(33, 40, 48));
     painter.setPen(QColor(200, 200, 200));
-    painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("No preview"));
+    painter.drawText(rect(), Qt::AlignCenter, QString::fromLatin1(kNoPreview));
 }
 
 }  // namespace vantor

@@ -75,7 +75,7 @@ CUserBlockDlg::CUserBlockDlg(UserBlockInput input, PlacementDialogContext& conte
       context_(context),
       cascade_(input_.records, input_.lastChosen),
       views_(new QTreeWidget(this)),
-      picture_(new PartPicture(this)),
+      picture_(new PartPicture([this](const std::string&) { return input_.library; }, this)),
       angle_(new CheckedEdit(this)) {
     setWindowTitle(QString::fromStdString(std::string(VantorApp::kProductTitle) + " Library"));
     const ModuleSettings& settings = context_.settings;
@@ -93,6 +93,7 @@ CUserBlockDlg::CUserBlockDlg(UserBlockInput input, PlacementDialogContext& conte
     // Six views at most: the list needs no more room than that, the picture takes the rest.
     views_->setFixedHeight(views_->header()->sizeHint().height() +
                            6 * views_->fontMetrics().height() + 12);
+    picture_->setObjectName(QStringLiteral("id487"));
     picture_->setMinimumSize(280, 240);
     auto* stateColumn = new QVBoxLayout(state);
     stateColumn->addWidget(picture_, 1);
@@ -282,7 +283,7 @@ void CUserBlockDlg::viewChosen() {
     const PartRecord* record = cascade_.chosen();
     const std::optional<std::size_t> slot = currentView();
     if (record == nullptr || !slot) {
-        picture_->showBlock(input_.library, {}, std::nullopt);
+        picture_->clear();
         return;
     }
     if (input_.library == nullptr && !toldUnreadable_) {
@@ -293,7 +294,7 @@ void CUserBlockDlg::viewChosen() {
     const QTreeWidgetItem* row = views_->currentItem();
     const cad::ge::Point3d mark(row->data(0, Qt::UserRole + 1).toDouble(),
                                 row->data(0, Qt::UserRole + 2).toDouble(), 0.0);
-    picture_->showBlock(input_.library, record->viewBlocks[*slot], mark);
+    picture_->showBlock(input_.libraryPath, record->viewBlocks[*slot], mark);
 }
 
 void CUserBlockDlg::showData() {

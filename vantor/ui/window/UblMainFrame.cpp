@@ -40,7 +40,7 @@
 #include "vantor/ui/window/FrameFlows.h"
 #include "vantor/ui/window/HelpWindow.h"
 #include "vantor/ui/window/ListViewEx.h"
-#include "vantor/ui/window/PreviewCanvas.h"
+#include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/RecListView.h"
 #include "vantor/ui/window/UblPreviewView.h"
 #include "vantor/ui/window/UblTreeView.h"
@@ -226,8 +226,8 @@ void CUblMainFrame::buildClientArea() {
     rightUpperSplitter_->addView(0, dataPane_);
     rightUpperSplitter_->addView(1, partList_);
 
-    auto* canvas = new PreviewCanvas(
-        [this](const std::string& path) { return drawing(path); });
+    auto* canvas = new PartPicture([this](const std::string& path) { return drawing(path); });
+    canvas->setMinimumSize(40, 40);
     supplierPanel_ = new SupplierInfoPanel();
     supplierPanel_->setMinimumWidth(180);
     auto* companyInfo = new QAction(QStringLiteral("회사 정보 입력..."), supplierPanel_);

@@ -26,7 +26,7 @@
 #include "vantor/ui/models/ModelText.h"
 #include "vantor/ui/models/PartListModel.h"
 #include "vantor/ui/window/ListViewEx.h"
-#include "vantor/ui/window/PreviewCanvas.h"
+#include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/UblPreviewView.h"
 #include "vantor/ui/window/UblTreeView.h"
 #include "vantor/ui/window/VNTreeViewEx.h"

@@ -28,7 +28,7 @@
 #include "vantor/ui/TestDialogs.h"
 #include "vantor/ui/models/PartListModel.h"
 #include "vantor/ui/window/ListViewEx.h"
-#include "vantor/ui/window/PreviewCanvas.h"
+#include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/RecListView.h"
 #include "vantor/ui/window/UblMainFrame.h"
 #include "vantor/ui/window/UblPreviewView.h"

@@ -14,11 +14,11 @@
 #include "vantor/ui/FrameCommands.h"
 #include "vantor/ui/models/ModelText.h"
 #include "vantor/ui/window/CommandIcons.h"
-#include "vantor/ui/window/PreviewCanvas.h"
+#include "vantor/placement/dialogs/PartPicture.h"
 
 namespace vantor {
 
-CUblPreviewView::CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canvas,
+CUblPreviewView::CUblPreviewView(ManagementWindows& windows, PartPicture* canvas,
                                  QWidget* infoPanel, QWidget* controls, QWidget* parent)
     : QWidget(parent),
       windows_(windows),

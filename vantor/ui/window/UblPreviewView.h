@@ -11,7 +11,7 @@ class QToolBar;
 namespace vantor {
 
 class ManagementWindows;
-class PreviewCanvas;
+class PartPicture;
 enum class FrameAction;
 
 class CUblPreviewView : public QWidget {
@@ -19,7 +19,7 @@ class CUblPreviewView : public QWidget {
 public:
     // `controls` (the placement's scale, angle and options) stand under the picture, with the
     // insert button.
-    CUblPreviewView(ManagementWindows& windows, PreviewCanvas* canvas, QWidget* infoPanel,
+    CUblPreviewView(ManagementWindows& windows, PartPicture* canvas, QWidget* infoPanel,
                     QWidget* controls, QWidget* parent = nullptr);
 
     // The management windows' commands (the small tool bar's and the frame's menu items).
@@ -30,7 +30,7 @@ public:
     void setPictureVisible(bool visible);
     bool pictureVisible() const;
 
-    PreviewCanvas* canvas() const { return canvas_; }
+    PartPicture* canvas() const { return canvas_; }
     QComboBox* windowDropDown() const { return dropDown_; }
     QToolBar* windowToolBar() const { return toolBar_; }
 
@@ -40,7 +40,7 @@ signals:
 
 private:
     ManagementWindows& windows_;
-    PreviewCanvas* canvas_;
+    PartPicture* canvas_;
     QComboBox* dropDown_;
     QToolBar* toolBar_;
     QSplitter* picture_;
