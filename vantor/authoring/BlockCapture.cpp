@@ -17,6 +17,7 @@
 #include "cad/ed/ResultCodes.h"
 #include "cad/ed/SelectionSet.h"
 #include "vantor/placement/BlockTransfer.h"
+#include "vantor/ui/HostBusy.h"
 
 namespace vantor {
 
@@ -101,7 +102,7 @@ bool BlockCapture::isCurrentDrawing(const std::string& path) const {
 
 bool BlockCapture::quiescent() {
     if (documents_.isQuiescent(documents_.curDocument())) return true;
-    dialogs_.messageBox(kBusyText, kBusyTitle, kErrorBox);
+    dialogs_.messageBox(kHostBusyText, kHostBusyTitle, kErrorBox);
     return false;
 }
 

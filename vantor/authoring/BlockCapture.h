@@ -33,9 +33,6 @@ struct CapturedBlock {
 
 class BlockCapture {
 public:
-    static constexpr std::string_view kBusyText =
-        "AutoCAD가 명령 실행 중입니다. \n기존 명령을 취소 및 종료하신 후 다시 시도해 주십시오.";
-    static constexpr std::string_view kBusyTitle = "명령 중첩 에러";
     static constexpr std::string_view kSelectPrompt = "\nSelect entities or block: ";
     static constexpr std::string_view kFailedLine = "\n*Making Block Failed(or Canceled)*\nCommand:";
     // The missing "l" has always been there; scripts that answer the prompt look for it.

@@ -3,6 +3,7 @@
 
 #include "cad/app/Application.h"
 #include "cad/app/UserDialogs.h"
+#include "vantor/ui/HostBusy.h"
 #include "vantor/ui/ModuleSettings.h"
 
 namespace vantor {
@@ -10,10 +11,7 @@ namespace vantor {
 bool commandGuardPasses(const ModuleSettings& settings) {
     cad::app::DocumentManager& documents = cad::app::Application::current()->documentManager();
     if (!documents.isQuiescent(documents.curDocument())) {
-        cad::app::userDialogs().messageBox(
-            "AutoCAD가 명령 실행 중입니다. \n기존 명령을 취소 및 종료하신 후 다시 시도해 "
-            "주십시오.",
-            "명령 중첩 에러", cad::app::MB_ICONERROR);
+        cad::app::userDialogs().messageBox(kHostBusyText, kHostBusyTitle, cad::app::MB_ICONERROR);
         return false;
     }
     if (settings.commandBusy) {
