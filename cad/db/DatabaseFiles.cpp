@@ -57,6 +57,15 @@ ErrorStatus Database::readDwgFile(const std::string& path, sys::ShareMode shareM
         es = readDxf(dxf::DxfFile::fromBytes(std::move(translation.dxf)), path);
         if (es == ErrorStatus::eOk) {
             fileName_ = path;
+            const std::size_t damaged = translation.layout.warnings.size() +
+                                        static_cast<std::size_t>(translation.checkValueMismatches);
+            if (damaged != 0) {
+                loadIssues_.push_back({kIssueDwgCheckValue,
+                                       std::to_string(damaged) +
+                                           " check values of the DWG file do not match: read "
+                                           "as it stands",
+                                       Handle(), false});
+            }
             for (const auto& [type, count] : translation.notRead) {
                 loadIssues_.push_back({kIssueNotReadFromDwg,
                                        std::to_string(count) + " " + type +

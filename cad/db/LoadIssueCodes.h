@@ -67,5 +67,8 @@ inline constexpr int kIssueLayoutLink = 117;
 // An object of a DWG file whose type the reader does not decode: it is left out of the
 // drawing, counted per type in one issue each.
 inline constexpr int kIssueNotReadFromDwg = 118;
+// A DWG file's section or object whose check value does not match what it holds: it is read
+// as it stands (the file may have been damaged), once per file with the count.
+inline constexpr int kIssueDwgCheckValue = 119;
 
 }  // namespace cad::db
