@@ -229,6 +229,8 @@ Issue codes:
   111 unreadable link           112 owner does not list it  113 no owner
   114 listed twice              115 reference names nothing
   116 hard pointer to an erased object                      117 layout link broken
+  118 DWG objects of a type not read (per type, with the count)
+  119 DWG check values that do not match (the count; read as it stands)
 
 Exit codes: 0 success; 1 failure (the message on stderr names the file and the reason,
 e.g. "cadtool: drawing.dxf: damaged file (line 1234: ...)") or problems left by the audit;
