@@ -111,6 +111,7 @@ TEST_F(LibraryModels, PartListShowsTheGroupsRecordsUnderTheUsersTitles) {
     EXPECT_EQ(model.index(0, PartFields::Spec).data().toString(), "JIS 10K 25A");
     EXPECT_EQ(model.recordAt(4)->spec, "JIS 10K 150A");
     EXPECT_EQ(model.recordAt(5), nullptr);
+    EXPECT_TRUE(model.flags(model.index(0, 0)) & Qt::ItemIsDragEnabled);  // onto the drawing
 }
 
 TEST_F(LibraryModels, BlockListNamesEveryPartBlockWithItsStoredIcon) {

@@ -39,6 +39,12 @@ QVariant PartListModel::data(const QModelIndex& index, int role) const {
     return qText(record->text(static_cast<PartFields::Id>(index.column())));
 }
 
+Qt::ItemFlags PartListModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (index.isValid()) flags |= Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+    return flags;
+}
+
 QVariant PartListModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 ||
         section >= kColumnCount)
