@@ -68,7 +68,7 @@ TEST_F(ExplorerOperations, ConvertingADrawingOpenInTheHostIsRefusedBeforeTheSave
     EXPECT_EQ(writeExplorerR14Copy(explorer, QString::fromStdString(closed)),
               DrawingExplorer::Copy::Written);
     EXPECT_EQ(explorer.selectedPath(), closed);
-    EXPECT_TRUE(std::filesystem::exists(files.file("copy.dxf")));
+    EXPECT_TRUE(std::filesystem::exists(files.file("copy.dwg")));
 }
 
 TEST_F(ExplorerOperations, ANewDrawingTakesTheFirstFreeNameAndOverwritesNothing) {

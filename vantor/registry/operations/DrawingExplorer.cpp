@@ -7,6 +7,7 @@
 #include "cad/app/DocumentManager.h"
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
+#include "cad/sys/AsciiCase.h"
 #include "cad/sys/SplitPath.h"
 
 namespace vantor {
@@ -26,12 +27,8 @@ bool sameFile(const std::string& a, const std::string& b) {
     return cad::sys::nativePath(a) == cad::sys::nativePath(b);
 }
 
-bool isDxfExtension(std::string_view ext) {
-    if (ext.size() != 4 || ext[0] != '.') return false;
-    for (std::size_t i = 1; i < 4; ++i) {
-        if ((ext[i] | 0x20) != ".dxf"[i]) return false;
-    }
-    return true;
+bool isDwgExtension(std::string_view ext) {
+    return cad::sys::equalNoCase(ext, ".dwg");
 }
 
 }  // namespace
@@ -85,7 +82,7 @@ bool DrawingExplorer::isOpenInHost(const std::string& path) const {
 
 std::string DrawingExplorer::r14CopyPath(std::string_view chosen) {
     std::string path(chosen);
-    if (!isDxfExtension(cad::sys::splitPath(path).ext)) path += ".dxf";
+    if (!isDwgExtension(cad::sys::splitPath(path).ext)) path += ".dwg";
     return path;
 }
 
@@ -95,7 +92,7 @@ DrawingExplorer::Copy DrawingExplorer::writeR14Copy() {
                             app::MB_OK | app::MB_ICONERROR);
         return Copy::Refused;
     }
-    auto chosen = dialogs_.saveFile("R14 도면 생성", "R14 DXF Drawing (*.dxf)", "", "");
+    auto chosen = dialogs_.saveFile("R14 도면 생성", "R14 Drawing (*.dwg)", ".dwg", "");
     if (!chosen) return Copy::Cancelled;
 
     // Written from a copy read for it: saving renames a database, and the selected one must

@@ -46,10 +46,10 @@ public:
     bool isOpenInHost(const std::string& path) const;
 
     // Refused while the drawing is open in the host; otherwise the save dialog, and the
-    // selected drawing written as an R14 DXF file to the path chosen.
+    // selected drawing written as an R14 DWG file to the path chosen.
     Copy writeR14Copy();
-    // The copy is a DXF file: a chosen name whose extension is not ".dxf" (in any case) gets
-    // ".dxf" appended.
+    // The copy is a DWG file: a chosen name whose extension is not ".dwg" (in any case) gets
+    // ".dwg" appended.
     static std::string r14CopyPath(std::string_view chosen);
 
 private:

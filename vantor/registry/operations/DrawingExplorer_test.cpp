@@ -72,11 +72,11 @@ TEST_F(Explorer, DrawingInformationReadsOrSaysWhyNot) {
     }
 }
 
-TEST(R14CopyPath, EndsInDxf) {
-    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/copy"), "/out/copy.dxf");
-    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/COPY.DXF"), "/out/COPY.DXF");
-    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/copy.dwg"), "/out/copy.dwg.dxf");
-    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out.v2/copy"), "/out.v2/copy.dxf");
+TEST(R14CopyPath, EndsInDwg) {
+    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/copy"), "/out/copy.dwg");
+    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/COPY.DWG"), "/out/COPY.DWG");
+    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out/copy.dxf"), "/out/copy.dxf.dwg");
+    EXPECT_EQ(DrawingExplorer::r14CopyPath("/out.v2/copy"), "/out.v2/copy.dwg");
 }
 
 TEST_F(Explorer, R14CopyIsWrittenRefusedOrTold) {
@@ -84,14 +84,15 @@ TEST_F(Explorer, R14CopyIsWrittenRefusedOrTold) {
     dialogs.pushPath(folder.file("copy"));
     EXPECT_EQ(explorer.writeR14Copy(), Copy::Written);
     cad::db::Database copy(false, true);
-    ASSERT_EQ(copy.readDwgFile(folder.file("copy.dxf")), cad::ErrorStatus::eOk);
+    ASSERT_EQ(copy.readDwgFile(folder.file("copy.dwg")), cad::ErrorStatus::eOk);
     EXPECT_EQ(copy.originalFileVersion(), cad::db::DxfVersion::R14);
+    EXPECT_EQ(folder.readBytes("copy.dwg").substr(0, 6), "AC1014");  // a DWG of release 14
     // The selected drawing stays the one the views work on.
     EXPECT_EQ(explorer.selectedDatabase()->fileName(), folder.file("part.dxf"));
 
     dialogs.pushPath(std::nullopt);
     EXPECT_EQ(explorer.writeR14Copy(), Copy::Cancelled);
-    dialogs.pushPath(folder.file("no-such-folder/copy.dxf"));
+    dialogs.pushPath(folder.file("no-such-folder/copy.dwg"));
     EXPECT_EQ(explorer.writeR14Copy(), Copy::Failed);
 
     // Open in the host: refused before the save dialog is shown.
@@ -104,7 +105,7 @@ TEST_F(Explorer, R14CopyIsWrittenRefusedOrTold) {
     std::filesystem::copy_file(folder.file("part.dxf"), folder.file("other.dxf"));
     explorer.selectDrawing(folder.file("other.dxf"));
     std::filesystem::remove(folder.file("other.dxf"));
-    dialogs.pushPath(folder.file("copy2.dxf"));
+    dialogs.pushPath(folder.file("copy2.dwg"));
     EXPECT_EQ(explorer.writeR14Copy(), Copy::Failed);
 
     Strings boxes;
