@@ -55,9 +55,19 @@ protected:
         cad::sys::WriteFaults::reset();
     }
 
+    // The group's records as the file holds them; their ids name nothing once this returns.
     GroupRecords storedRecords() {
         auto db = openLibraryDrawing(library.path);
         return readGroupRecords(dictionaryAtPath(*db, {"User data list", "볼트", "육각볼트"}));
+    }
+    // Their handles, taken while the drawing is open.
+    std::vector<std::int64_t> storedHandles() {
+        auto db = openLibraryDrawing(library.path);
+        std::vector<std::int64_t> handles;
+        for (const PartRecord& stored :
+             readGroupRecords(dictionaryAtPath(*db, {"User data list", "볼트", "육각볼트"})).records)
+            handles.push_back(stored.recordId.asOldId());
+        return handles;
     }
     static void type(QDialog& dialog, int id, const char* text) {
         auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("id%1").arg(id));
@@ -117,7 +127,7 @@ TEST_F(PartDataFlow, ModifyKeepsTheKeyAndAddFromModifyStoresACopy) {
     EXPECT_TRUE(modifyPartData(nullptr, library.path, record, settings, capture));
     GroupRecords stored = storedRecords();
     ASSERT_EQ(stored.records.size(), 1u);
-    EXPECT_EQ(stored.records[0].recordId.asOldId(), record);
+    EXPECT_EQ(storedHandles().at(0), record);
     EXPECT_EQ(stored.records[0].key, "QRB_VANTORDATA-0");
     EXPECT_EQ(stored.records[0].spec, "M12x40");
     EXPECT_EQ(stored.records[0].viewBlocks[0], "BOLT-F");
