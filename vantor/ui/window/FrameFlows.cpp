@@ -6,7 +6,6 @@
 #include "vantor/host/CommandGuard.h"
 #include "vantor/host/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
-#include "vantor/placement/InsertionFilter.h"
 #include "vantor/placement/dialogs/InsertionFlow.h"
 #include "vantor/placement/dialogs/PreviewSubDlg.h"
 #include "vantor/placement/dialogs/UserBlockDlg.h"
@@ -149,14 +148,12 @@ bool FrameFlows::prepareDrop() {
     InsertionState& state = insertions_.of(documents_.curDocument());
     fillInsertionState(part, state);
     state.dragDrop = true;
-    InsertionFilter::setDragDrop(true);
     return true;
 }
 
 void FrameFlows::dropEnded(bool dropped) {
     if (dropped) return;
     insertions_.of(documents_.curDocument()).dragDrop = false;
-    InsertionFilter::setDragDrop(false);
 }
 
 }  // namespace vantor
