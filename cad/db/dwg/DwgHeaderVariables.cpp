@@ -10,16 +10,6 @@
 namespace cad::db::dwg {
 namespace {
 
-std::string formatReal(double value) {
-    if (!std::isfinite(value)) value = 0.0;
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    std::string text(buffer, result.ptr);
-    // Whole numbers keep a decimal point, as DXF files write reals.
-    if (text.find_first_of(".e") == std::string::npos) text += ".0";
-    return text;
-}
-
 class Variables {
 public:
     Variables(BitReader& reader, DwgHeaderVariables& out) : r_(reader), out_(out) {}

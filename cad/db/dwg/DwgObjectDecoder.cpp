@@ -110,16 +110,6 @@ const FixedType* fixedType(int number) {
 
 bool isControl(int type) { return type >= 0x30 && type <= 0x46 && type % 2 == 0; }
 
-std::string formatReal(double value) {
-    if (!std::isfinite(value)) value = 0.0;
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    std::string text(buffer, result.ptr);
-    // Whole numbers keep a decimal point, as DXF files write reals.
-    if (text.find_first_of(".e") == std::string::npos) text += ".0";
-    return text;
-}
-
 std::string hexHandle(std::uint64_t handle) {
     char buffer[17];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, handle, 16);

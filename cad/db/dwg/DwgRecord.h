@@ -2,6 +2,8 @@
 // codes and values, ready to be written as the structure a DXF reader takes.
 #pragma once
 
+#include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,6 +14,17 @@ namespace cad::db::dwg {
 
 // A DwgTag::nameOf with this bit names the linetype at that place in the linetype table.
 inline constexpr std::uint64_t kLinetypeIndex = std::uint64_t{1} << 63;
+
+// A real as a DXF value: the shortest text that reads back the same, with a decimal point even
+// for whole numbers, as DXF files write reals; what is not a number reads as 0.
+inline std::string formatReal(double value) {
+    if (!std::isfinite(value)) value = 0.0;
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    std::string text(buffer, result.ptr);
+    if (text.find_first_of(".e") == std::string::npos) text += ".0";
+    return text;
+}
 
 struct DwgTag {
     int code = 0;
