@@ -92,7 +92,7 @@ TEST_F(Host, UnloadRemovesTheCommandsAndWritesEveryKeyOfTheSettings) {
                             "Label_KName=", "TodayMode=0\r\n", "[COLUMNS]\r\nWidth_KName=130\r\n",
                             "Width2_User6=70\r\n"})
         EXPECT_THAT(ini, HasSubstr(key));
-    EXPECT_EQ(occurrences(ini, "\r\n"), 68u);  // 3 sections, 5 + 32 + 28 keys
+    EXPECT_EQ(occurrences(ini, "\r\n"), 69u);  // 3 sections, 5 + 33 + 28 keys
 }
 
 TEST_F(Host, LoadFailuresEndTheRunWithAnError) {

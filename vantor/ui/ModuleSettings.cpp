@@ -91,6 +91,7 @@ void ModuleSettings::load() {
         dataView = atoiText(profile_.read(kSetting, "DataView"));
         viewType = atoiText(profile_.read(kSetting, "ViewType"));
         todayMode = atoiText(profile_.read(kSetting, "TodayMode"));
+        iconSize = atoiText(profile_.read(kSetting, "IconSize"));
     }
 
     fillDefaultWidths();
@@ -124,6 +125,7 @@ void ModuleSettings::save() {
     batch.set(kSetting, "DataView", std::to_string(dataView));
     batch.set(kSetting, "ViewType", std::to_string(viewType));
     batch.set(kSetting, "TodayMode", std::to_string(todayMode));
+    batch.set(kSetting, "IconSize", std::to_string(iconSize));
 
     for (std::size_t i = 0; i < kBlockColumnCount; ++i) {
         batch.set(kColumns, kBlockWidthKeys[i], std::to_string(blockWidths[i]));

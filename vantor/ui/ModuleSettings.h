@@ -65,6 +65,7 @@ public:
     int dataView = 0;
     int viewType = 0;
     int todayMode = 0;
+    int iconSize = 48;  // the data pane's icon view, in pixels
 
     // Run-time state, never written to the file.
     std::string moduleFolder;  // ends in a separator

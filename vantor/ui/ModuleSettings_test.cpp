@@ -59,7 +59,7 @@ TEST_F(ModuleSettingsTest, NoFileKeepsDefaultsAndSaveWritesEveryKeyInOrder) {
               "Label_User6=USER6\r\nLabel_Draw1=정 면 도\r\nLabel_Draw2=측 면 도\r\n"
               "Label_Draw3=평 면 도\r\nLabel_Draw4=도   면1\r\nLabel_Draw5=도   면2\r\n"
               "Label_Draw6=도   면3\r\n"
-              "UblView=1\r\nPreView=0\r\nDataView=0\r\nViewType=0\r\nTodayMode=0\r\n"
+              "UblView=1\r\nPreView=0\r\nDataView=0\r\nViewType=0\r\nTodayMode=0\r\nIconSize=48\r\n"
               "[COLUMNS]\r\n"
               "Width_KName=130\r\nWidth_EName=150\r\nWidth_Spec=180\r\nWidth_Material=80\r\n"
               "Width_Weight=50\r\nWidth_Price=50\r\nWidth_Remark=100\r\nWidth_User1=70\r\n"
