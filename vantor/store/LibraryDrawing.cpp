@@ -6,6 +6,7 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/sys/FileLock.h"
 #include "cad/sys/FileSystem.h"
+#include "vantor/store/CatalogueCache.h"
 #include "vantor/store/TreeCache.h"
 
 namespace vantor {
@@ -46,6 +47,7 @@ ErrorStatus saveLibraryDrawing(Database& db, cad::app::UserDialogs& dialogs,
         cad::sys::FileLock lock;
         lock.acquire(cachePath);
         cad::sys::deleteFile(cachePath);
+        cad::sys::deleteFile(CatalogueCache::pathFor(db.fileName()));
     } else {
         dialogs.messageBox(
             "\"" + db.fileName() + "\"\n도면을 저장하지 못했습니다.\n" + db.lastErrorMessage(),

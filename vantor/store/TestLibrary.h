@@ -27,17 +27,22 @@ inline cad::db::ObjectId addDictionary(cad::db::ObjectId parent, std::string_vie
     return id;
 }
 
-inline cad::db::ObjectId addRecord(cad::db::ObjectId group, std::string_view key, std::string kname,
-                                   std::string spec) {
-    PartRecord record;
-    record.kname = std::move(kname);
-    record.spec = std::move(spec);
+inline cad::db::ObjectId addRecord(cad::db::ObjectId group, std::string_view key,
+                                   const PartRecord& record) {
     auto dictionary = cad::db::open<cad::db::Dictionary>(group, cad::db::OpenMode::ForWrite);
     auto xrecord = std::make_unique<cad::db::Xrecord>();
     xrecord->setFromRbChain(record.toChain());
     cad::db::ObjectId id;
     EXPECT_EQ(dictionary->setAt(key, std::move(xrecord), id), cad::ErrorStatus::eOk);
     return id;
+}
+
+inline cad::db::ObjectId addRecord(cad::db::ObjectId group, std::string_view key, std::string kname,
+                                   std::string spec) {
+    PartRecord record;
+    record.kname = std::move(kname);
+    record.spec = std::move(spec);
+    return addRecord(group, key, record);
 }
 
 // Sets a file's last write time `seconds` away from a fixed whole second an hour ago, so

@@ -13,6 +13,7 @@
 #include "cad/db/Xrecord.h"
 #include "cad/sys/FileLock.h"
 #include "vantor/registry/DrawingList.h"
+#include "vantor/store/CatalogueCache.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/PartRecord.h"
 #include "vantor/store/TreeCache.h"
@@ -54,10 +55,20 @@ void refreshKinds(TreeNode& node) {
     node.refreshKind();
 }
 
+// A record that does not read as one has no catalogue line: a search finds it by what the
+// tree shows of it.
+void appendCatalogueEntry(std::int64_t id, const cad::db::ResBufChain& chain,
+                          std::vector<CatalogueEntry>& catalogue) {
+    std::optional<PartRecord> record = PartRecord::fromChain(chain);
+    if (!record) return;
+    catalogue.push_back({id, std::move(*record)});
+}
+
 // Depth-first in key order, as the dictionaries list their entries. `seen` keeps a damaged
 // drawing whose dictionaries own each other from sending the walk round in circles.
 void appendEntries(ObjectId dictionaryId, const TreeCacheNode& parent,
-                   std::vector<TreeCacheNode>& nodes, std::unordered_set<ObjectId>& seen) {
+                   std::vector<TreeCacheNode>& nodes, std::unordered_set<ObjectId>& seen,
+                   std::vector<CatalogueEntry>* catalogue) {
     std::vector<Dictionary::Entry> entries;
     if (auto dictionary = cad::db::open<Dictionary>(dictionaryId, OpenMode::ForRead))
         entries = dictionary->entries();
@@ -72,10 +83,11 @@ void appendEntries(ObjectId dictionaryId, const TreeCacheNode& parent,
         node.parentId = parent.id;
         if (cad::db::open<Dictionary>(entry.id, OpenMode::ForRead)) {
             nodes.push_back(node);
-            appendEntries(entry.id, node, nodes, seen);
+            appendEntries(entry.id, node, nodes, seen, catalogue);
         } else if (auto xrecord = cad::db::open<Xrecord>(entry.id, OpenMode::ForRead)) {
             node.record = true;
             node.recordText = PartRecord::specOf(xrecord->rbChain());
+            if (catalogue != nullptr) appendCatalogueEntry(node.id, xrecord->rbChain(), *catalogue);
             nodes.push_back(std::move(node));
         }
     }
@@ -164,8 +176,9 @@ bool CVNTreeBase::rebuildCache(const std::string& path, std::vector<TreeCacheNod
     std::unique_ptr<cad::db::Database> db = openLibraryDrawing(path);
     if (!db) return false;
     built.clear();
-    if (!buildNodes(*db, LibraryKind::User, false, built) ||
-        !buildNodes(*db, LibraryKind::Supplier, false, built))
+    std::vector<CatalogueEntry> catalogue;
+    if (!buildNodes(*db, LibraryKind::User, false, built, &catalogue) ||
+        !buildNodes(*db, LibraryKind::Supplier, false, built, &catalogue))
         return false;
     db.reset();
     // Under the cache's lock, which a save of the drawing takes to drop the cache: a cache
@@ -177,12 +190,14 @@ bool CVNTreeBase::rebuildCache(const std::string& path, std::vector<TreeCacheNod
     if (lock.acquire(cachePath) == cad::ErrorStatus::eOk) {
         std::vector<TreeCacheNode> written = built;
         TreeCache::write(cachePath, written);
+        CatalogueCache::write(CatalogueCache::pathFor(path), catalogue);
     }
     return true;
 }
 
 bool CVNTreeBase::buildNodes(cad::db::Database& db, LibraryKind kind, bool forEditing,
-                             std::vector<TreeCacheNode>& nodes) {
+                             std::vector<TreeCacheNode>& nodes,
+                             std::vector<CatalogueEntry>* catalogue) {
     if (db.fileName().empty()) {
         dialogs_.messageBox(kBuildFileNameMessage, kFileNameErrorTitle,
                             app::MB_OK | app::MB_ICONERROR);
@@ -201,7 +216,7 @@ bool CVNTreeBase::buildNodes(cad::db::Database& db, LibraryKind kind, bool forEd
     nodes.push_back(root);
     if (rootId.isNull()) return true;
     std::unordered_set<ObjectId> seen{rootId};
-    appendEntries(rootId, root, nodes, seen);
+    appendEntries(rootId, root, nodes, seen, catalogue);
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "vantor/registry/TreeRebuilder.h"
+#include "vantor/store/CatalogueCache.h"
 #include "vantor/store/LibraryKind.h"
 #include "vantor/store/TreeCacheNode.h"
 #include "vantor/store/TreeNode.h"
@@ -57,9 +58,11 @@ public:
     // The nodes of one library of an open drawing in the form the cache holds them, appended
     // depth-first in key order. A missing user library gives an empty root with id 0, a
     // missing supplier library nothing; `forEditing` creates the missing dictionary instead.
-    // False (after the file-name message) when the database has no file name.
+    // False (after the file-name message) when the database has no file name. With
+    // `catalogue`, every record's texts are appended there as well.
     bool buildNodes(cad::db::Database& db, LibraryKind kind, bool forEditing,
-                    std::vector<TreeCacheNode>& nodes);
+                    std::vector<TreeCacheNode>& nodes,
+                    std::vector<CatalogueEntry>* catalogue = nullptr);
 
     // Turns a cache's node list into the drawing's roots, each entry the last child of its
     // parent in file order. False, with nothing added, when the list does not form a tree of
