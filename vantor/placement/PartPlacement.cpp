@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "cad/db/BlockReference.h"
 #include "cad/db/BlockTableRecord.h"
@@ -17,6 +18,7 @@
 #include "vantor/placement/BlockTransfer.h"
 #include "vantor/placement/BomAttributes.h"
 #include "vantor/placement/BomMark.h"
+#include "vantor/placement/PartLink.h"
 #include "vantor/store/LibraryDrawing.h"
 
 namespace vantor {
@@ -29,6 +31,13 @@ using cad::ge::Point3d;
 using cad::ge::Vector3d;
 
 namespace {
+
+ObjectId lookUpBlock(cad::db::Database& db, std::string_view name) {
+    ObjectId id;
+    if (auto table = cad::db::open<cad::db::SymbolTable>(db.blockTableId(), OpenMode::ForRead))
+        table->getAt(name, id);
+    return id;
+}
 
 // A header point variable (10/20/30 tags), or `fallback` when the header has none.
 Vector3d headerVector(const cad::db::Database& db, std::string_view name, Vector3d fallback) {
@@ -79,6 +88,9 @@ std::string PartPlacement::groupDescription(const PlacementRequest& request,
 ErrorStatus PartPlacement::place(const PlacementRequest& request, PlacedPart& placed) {
     placed = {};
     ObjectId block;
+    // A catalogue part that is still in its library drawing as the window showed it is linked
+    // to its record, so VNKSYNC can later tell whether the record changed.
+    std::optional<PartLink> link;
     {
         // The side database lives for the copy only; the library window may hold the drawing
         // open at the same time, which the opening allows.
@@ -93,6 +105,12 @@ ErrorStatus PartPlacement::place(const PlacementRequest& request, PlacedPart& pl
         if (!sourceBlock) return ErrorStatus::eKeyNotFound;
         placed.comments = sourceBlock->comments();
         sourceBlock.close();
+        if (request.record.loaded) {
+            if (std::optional<RecordLocation> found = locateRecord(*library, request.record)) {
+                link = PartLink{request.libraryPath, std::move(found->groupPath),
+                                request.record.key, found->recordId.handle(), {}};
+            }
+        }
         block = BlockTransfer::copyDefinition(db_, source);
         if (block.isNull()) return ErrorStatus::eUnknownError;
     }
@@ -105,10 +123,14 @@ ErrorStatus PartPlacement::place(const PlacementRequest& request, PlacedPart& pl
     const ObjectId reference = insertReference(request, block, placed);
     if (reference.isNull()) return ErrorStatus::eUnknownError;
     placed.entities.push_back(reference);
+    const std::size_t markerAt = placed.entities.size();
     if (request.record.loaded && !ownMarkers) addBomMarker(request, block, reference, placed);
+    const ObjectId marker =
+        placed.entities.size() > markerAt ? placed.entities[markerAt] : ObjectId{};
     if (request.options.explode) {
         if (ErrorStatus es = explode(reference, placed); es != ErrorStatus::eOk) return es;
     }
+    if (link) linkPart(*link, reference, marker, placed);
     // The information point goes with the part, into its group too, so the part moves and
     // is picked as one.
     if (request.options.infoPoint)
@@ -164,6 +186,25 @@ void PartPlacement::addBomMarker(const PlacementRequest& request, ObjectId block
     const ObjectId marker = BomMark::placeMarker(db_, currentSpace(), position, rotation,
                                                  request.record, linetypeFile_, editor_);
     if (!marker.isNull()) placed.entities.push_back(marker);
+}
+
+// The reference carries the link, naming the marker beside it; an exploded part has no
+// reference left, so each BOM marker among its pieces carries the link on its own.
+void PartPlacement::linkPart(PartLink link, ObjectId reference, ObjectId marker,
+                             const PlacedPart& placed) {
+    if (!reference.isErased()) {
+        if (!marker.isNull()) link.companions.push_back(marker.handle());
+        attachPartLink(reference, link);
+        return;
+    }
+    const ObjectId markerBlock = lookUpBlock(db_, BomMark::kBlockName);
+    if (markerBlock.isNull()) return;
+    for (ObjectId id : placed.entities) {
+        auto opened = cad::db::open<BlockReference>(id, OpenMode::ForRead);
+        if (!opened || opened->blockTableRecord() != markerBlock) continue;
+        opened.close();
+        attachPartLink(id, link);
+    }
 }
 
 ErrorStatus PartPlacement::explode(ObjectId reference, PlacedPart& placed) {

@@ -12,6 +12,7 @@
 #include "cad/ge/Point3d.h"
 #include "cad/sys/ErrorStatus.h"
 #include "vantor/placement/DrawingOptions.h"
+#include "vantor/placement/PartLink.h"
 #include "vantor/store/PartRecord.h"
 
 namespace cad::db {
@@ -67,6 +68,8 @@ private:
                                       PlacedPart& placed);
     void addBomMarker(const PlacementRequest& request, cad::db::ObjectId block,
                       cad::db::ObjectId reference, PlacedPart& placed);
+    void linkPart(PartLink link, cad::db::ObjectId reference, cad::db::ObjectId marker,
+                  const PlacedPart& placed);
     cad::ErrorStatus explode(cad::db::ObjectId reference, PlacedPart& placed);
     cad::ErrorStatus group(const PlacementRequest& request, PlacedPart& placed);
     cad::db::ObjectId append(std::unique_ptr<cad::db::Entity> entity);
