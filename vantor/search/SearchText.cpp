@@ -19,12 +19,37 @@ constexpr std::array<char16_t, 19> kInitials = {
 
 bool isSpace(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r') || c == u'\u3000'; }
 
+// The place of a consonant among the initials, or -1: the letters lie between ㄱ and ㅎ.
+int initialIndex(char16_t c) {
+    static const auto table = [] {
+        std::array<signed char, u'ㅎ' - u'ㄱ' + 1> indices{};
+        indices.fill(-1);
+        for (std::size_t i = 0; i < kInitials.size(); ++i)
+            indices[kInitials[i] - u'ㄱ'] = static_cast<signed char>(i);
+        return indices;
+    }();
+    return c < u'ㄱ' || c > u'ㅎ' ? -1 : table[c - u'ㄱ'];
+}
+
+// One character of a word as it is compared: itself, and for a consonant also the block of
+// syllables that begin with it.
+struct WordUnit {
+    char16_t exact;
+    char16_t firstSyllable = 0;  // 0 for a character that is not a consonant
+
+    explicit WordUnit(char16_t c) : exact(c) {
+        if (const int index = initialIndex(c); index >= 0)
+            firstSyllable = static_cast<char16_t>(kFirstSyllable + index * kSyllablesPerInitial);
+    }
+    bool matches(char16_t c) const {
+        return c == exact || (firstSyllable != 0 &&
+                              static_cast<char16_t>(c - firstSyllable) < kSyllablesPerInitial);
+    }
+};
+
 bool matchesAt(std::u16string_view text, std::size_t at, const SearchWord& word) {
-    for (std::size_t i = 0; i < word.size(); ++i) {
-        const char16_t wanted = word[i];
-        const char16_t found = text[at + i];
-        if (found != wanted && !(isInitialConsonant(wanted) && hangulInitial(found) == wanted))
-            return false;
+    for (std::size_t i = 1; i < word.size(); ++i) {
+        if (!WordUnit(word[i]).matches(text[at + i])) return false;
     }
     return true;
 }
@@ -61,15 +86,6 @@ std::u16string searchFold(std::string_view utf8) {
     return folded;
 }
 
-char16_t hangulInitial(char16_t c) {
-    if (c < kFirstSyllable || c > kLastSyllable) return c;
-    return kInitials[(c - kFirstSyllable) / kSyllablesPerInitial];
-}
-
-bool isInitialConsonant(char16_t c) {
-    return std::find(kInitials.begin(), kInitials.end(), c) != kInitials.end();
-}
-
 std::vector<SearchWord> searchWords(std::string_view query) {
     const std::u16string folded = searchFold(query);
     std::vector<SearchWord> words;
@@ -92,18 +108,18 @@ std::size_t findSearchWord(std::u16string_view text, const SearchWord& word, std
     if (word.empty()) return from <= text.size() ? from : std::u16string_view::npos;
     if (text.size() < word.size()) return std::u16string_view::npos;
     const std::size_t last = text.size() - word.size();
-    const char16_t first = word.front();
-    if (!isInitialConsonant(first)) {
+    const WordUnit first(word.front());
+    if (first.firstSyllable == 0) {
         // Most words begin with a letter or a syllable: the library's search finds their
         // first character, and only those places are compared further.
-        for (std::size_t at = text.find(first, from); at != std::u16string_view::npos && at <= last;
-             at = text.find(first, at + 1)) {
+        for (std::size_t at = text.find(first.exact, from);
+             at != std::u16string_view::npos && at <= last; at = text.find(first.exact, at + 1)) {
             if (matchesAt(text, at, word)) return at;
         }
         return std::u16string_view::npos;
     }
     for (std::size_t at = from; at <= last; ++at) {
-        if (matchesAt(text, at, word)) return at;
+        if (first.matches(text[at]) && matchesAt(text, at, word)) return at;
     }
     return std::u16string_view::npos;
 }

@@ -1,5 +1,6 @@
 // Text as the part search compares it: UTF-16 with Latin letters in lower case, so that a
-// Hangul syllable is one unit whose initial consonant is found by arithmetic.
+// Hangul syllable is one unit, and the syllables that begin with one consonant are one block
+// of code points.
 #pragma once
 
 #include <string>
@@ -13,12 +14,6 @@ namespace vantor {
 // a search field.
 std::u16string searchFold(std::string_view utf8);
 void appendSearchFold(std::string_view utf8, std::u16string& out);
-
-// The initial consonant of a Hangul syllable as the compatibility letter a keyboard types
-// ("육" -> "ㅇ"); any other character is its own.
-char16_t hangulInitial(char16_t c);
-// Whether `c` is one of the 19 initial consonants as a keyboard types them.
-bool isInitialConsonant(char16_t c);
 
 // One word of a query; a consonant in it matches any syllable that begins with it.
 using SearchWord = std::u16string;
