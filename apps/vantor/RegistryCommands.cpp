@@ -1,18 +1,21 @@
 // Subcommands that change a management window's registered drawings as the library window
-// does: register drawings, scan a folder, optimise the list; and the CSV export of the part
-// records of a window's drawings.
+// does: register drawings, scan a folder, optimise the list; the CSV export of the part records
+// of a window's drawings, and the search among those parts.
 #include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "apps/common/JsonWriter.h"
 #include "apps/vantor/CliCommand.h"
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/sys/FileSystem.h"
 #include "vantor/registry/DrawingList.h"
 #include "vantor/registry/ManagementWindows.h"
 #include "vantor/registry/operations/DrawingRegistration.h"
+#include "vantor/search/CachedParts.h"
+#include "vantor/search/SearchScope.h"
 #include "vantor/store/VNTreeBase.h"
 #include "vantor/ui/ModuleSettings.h"
 #include "vantor/ui/export/CsvExport.h"
@@ -164,6 +167,67 @@ int runExport(std::vector<std::string> args) {
     return written ? kExitOk : failure("could not write " + session.settings().savePath);
 }
 
+std::string joinedKeys(const std::vector<std::string>& keys) {
+    std::string joined;
+    for (const std::string& key : keys) joined += (joined.empty() ? "" : "/") + key;
+    return joined;
+}
+
+void printHits(const PartSearchResult& hits, bool json) {
+    if (!json) {
+        for (std::size_t i = 0; i < hits.size(); ++i) {
+            const PartSearchEntry& part = hits.entry(i);
+            std::cout << hits.drawingPath(i) << '\t' << joinedKeys(part.keys) << '\t'
+                      << part.recordKey << '\t' << part.kname << '\t' << part.ename << '\t'
+                      << part.spec << '\n';
+        }
+        return;
+    }
+    apps::JsonWriter out(std::cout);
+    out.beginArray();
+    for (std::size_t i = 0; i < hits.size(); ++i) {
+        const PartSearchEntry& part = hits.entry(i);
+        out.beginObject().member("drawing", hits.drawingPath(i)).key("group").beginArray();
+        for (const std::string& key : part.keys) out.value(key);
+        out.endArray()
+            .member("key", part.recordKey)
+            .member("kname", part.kname)
+            .member("ename", part.ename)
+            .member("spec", part.spec)
+            .member("material", part.material)
+            .endObject();
+    }
+    out.endArray();
+    std::cout << '\n';
+}
+
+int runSearch(std::vector<std::string> args) {
+    const bool json = takeFlag(args, "--json");
+    const bool everyWindow = takeFlag(args, "--all-windows");
+    if (args.size() < 2) return usageError("usage: vantor search N WORDS... [--all-windows] [--json]");
+    const auto position = parsePosition(args[0]);
+    if (!position) return usageError("'" + args[0] + "' is not a window position");
+
+    // Selecting the window loads its drawings, which brings their caches up to date.
+    RegistrySession session;
+    if (!session.select(*position)) return kExitFailure;
+    std::vector<std::string> drawings = session.list().paths();
+    if (everyWindow) {
+        drawings = drawingsOfEveryWindow(session.windows());
+        for (const std::string& path : drawings) session.tree().loadDrawing(path);
+    }
+    if (session.printMessages()) return kExitFailure;
+    PartSearchIndex index;
+    indexDrawings(index, drawings);
+    std::string query;
+    for (std::size_t i = 1; i < args.size(); ++i) query += (i > 1 ? " " : "") + args[i];
+    const PartSearchResult hits = index.find(query);
+    printHits(hits, json);
+    // As grep does: a search that finds nothing is not an error, but a script can tell.
+    if (hits.empty()) std::cerr << "vantor: no part holds every word of '" << query << "'\n";
+    return hits.empty() ? kExitFailure : kExitOk;
+}
+
 }  // namespace
 
 void addRegistryCommands(std::vector<CliCommand>& commands) {
@@ -190,6 +254,15 @@ void addRegistryCommands(std::vector<CliCommand>& commands) {
                         "      line per record, in code page 949 with CR LF line ends. Without\n"
                         "      --delimiter the separator set in Vantor.ini is used.",
                         runExport});
+    commands.push_back({"search",
+                        "  search N WORDS... [--all-windows] [--json]\n"
+                        "      Lists the parts of window N's drawings (of every window with\n"
+                        "      --all-windows) whose catalogue texts hold every word: in any order,\n"
+                        "      anywhere in a word, Latin letters in either case, a Korean initial\n"
+                        "      consonant for any syllable that begins with it. One line per part:\n"
+                        "      drawing, group path, record key, Korean name, English name,\n"
+                        "      specification, separated by tabs.",
+                        runSearch});
 }
 
 }  // namespace vantor::cli

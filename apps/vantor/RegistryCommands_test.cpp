@@ -94,4 +94,30 @@ TEST_F(RegistryCommands, ExportWritesOneLinePerRecordOfTheWindow) {
         EXPECT_NE(help.find(usage), std::string::npos) << usage;
 }
 
+TEST_F(RegistryCommands, SearchListsThePartsHoldingEveryWordOfTheWindowOrOfAll) {
+    const std::string main = sample("main/standard-parts.dxf");
+    const std::string other = sample("other/standard-parts.dxf");
+    run({"register", "0", main});
+    run({"window", "add", "배관"});
+    run({"register", "1", other});
+
+    const Outcome found = run({"search", "0", "m12", "ㅇㄱ"});
+    EXPECT_EQ(found.exitCode, 0) << found.err;
+    EXPECT_EQ(found.out, main + "\tUser data list/너트/육각너트\tQRB_VANTORDATA-3\t육각너트\t"
+                                "Hexagon nut\tM12\n" +
+                             main + "\tUser data list/볼트/육각볼트\tQRB_VANTORDATA-3\t육각볼트\t"
+                                    "Hexagon head bolt\tM12x50\n");
+    const Outcome everywhere = run({"search", "0", "M12X50", "--all-windows", "--json"});
+    EXPECT_EQ(everywhere.exitCode, 0) << everywhere.err;
+    EXPECT_NE(everywhere.out.find("\"drawing\":\"" + other + "\""), std::string::npos);
+    EXPECT_NE(everywhere.out.find("\"group\":[\"User data list\",\"볼트\",\"육각볼트\"]"),
+              std::string::npos);
+
+    const Outcome nothing = run({"search", "1", "xyzzy"});
+    EXPECT_EQ(nothing.exitCode, 1);
+    EXPECT_EQ(nothing.out, "");
+    EXPECT_EQ(run({"search", "7", "bolt"}).exitCode, 1);
+    EXPECT_EQ(run({"search", "0"}).exitCode, 2);
+}
+
 }  // namespace

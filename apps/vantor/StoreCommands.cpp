@@ -13,6 +13,7 @@
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/db/Database.h"
 #include "cad/sys/FileSystem.h"
+#include "vantor/store/CatalogueCache.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/PartRecordStore.h"
 #include "vantor/store/SupplierInfo.h"
@@ -208,6 +209,7 @@ int runCache(std::vector<std::string> args) {
     const std::string path = drawingPath(args[0]);
     const std::string cachePath = TreeCache::pathFor(path);
     cad::sys::deleteFile(cachePath);
+    cad::sys::deleteFile(CatalogueCache::pathFor(path));
     cad::app::ScriptedDialogs dialogs;
     CVNTreeBase tree(dialogs);
     const bool loaded = loadTree(tree, path);
