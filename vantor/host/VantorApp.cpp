@@ -69,6 +69,7 @@ void VantorApp::registerCommands() {
         {"VNK", &VantorCommands::vnk},
         {"UBLI", &VantorCommands::ubli},
         {"UBLO", &VantorCommands::ublo},
+        {"VNKSYNC", &VantorCommands::vnksync},
     };
     for (const Entry& entry : entries) {
         stack.addCommand(kCommandGroup, entry.name, entry.name, kCommandFlags, [run = entry.run] {
@@ -90,6 +91,9 @@ void VantorApp::initialise(const std::optional<FileVersion>& version) {
     editorReactor_ = std::make_unique<VantorEditorReactor>(host_.editor());
     placement_ = [this](cad::app::Document& document, InsertionState& state) {
         runInsertion(document, state, *settings_);
+    };
+    syncList_ = [this](const PartSyncList& list) {
+        return presentSyncOnCommandLine(list, host_.editor());
     };
 }
 

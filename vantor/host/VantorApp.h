@@ -15,6 +15,7 @@
 #include "vantor/host/InsertionStates.h"
 #include "vantor/host/ModuleVersion.h"
 #include "vantor/host/VantorCommands.h"
+#include "vantor/placement/PartSyncCommand.h"
 
 namespace cad::app {
 class Application;
@@ -38,6 +39,9 @@ public:
     // Runs the placement of a part into the document: the insertion of vantor/placement, set
     // at initialisation (a test copy of the module may put its own in its place).
     using PlacementHook = std::function<void(cad::app::Document& document, InsertionState& state)>;
+    // Shows VNKSYNC's list and answers whether to update: the command line by default, a
+    // dialog where the host shows windows.
+    using SyncListHook = PartSyncPresenter;
 
     // The module's answer to every application message (always kRetOK). `version` is the file
     // version built into the module, if any.
@@ -64,6 +68,8 @@ public:
     InsertionStates& insertionStates() { return insertionStates_; }
     const PlacementHook& placementHook() const { return placement_; }
     void setPlacementHook(PlacementHook hook) { placement_ = std::move(hook); }
+    const SyncListHook& syncListHook() const { return syncList_; }
+    void setSyncListHook(SyncListHook hook) { syncList_ = std::move(hook); }
     Help& help() { return *help_; }
     VantorCommands& commands() { return commands_; }
 
@@ -91,6 +97,7 @@ private:
     std::unique_ptr<Help> help_;
     InsertionStates insertionStates_;
     PlacementHook placement_;
+    SyncListHook syncList_;
     VantorCommands commands_{*this};
 };
 

@@ -1,4 +1,4 @@
-// VNK, UBLI and UBLO.
+// VNK, UBLI, UBLO and VNKSYNC.
 #include "vantor/host/VantorCommands.h"
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 
 #include "cad/app/Application.h"
 #include "vantor/host/VantorApp.h"
+#include "vantor/placement/PartSyncCommand.h"
 #include "vantor/ui/ModuleSettings.h"
 
 namespace vantor {
@@ -66,6 +67,21 @@ void VantorCommands::ubli() {
 
     InsertionState& state = app_.insertionStates().of(document);
     if (applyInsertMode(state) && app_.placementHook()) app_.placementHook()(*document, state);
+}
+
+// The attributes change inside the command, which the command processor makes one undo step.
+void VantorCommands::vnksync() {
+    cad::app::DocumentManager& documents = app_.host().documentManager();
+    cad::app::Document* document = documents.curDocument();
+    if (document == nullptr || document->database() == nullptr) return;
+    if (documents.lockDocument(document, cad::app::LockMode::Write) != cad::ErrorStatus::eOk)
+        return;
+    struct Release {
+        cad::app::DocumentManager& documents;
+        cad::app::Document* document;
+        ~Release() { documents.unlockDocument(document); }
+    } release{documents, document};
+    runPartSync(*document->database(), app_.host().editor(), app_.syncListHook());
 }
 
 void VantorCommands::ublo() {

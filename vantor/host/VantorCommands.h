@@ -1,5 +1,6 @@
-// The module's three commands: VNK opens the library window, UBLI inserts the part the window
-// chose, UBLO opens the drawings the window queued.
+// The module's commands: VNK opens the library window, UBLI inserts the part the window chose,
+// UBLO opens the drawings the window queued, VNKSYNC brings placed parts in step with their
+// library records.
 #pragma once
 
 namespace cad::app {
@@ -17,6 +18,7 @@ public:
     void vnk();
     void ubli();
     void ublo();
+    void vnksync();
 
 private:
     // UBLO's work, in application context; `start` is the document UBLO ran in.

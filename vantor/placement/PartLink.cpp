@@ -61,7 +61,8 @@ std::optional<RecordLocation> search(ObjectId dictionary, const PartRecord& reco
         entries = opened->entries();
     }
     for (const auto& entry : entries) {
-        if (entry.key != record.key) continue;
+        // A record handed over without its key is known by its texts alone.
+        if (!record.key.empty() && entry.key != record.key) continue;
         PartRecord stored;
         if (readPartRecord(entry.id, stored) == ErrorStatus::eOk && sameTexts(stored, record))
             return RecordLocation{entry.id, path};
