@@ -50,16 +50,26 @@ private:
     void handleTag(DwgRecord& r, int code, std::uint64_t handle);
     void nameTag(DwgRecord& r, int code, std::uint64_t handle);
     void binaryTags(DwgRecord& r, int code, const std::string& bytes);
+    void extrusionTags(DwgRecord& r, const ge::Vector3d& e);
 
-    // Per family.
+    // Per family, each in a file of its own: decodes the types of the family and tells
+    // whether the record's type was one of them.
+    bool entityFields(DwgRecord& r);
+    bool annotationFields(DwgRecord& r);
+    bool tableFields(DwgRecord& r);
+    bool objectFields(DwgRecord& r);
+
     void textFields(DwgRecord& r, int kind);  // 0 TEXT, 1 ATTRIB, 2 ATTDEF
     void insertFields(DwgRecord& r, bool multiple);
     void tableEntryStart(DwgRecord& r, const char* subclass, int& flags);
+    void ucsFields(DwgRecord& r, bool namedFirst);
     void xrecordData(DwgRecord& r, std::size_t byteCount);
     void dimensionFields(DwgRecord& r);
     void dimensionStyleFields(DwgRecord& r);
     void hatchFields(DwgRecord& r);
     void layoutFields(DwgRecord& r);
+    void lwpolylineFields(DwgRecord& r);
+    void dictionaryFields(DwgRecord& r, bool withDefault);
     // False, with the data stream failed, when `count` items cannot fit in the record.
     bool fitsIn(std::int64_t count);
 
