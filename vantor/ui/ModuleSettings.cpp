@@ -14,6 +14,30 @@ namespace {
 constexpr std::string_view kOption = "OPTION";
 constexpr std::string_view kSetting = "SETTING";
 constexpr std::string_view kColumns = "COLUMNS";
+constexpr std::string_view kShortcuts = "SHORTCUTS";
+
+// "Favourite1" .. : a list kept as numbered keys. Once the section is there every slot is
+// written, so that a shorter list leaves no old entries behind.
+std::string shortcutKey(std::string_view list, std::size_t i) {
+    return std::string(list) + std::to_string(i + 1);
+}
+
+std::vector<std::string> readShortcutList(ProfileFile& profile, std::string_view list,
+                                          std::size_t limit) {
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < limit; ++i) {
+        std::string value = profile.readLong(kShortcuts, shortcutKey(list, i));
+        if (!value.empty()) values.push_back(std::move(value));
+    }
+    return values;
+}
+
+void writeShortcutList(cad::sys::PrivateProfileBatch& batch, bool everySlot,
+                       std::string_view list, const std::vector<PartShortcut>& parts,
+                       std::size_t limit) {
+    for (std::size_t i = 0; i < (everySlot ? limit : parts.size()); ++i)
+        batch.set(kShortcuts, shortcutKey(list, i), i < parts.size() ? parts[i].toSetting() : "");
+}
 
 constexpr std::array<std::string_view, ModuleSettings::kGeometryCount> kGeometryKeys = {
     "BomDlg Width",      "BomDlg Height",      "BomDlg PosX",           "BomDlg PosY",
@@ -93,6 +117,8 @@ void ModuleSettings::load() {
         todayMode = atoiText(profile_.read(kSetting, "TodayMode"));
         iconSize = atoiText(profile_.read(kSetting, "IconSize"));
     }
+    shortcuts.setFavourites(readShortcutList(profile_, "Favourite", PartShortcuts::kFavouriteLimit));
+    shortcuts.setRecent(readShortcutList(profile_, "Recent", PartShortcuts::kRecentLimit));
 
     fillDefaultWidths();
     if (profile_.sectionExists(kColumns)) {
@@ -126,6 +152,10 @@ void ModuleSettings::save() {
     batch.set(kSetting, "ViewType", std::to_string(viewType));
     batch.set(kSetting, "TodayMode", std::to_string(todayMode));
     batch.set(kSetting, "IconSize", std::to_string(iconSize));
+    const bool everySlot = profile_.sectionExists(kShortcuts);
+    writeShortcutList(batch, everySlot, "Favourite", shortcuts.favourites(),
+                      PartShortcuts::kFavouriteLimit);
+    writeShortcutList(batch, everySlot, "Recent", shortcuts.recent(), PartShortcuts::kRecentLimit);
 
     for (std::size_t i = 0; i < kBlockColumnCount; ++i) {
         batch.set(kColumns, kBlockWidthKeys[i], std::to_string(blockWidths[i]));

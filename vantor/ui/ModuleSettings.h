@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "vantor/ui/FieldLabels.h"
+#include "vantor/ui/PartShortcuts.h"
 #include "vantor/ui/ProfileFile.h"
 
 namespace vantor {
@@ -66,6 +67,7 @@ public:
     int viewType = 0;
     int todayMode = 0;
     int iconSize = 48;  // the data pane's icon view, in pixels
+    PartShortcuts shortcuts;  // favourites and the parts placed last
 
     // Run-time state, never written to the file.
     std::string moduleFolder;  // ends in a separator

@@ -119,5 +119,38 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.name); });
 // clang-format on
 
+TEST_F(ModuleSettingsTest, ShortcutsSurviveASaveWithLongPathsAndControlCharacters) {
+    PartShortcut bolt{"/srv/라이브러리/" + std::string(300, 'p') + "/체결\t^.dxf", 0x2A1,
+                      "육각볼트\nM12"};
+    PartShortcut nut{"/lib/nuts.dxf", 77, "육각너트 M8"};
+    {
+        ModuleSettings settings = loaded();
+        settings.shortcuts.addFavourite(nut);
+        settings.shortcuts.addFavourite(bolt);
+        for (int i = 0; i < 12; ++i)
+            settings.shortcuts.notePlaced({"/lib/p.dxf", 100 + i, "p"});
+        settings.shortcuts.notePlaced(nut);
+        settings.save();
+    }
+    ModuleSettings settings = loaded();
+    ASSERT_EQ(settings.shortcuts.favourites().size(), 2u);
+    const PartShortcut& first = settings.shortcuts.favourites()[0];
+    EXPECT_EQ(first.drawingPath, bolt.drawingPath);
+    EXPECT_EQ(first.recordId, bolt.recordId);
+    EXPECT_EQ(first.label, bolt.label);
+    ASSERT_EQ(settings.shortcuts.recent().size(), PartShortcuts::kRecentLimit);
+    EXPECT_TRUE(settings.shortcuts.recent()[0].samePart(nut));
+    EXPECT_EQ(settings.shortcuts.recent()[1].recordId, 111);
+
+    // A shorter list leaves nothing of the longer one; a damaged value is passed over.
+    settings.shortcuts.removeFavourite(bolt);
+    settings.save();
+    std::string ini = cp949ToUtf8(temp_.readBytes("Vantor.ini"));
+    ini += "Favourite2=/lib/x.dxf\tnot a number\tx\r\n";
+    writeIni(ini);
+    ASSERT_EQ(loaded().shortcuts.favourites().size(), 1u);
+    EXPECT_TRUE(loaded().shortcuts.favourites()[0].samePart(nut));
+}
+
 }  // namespace
 }  // namespace vantor

@@ -11,6 +11,14 @@ namespace {
 
 constexpr std::size_t kKeyListBuffer = 90;
 constexpr std::size_t kValueBuffer = 255;
+constexpr std::size_t kLongValueBuffer = 4096;
+
+std::string readValue(std::string_view section, std::string_view key, std::size_t buffer,
+                      const std::string& path, int& result) {
+    std::string value = cad::sys::getPrivateProfileString(section, key, "", buffer, path);
+    result = static_cast<int>(value.size());
+    return value;
+}
 
 }  // namespace
 
@@ -22,9 +30,11 @@ bool ProfileFile::sectionExists(std::string_view section) {
 }
 
 std::string ProfileFile::read(std::string_view section, std::string_view key) {
-    std::string value = cad::sys::getPrivateProfileString(section, key, "", kValueBuffer, path_);
-    result_ = static_cast<int>(value.size());
-    return value;
+    return readValue(section, key, kValueBuffer, path_, result_);
+}
+
+std::string ProfileFile::readLong(std::string_view section, std::string_view key) {
+    return readValue(section, key, kLongValueBuffer, path_, result_);
 }
 
 void ProfileFile::write(std::string_view section, std::string_view key, std::string_view value) {

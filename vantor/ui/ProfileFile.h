@@ -22,6 +22,8 @@ public:
     // The key's value, or empty when the key is missing; values longer than 254 bytes on disk
     // are cut there.
     std::string read(std::string_view section, std::string_view key);
+    // The same for the keys that hold a path and more, read with a buffer of 4,096 bytes.
+    std::string readLong(std::string_view section, std::string_view key);
     // Creates the file, the section and the key as needed. A failure is only remembered.
     void write(std::string_view section, std::string_view key, std::string_view value);
 
