@@ -100,6 +100,11 @@ public:
     void rawTags(std::vector<RawTag>& tags) override;
 
 private:
+    // What flags_ records of each tag.
+    static constexpr std::uint8_t kRead = 1;
+    static constexpr std::uint8_t kGrouped = 2;  // inside a 102 group: fields never take it
+    static constexpr std::uint8_t kMarker = 4;   // a 100 subclass marker
+
     struct Scope {
         std::uint32_t begin = 0;
         std::uint32_t end = 0;
