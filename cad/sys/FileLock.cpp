@@ -17,6 +17,7 @@
 
 #include "cad/sys/FileError.h"
 #include "cad/sys/FileSystem.h"
+#include "cad/sys/LocalTime.h"
 
 namespace cad::sys {
 
@@ -130,16 +131,6 @@ bool writeAll(int fd, std::string_view text) {
     return true;
 }
 
-std::string localTime(std::int64_t seconds) {
-    const std::time_t time = static_cast<std::time_t>(seconds);
-    std::tm parts{};
-    char text[32] = {};
-    if (!::localtime_r(&time, &parts) ||
-        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts) == 0)
-        return std::to_string(seconds);
-    return text;
-}
-
 // A lock file whose holder cannot be read yet is being made by the fallback path, which
 // writes it after creating it; only one older than this is taken for damage.
 constexpr std::int64_t kUnreadableGraceSeconds = 10;
@@ -205,7 +196,7 @@ std::string heldMessage(const std::string& target, const std::string& lockPath,
     if (!holder) return target + " is locked by another program (" + lockPath + ")";
     return target + " is being changed by " + (holder->user.empty() ? "?" : holder->user) + " on " +
            holder->machine + " (process " + std::to_string(holder->pid) + ") since " +
-           localTime(holder->since) + "; if that program has ended, delete " + lockPath;
+           localTimeText(holder->since) + "; if that program has ended, delete " + lockPath;
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/Xrecord.h"
 #include "vantor/store/LibraryDrawing.h"
-#include "vantor/store/ListBase.h"
 #include "vantor/store/PartRecordStore.h"
 
 namespace vantor {
@@ -20,28 +19,27 @@ constexpr unsigned kErrorBox = cad::app::MB_OK | cad::app::MB_ICONERROR;
 }  // namespace
 
 std::unique_ptr<LibraryEditSession> LibraryEditSession::open(const std::string& path,
-                                                             cad::app::UserDialogs& dialogs) {
+                                                             cad::app::UserDialogs& dialogs,
+                                                             WhenHeld whenHeld) {
     std::unique_ptr<LibraryEditSession> session(new LibraryEditSession(dialogs));
     session->path_ = path;
-    if (session->lock_.acquire(path) != ErrorStatus::eOk) {
-        dialogs.messageBox(session->lock_.message(), "파일 사용 중", kErrorBox);
-        return nullptr;
-    }
-    ErrorStatus status = ErrorStatus::eOk;
-    session->db_ = openLibraryDrawing(path, &status);
-    if (!session->db_) {
+    const ErrorStatus opened = session->drawing_.open(path, dialogs, whenHeld);
+    if (opened == ErrorStatus::eLockViolation) return nullptr;
+    if (!session->drawing_.isOpen()) {
         dialogs.messageBox("\"" + path + "\"\n도면을 읽을 수 없습니다.", "읽기 에러", kErrorBox);
         return nullptr;
     }
     return session;
 }
 
-ObjectId LibraryEditSession::objectOfNode(std::int64_t nodeId) const {
-    return objectIdOfNode(*db_, nodeId);
+ObjectId LibraryEditSession::objectOfNode(std::int64_t nodeId) {
+    return objectIdOfNode(drawing_.database(), nodeId);
 }
 
 bool LibraryEditSession::save() {
-    if (CListBase(dialogs_).save(*db_) != ErrorStatus::eOk) return false;
+    if (drawing_.save(dialogs_, "파일이름을 가져올 수 없습니다.\n- CListBase::saveDWG() error") !=
+        ErrorStatus::eOk)
+        return false;
     saved_ = true;
     return true;
 }

@@ -15,6 +15,7 @@
 #include "vantor/registry/DrawingList.h"
 #include "vantor/store/CatalogueCache.h"
 #include "vantor/store/LibraryDrawing.h"
+#include "vantor/store/LockedLibraryDrawing.h"
 #include "vantor/store/PartRecord.h"
 #include "vantor/store/TreeCache.h"
 #include "vantor/ui/TextRules.h"
@@ -105,11 +106,11 @@ CVNTreeBase::LoadResult loadedFrom(const std::vector<TreeCacheNode>& nodes) {
 }  // namespace
 
 struct CVNTreeBase::OpenDrawing {
-    // Taken before the read and held until the save, so that another program's change of the
+    // Locked before the read and held until the save, so that another program's change of the
     // drawing made meanwhile is neither overwritten nor overwrites this one.
-    cad::sys::FileLock lock;
-    std::unique_ptr<cad::db::Database> db;
-    ObjectId id;  // the node's object
+    LockedLibraryDrawing file;
+    cad::db::Database* db = nullptr;  // the file's
+    ObjectId id;                      // the node's object
 };
 
 CVNTreeBase::CVNTreeBase(app::UserDialogs& dialogs) : dialogs_(dialogs) {}
@@ -287,13 +288,10 @@ bool CVNTreeBase::acceptsDeleteAll(const TreeNode& node) {
 
 std::unique_ptr<CVNTreeBase::OpenDrawing> CVNTreeBase::openForEditing(const TreeNode& node) {
     auto drawing = std::make_unique<OpenDrawing>();
-    if (drawing->lock.acquire(node.drawingPath) != ErrorStatus::eOk) {
-        dialogs_.messageBox(drawing->lock.message(), "파일 사용 중",
-                            app::MB_OK | app::MB_ICONERROR);
+    if (drawing->file.open(node.drawingPath, dialogs_, LockedLibraryDrawing::WhenHeld::Refuse) !=
+        ErrorStatus::eOk)
         return nullptr;
-    }
-    drawing->db = openLibraryDrawing(node.drawingPath);
-    if (!drawing->db) return nullptr;
+    drawing->db = &drawing->file.database();
     // A root is found by its key, which also makes the library when the drawing has none yet.
     drawing->id = node.kind == TreeNode::Kind::LibraryRoot
                       ? libraryDictionaryId(*drawing->db, node.library, true)
@@ -302,8 +300,8 @@ std::unique_ptr<CVNTreeBase::OpenDrawing> CVNTreeBase::openForEditing(const Tree
     return drawing;
 }
 
-bool CVNTreeBase::save(cad::db::Database& db) {
-    return saveLibraryDrawing(db, dialogs_, kSaveFileNameMessage) == ErrorStatus::eOk;
+bool CVNTreeBase::save(OpenDrawing& drawing) {
+    return drawing.file.save(dialogs_, kSaveFileNameMessage) == ErrorStatus::eOk;
 }
 
 TreeNode* CVNTreeBase::newCategory(TreeNode& parent) {
@@ -331,7 +329,7 @@ TreeNode* CVNTreeBase::newCategory(TreeNode& parent) {
     TreeNode& added = parent.addChild(std::move(node));
     added.refreshKind();
     parent.refreshKind();
-    save(*drawing->db);
+    save(*drawing);
     return &added;
 }
 
@@ -357,7 +355,7 @@ bool CVNTreeBase::renameCategory(TreeNode& node, std::string_view newName) {
         if (parent->setName(node.name, newName) != ErrorStatus::eOk) return false;
     }
     node.name = std::string(newName);
-    save(*drawing->db);
+    save(*drawing);
     return true;
 }
 
@@ -395,7 +393,7 @@ bool CVNTreeBase::deleteCategory(TreeNode* node) {
         parent->removeChild(node);
         parent->refreshKind();
     }
-    save(*drawing->db);
+    save(*drawing);
     return true;
 }
 
@@ -413,7 +411,7 @@ bool CVNTreeBase::deleteAllData(TreeNode& group) {
         if (auto xrecord = cad::db::open<Xrecord>(entry.id, OpenMode::ForWrite)) xrecord->erase();
     }
     std::erase_if(group.children, [](const auto& child) { return !child->isDictionary(); });
-    save(*drawing->db);
+    save(*drawing);
     return true;
 }
 
@@ -436,7 +434,7 @@ bool CVNTreeBase::deleteRecord(TreeNode& record) {
     TreeNode& group = *record.parent;
     group.removeChild(&record);
     group.refreshKind();
-    save(*drawing->db);
+    save(*drawing);
     return true;
 }
 

@@ -104,7 +104,8 @@ private:
     // Takes the drawing's lock, then opens the drawing and the node's object; nothing is shown
     // when either cannot be had, the holder of a lock held past the wait is.
     std::unique_ptr<OpenDrawing> openForEditing(const TreeNode& node);
-    bool save(cad::db::Database& db);
+    // Saves through the drawing's lock, over nothing but what was read.
+    bool save(OpenDrawing& drawing);
 
     cad::app::UserDialogs& dialogs_;
     std::vector<std::unique_ptr<TreeNode>> roots_;

@@ -3,6 +3,7 @@
 
 #include <QEventLoop>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -65,10 +66,29 @@ CDataPropertyDlg::CDataPropertyDlg(PartDataEntry entry, const FieldLabels::Texts
     buttons->addWidget(add);
     buttons->addWidget(modify);
     buttons->addWidget(cancel);
+    notice_ = new QLabel(this);
+    notice_->setObjectName(QStringLiteral("readOnlyNotice"));
+    notice_->setWordWrap(true);
+    notice_->hide();
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(notice_);
     layout->addWidget(tabs_);
     layout->addLayout(buttons);
     fillPages();
+}
+
+void CDataPropertyDlg::setReadOnly(const QString& notice) {
+    readOnly_ = true;
+    setWindowTitle(windowTitle() + QString::fromUtf8(" (읽기 전용)"));
+    notice_->setText(notice);
+    notice_->setAccessibleName(notice);
+    notice_->show();
+    for (QLineEdit* line : tabs_->findChildren<QLineEdit*>()) line->setReadOnly(true);
+    // Every button but Cancel stores or changes the part: the slots' buttons and Add, Modify.
+    for (QPushButton* push : findChildren<QPushButton*>()) {
+        if (push->objectName() != QStringLiteral("id%1").arg(cad::app::IDCANCEL))
+            push->setEnabled(false);
+    }
 }
 
 int CDataPropertyDlg::runModal() {
@@ -114,6 +134,7 @@ void CDataPropertyDlg::fillPages() {
 }
 
 void CDataPropertyDlg::storeRecord(StoreAction action) {
+    if (readOnly_) return;
     takePages();
     if (const auto missing = entry_.missingField(labels_)) {
         // Both required fields are on the first page, which may not be the one showing.

@@ -10,6 +10,7 @@
 #include "vantor/authoring/PartDataEntry.h"
 #include "vantor/ui/FieldLabels.h"
 
+class QLabel;
 class QPushButton;
 class QTabWidget;
 
@@ -46,6 +47,12 @@ public:
         library_ = library;
     }
 
+    // Shows the part without letting it be stored: the drawing is another user's to change
+    // just now. `notice` says so above the pages; fields and buttons that would change the
+    // part are disabled, Cancel closes.
+    void setReadOnly(const QString& notice);
+    bool isReadOnly() const { return readOnly_; }
+
     // Runs the dialog modally in a loop of its own, so that it may hide while the user works in
     // the drawing without ending. Answers QDialog::Accepted or Rejected.
     int runModal();
@@ -78,6 +85,8 @@ private:
     CDataGenSubDlg* general_ = nullptr;
     CDataCustomSubDlg* user_ = nullptr;
     CDataDrawSubDlg* drawing_ = nullptr;
+    QLabel* notice_ = nullptr;
+    bool readOnly_ = false;
 };
 
 }  // namespace vantor

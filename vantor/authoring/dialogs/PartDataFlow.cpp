@@ -27,6 +27,10 @@ bool runDialog(QWidget* parent, PartDataEntry entry, const ModuleSettings& setti
     CDataPropertyDlg dialog(std::move(entry), settings.labels, capture.dialogs(), parent);
     dialog.setCapture(&capture, &session.database());
     dialog.setStoreHandler(std::move(store));
+    if (session.isReadOnly()) {
+        dialog.setReadOnly(authoring_controls::qText(
+            session.readOnlyReason() + "\n읽기 전용으로 열었습니다: 볼 수는 있지만 저장할 수는 없습니다."));
+    }
     dialog.runModal();
     return session.saved();
 }
@@ -51,7 +55,9 @@ bool addPartData(QWidget* parent, const std::string& drawingPath, std::int64_t n
 
 bool modifyPartData(QWidget* parent, const std::string& drawingPath, std::int64_t recordHandle,
                     const ModuleSettings& settings, BlockCapture& capture) {
-    auto session = LibraryEditSession::open(drawingPath, capture.dialogs());
+    // A part of a drawing another user is changing can still be looked at.
+    auto session = LibraryEditSession::open(drawingPath, capture.dialogs(),
+                                            LibraryEditSession::WhenHeld::ReadOnly);
     if (!session) return false;
     PartDataEntry entry;
     entry.mode = PartDataEntry::Mode::Modify;

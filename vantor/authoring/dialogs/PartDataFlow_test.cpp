@@ -5,7 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <chrono>
 
 #include "cad/app/Application.h"
 #include "cad/app/ScriptedDialogs.h"
@@ -13,6 +16,7 @@
 #include "cad/db/TestDrawing.h"
 #include "cad/ed/ScriptInputSource.h"
 #include "cad/gui/TestApplication.h"
+#include "cad/sys/FileLock.h"
 #include "cad/sys/TestTempFolder.h"
 #include "cad/sys/WriteFaults.h"
 #include "vantor/authoring/BlockCapture.h"
@@ -147,6 +151,38 @@ TEST_F(PartDataFlow, ModifyKeepsTheKeyAndAddFromModifyStoresACopy) {
     EXPECT_FALSE(modifyPartData(nullptr, library.path, 0x7FFFFF, settings, capture));
     EXPECT_EQ(boxesShown(dialogs),
               std::vector<std::string>{"수정 에러: 데이터를 수정할 수 없습니다. [error]"});
+}
+
+TEST_F(PartDataFlow, APartOfADrawingAnotherUserIsChangingIsShownReadOnly) {
+    // Another user's session: a lock excludes another of the same process as it does another
+    // process's.
+    cad::sys::FileLock other;
+    ASSERT_EQ(other.acquire(library.path), cad::ErrorStatus::eOk);
+    const auto wait = cad::sys::FileLock::defaultWait();
+    cad::sys::FileLock::setDefaultWait(std::chrono::milliseconds(50));
+    const std::string before = folder.readBytes("parts.dxf");
+    whenModal([&](QDialog& dialog) {
+        auto* notice = dialog.findChild<QLabel*>("readOnlyNotice");
+        ASSERT_NE(notice, nullptr);
+        EXPECT_TRUE(notice->isVisible());
+        EXPECT_TRUE(notice->text().contains(QString::fromUtf8("부터 고치고 있습니다.")));
+        EXPECT_EQ(dialog.findChild<QLineEdit*>("id448")->text(), QStringLiteral("M10x40"));
+        EXPECT_TRUE(dialog.findChild<QLineEdit*>("id448")->isReadOnly());
+        for (const char* id : {"id1", "id1001", "id437"})
+            EXPECT_FALSE(dialog.findChild<QPushButton*>(id)->isEnabled()) << id;
+        EXPECT_TRUE(dialog.findChild<QPushButton*>("id2")->isEnabled());
+        press(dialog, "id2");
+    });
+    EXPECT_FALSE(modifyPartData(nullptr, library.path, record, settings, capture));
+    ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
+    EXPECT_EQ(dialogs.messageBoxes()[0].title, "읽기 전용");
+
+    SCOPED_TRACE("a new part has nothing to show: refused, naming the holder");
+    EXPECT_FALSE(addPartData(nullptr, library.path, group, settings, capture));
+    ASSERT_EQ(dialogs.messageBoxes().size(), 2u);
+    EXPECT_EQ(dialogs.messageBoxes()[1].title, "파일 사용 중");
+    EXPECT_EQ(folder.readBytes("parts.dxf"), before);
+    cad::sys::FileLock::setDefaultWait(wait);
 }
 
 TEST_F(PartDataFlow, NothingReachesTheFileWithoutOkOrWhenTheSaveFails) {
