@@ -114,6 +114,7 @@ int runPlace(std::vector<std::string> args) {
         if (auto dictionary = cad::db::open<cad::db::Dictionary>(group, cad::db::OpenMode::ForRead))
             dictionary->getAt(args[2], recordId);
         std::string problem;
+        request.record.key = args[2];
         if (recordId.isNull() ||
             readPartRecord(recordId, request.record, &problem) != cad::ErrorStatus::eOk)
             return failure("no part record '" + args[2] + "' in '" + args[1] + "'" +

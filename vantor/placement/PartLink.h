@@ -66,6 +66,7 @@ std::optional<PartLink> partLinkOf(const cad::db::DbObject& object);
 // are searched; nullopt when no group holds it.
 struct RecordLocation {
     cad::db::ObjectId recordId;
+    std::string key;
     std::vector<std::string> groupPath;
 };
 std::optional<RecordLocation> locateRecord(cad::db::Database& library, const PartRecord& record);

@@ -108,7 +108,7 @@ ErrorStatus PartPlacement::place(const PlacementRequest& request, PlacedPart& pl
         if (request.record.loaded) {
             if (std::optional<RecordLocation> found = locateRecord(*library, request.record)) {
                 link = PartLink{request.libraryPath, std::move(found->groupPath),
-                                request.record.key, found->recordId.handle(), {}};
+                                std::move(found->key), found->recordId.handle(), {}};
             }
         }
         block = BlockTransfer::copyDefinition(db_, source);

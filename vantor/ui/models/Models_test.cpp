@@ -135,35 +135,6 @@ TEST_F(LibraryModels, BlockListNamesEveryPartBlockWithItsStoredIcon) {
     }
 }
 
-TEST_F(LibraryModels, BlocksWithoutAStoredIconAreDrawnOnlyWhenShown) {
-    LibraryDrawingCache drawings;
-    cad::db::Database* database = drawings.open(path_);
-    CListBase list(dialogs_);
-    ASSERT_TRUE(list.build(*database));
-    BlockListModel model;
-    std::vector<std::string> drawn;
-    model.setIconDrawer([&](const std::string& path, const std::string& block) {
-        EXPECT_EQ(path, path_);
-        drawn.push_back(block);
-        QPixmap pixmap(8, 8);
-        pixmap.fill(Qt::red);
-        return QIcon(pixmap);
-    });
-    model.setBlocks(path_, list.blocks(), database);
-    EXPECT_TRUE(drawn.empty());
-    int asked = -1;
-    for (int row = 0; row < model.rowCount() && asked < 0; ++row)
-        if (!list.blocks()[row].hasPreviewIcon) asked = row;
-    ASSERT_GE(asked, 0);
-    EXPECT_FALSE(model.index(asked, 0).data(Qt::DecorationRole).isNull());
-    EXPECT_FALSE(model.index(asked, 0).data(Qt::DecorationRole).isNull());
-    EXPECT_THAT(drawn, ElementsAre(list.blocks()[asked].name));  // once, and only that one
-
-    const QImage icon = drawBlockPreview(*database, {list.blocks()[asked].name, QSize(48, 48),
-                                                     std::nullopt, false});
-    EXPECT_FALSE(icon.isNull());
-}
-
 TEST_F(LibraryModels, DrawingTreeListsTheWindowsDrawingsInOrder) {
     DrawingList list;
     list.addPath(path_, dialogs_);

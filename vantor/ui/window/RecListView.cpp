@@ -1,22 +1,45 @@
 // The data pane's block list.
 #include "vantor/ui/window/RecListView.h"
 
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QListView>
+#include <QSlider>
+#include <QTimer>
 #include <QTreeView>
+#include <QVBoxLayout>
 
+#include "vantor/ui/BlockIconCache.h"
 #include "vantor/ui/ModuleSettings.h"
 #include "vantor/ui/models/BlockListModel.h"
 #include "vantor/ui/window/ColumnWidthKeeper.h"
 
 namespace vantor {
 
+namespace {
+
+constexpr int kIconStep = 16;  // sizes between are not offered: each size drawn is cached
+
+int snapped(int pixels) {
+    pixels = blockIconPixels(pixels);
+    return (pixels + kIconStep / 2) / kIconStep * kIconStep;
+}
+
+}  // namespace
+
 CRecListView::CRecListView(BlockListModel& model, ModuleSettings& settings, QWidget* parent)
     : QStackedWidget(parent),
       model_(model),
       settings_(settings),
-      listView_(new QListView(this)),
-      detailsView_(new QTreeView(this)) {
+      listPage_(new QWidget(this)),
+      listView_(new QListView(listPage_)),
+      detailsView_(new QTreeView(this)),
+      sizeBar_(new QWidget(listPage_)),
+      sizeSlider_(new QSlider(Qt::Horizontal, sizeBar_)),
+      sizeLabel_(new QLabel(sizeBar_)),
+      redraw_(new QTimer(this)),
+      pixels_(snapped(settings.iconSize)) {
     setAccessibleName(QStringLiteral("블록 목록"));
     listView_->setModel(&model);
     listView_->setAccessibleName(QStringLiteral("블록 목록"));
@@ -31,7 +54,45 @@ CRecListView::CRecListView(BlockListModel& model, ModuleSettings& settings, QWid
     detailsView_->setSelectionModel(listView_->selectionModel());
     auto* widths = new ColumnWidthKeeper(*detailsView_->header(), settings, ListOwner::BlockList);
     widths->apply();
-    addWidget(listView_);
+
+    auto* caption = new QLabel(QStringLiteral("아이콘 크기"), sizeBar_);
+    sizeSlider_->setRange(kMinBlockIconPixels, kMaxBlockIconPixels);
+    sizeSlider_->setSingleStep(kIconStep);
+    sizeSlider_->setPageStep(2 * kIconStep);
+    sizeSlider_->setTickInterval(2 * kIconStep);
+    sizeSlider_->setTickPosition(QSlider::NoTicks);
+    sizeSlider_->setAccessibleName(QStringLiteral("아이콘 크기"));
+    sizeSlider_->setMaximumWidth(200);
+    caption->setBuddy(sizeSlider_);
+    sizeLabel_->setMinimumWidth(sizeLabel_->fontMetrics().horizontalAdvance(QStringLiteral("256 px")));
+    auto* bar = new QHBoxLayout(sizeBar_);
+    bar->setContentsMargins(4, 2, 4, 2);
+    bar->addStretch(1);
+    bar->addWidget(caption);
+    bar->addWidget(sizeSlider_);
+    bar->addWidget(sizeLabel_);
+    auto* page = new QVBoxLayout(listPage_);
+    page->setContentsMargins(0, 0, 0, 0);
+    page->setSpacing(0);
+    page->addWidget(listView_, 1);
+    page->addWidget(sizeBar_);
+
+    // Drawing every icon again at each step of a drag would queue sizes nobody stops at.
+    redraw_->setSingleShot(true);
+    redraw_->setInterval(250);
+    connect(redraw_, &QTimer::timeout, this, [this] { model_.setIconPixels(pixels_); });
+    sizeSlider_->setValue(pixels_);
+    sizeLabel_->setText(QStringLiteral("%1 px").arg(pixels_));
+    connect(sizeSlider_, &QSlider::valueChanged, this, [this](int value) {
+        if (snapped(value) != value) {
+            sizeSlider_->setValue(snapped(value));  // comes back here with the step
+            return;
+        }
+        setIconPixels(value);
+    });
+    model_.setIconPixels(pixels_);
+
+    addWidget(listPage_);
     addWidget(detailsView_);
     connect(listView_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) { emit blockChosen(model_.blockAt(current.row())); });
@@ -52,19 +113,40 @@ void CRecListView::setStyle(Style style) {
             listView_->setViewMode(QListView::ListMode);
             listView_->setFlow(QListView::TopToBottom);
             listView_->setWrapping(true);
+            listView_->setWordWrap(false);
             listView_->setIconSize(QSize(16, 16));
             listView_->setGridSize(QSize());
-            setCurrentWidget(listView_);
+            sizeBar_->hide();
+            setCurrentWidget(listPage_);
             break;
         default:
             style = Icons;
             listView_->setViewMode(QListView::IconMode);
-            listView_->setIconSize(QSize(48, 48));
-            listView_->setGridSize(QSize(110, 80));
-            setCurrentWidget(listView_);
+            applyIconStyle();
+            sizeBar_->show();
+            setCurrentWidget(listPage_);
             break;
     }
     settings_.viewType = style;
+}
+
+void CRecListView::applyIconStyle() {
+    // Room under the icon for a block name of two lines, and beside it for the longer names.
+    const int line = listView_->fontMetrics().height();
+    listView_->setWordWrap(true);
+    listView_->setIconSize(QSize(pixels_, pixels_));
+    listView_->setGridSize(QSize(std::max(pixels_ + 24, 110), pixels_ + 2 * line + 12));
+}
+
+void CRecListView::setIconPixels(int pixels) {
+    pixels = snapped(pixels);
+    if (sizeSlider_->value() != pixels) sizeSlider_->setValue(pixels);
+    if (pixels == pixels_) return;
+    pixels_ = pixels;
+    settings_.iconSize = pixels;
+    sizeLabel_->setText(QStringLiteral("%1 px").arg(pixels));
+    if (style() == Icons) applyIconStyle();
+    redraw_->start();
 }
 
 std::string CRecListView::currentBlock() const {

@@ -1,11 +1,15 @@
-// The data pane: the blocks of the chosen drawing as icons (each block's stored preview), as a
-// list, or with details ("Block name", "Description"), the style kept in the settings.
+// The data pane: the blocks of the chosen drawing as icons (each block's stored preview, or
+// one drawn for it), as a list, or with details ("Block name", "Description"), the style kept
+// in the settings. Under the icons a slider sets their size, kept in the settings too.
 #pragma once
 
 #include <QStackedWidget>
 #include <string>
 
+class QLabel;
 class QListView;
+class QSlider;
+class QTimer;
 class QTreeView;
 
 namespace vantor {
@@ -25,14 +29,29 @@ public:
     void setStyle(Style style);
     std::string currentBlock() const;
 
+    // The icon view's icon size in pixels (32 to 256, in steps of 16): the view takes it at
+    // once, the model draws the icons again at it a moment after the slider stops.
+    int iconPixels() const { return pixels_; }
+    void setIconPixels(int pixels);
+    QSlider* iconSizeSlider() const { return sizeSlider_; }
+    QListView* listView() const { return listView_; }
+
 signals:
     void blockChosen(const std::string& name);
 
 private:
+    void applyIconStyle();
+
     BlockListModel& model_;
     ModuleSettings& settings_;
+    QWidget* listPage_;
     QListView* listView_;
     QTreeView* detailsView_;
+    QWidget* sizeBar_;
+    QSlider* sizeSlider_;
+    QLabel* sizeLabel_;
+    QTimer* redraw_;
+    int pixels_;
 };
 
 }  // namespace vantor

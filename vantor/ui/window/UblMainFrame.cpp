@@ -29,6 +29,7 @@
 #include "vantor/ui/dialogs/LabelEditDlg.h"
 #include "vantor/ui/dialogs/SupplierInfoPanel.h"
 #include "vantor/ui/explorer/ShellTreeViewEx.h"
+#include "vantor/ui/models/BlockIconWorker.h"
 #include "vantor/ui/models/BlockListModel.h"
 #include "vantor/ui/models/BlockPreview.h"
 #include "vantor/ui/models/CategoryTreeModel.h"
@@ -215,12 +216,10 @@ void CUblMainFrame::buildClientArea() {
     categoryTree_->showTree(tree_, *treeModel_);
     leftSplitter_->addView(1, categoryTree_);
 
-    blockModel_->setIconDrawer([this](const std::string& path, const std::string& block) {
-        cad::db::Database* database = drawing(path);
-        if (database == nullptr) return QIcon();
-        const QImage image = drawBlockPreview(*database, {block, QSize(48, 48), std::nullopt, false});
-        return image.isNull() ? QIcon() : QIcon(QPixmap::fromImage(image));
-    });
+    // Icons are drawn on a worker from the drawing's file and kept in the user's cache, so
+    // the icon view never waits for a drawing to be read or a block to be drawn.
+    blockModel_->setIconWorker(
+        new BlockIconWorker(BlockIconWorker::defaultCacheFolder(), blockModel_.get()));
     dataPane_ = new CRecListView(*blockModel_, settings_, rightUpperSplitter_);
     partList_ = new CListViewEx(*partModel_, settings_, rightUpperSplitter_);
     rightUpperSplitter_->addView(0, dataPane_);
