@@ -16,6 +16,8 @@
 #include "vantor/ui/models/PartListModel.h"
 #include "vantor/ui/window/ListViewEx.h"
 #include "vantor/store/TreeNode.h"
+#include "vantor/ui/models/SearchHitModel.h"
+#include "vantor/ui/window/FrameSearch.h"
 #include "vantor/ui/window/UblMainFrame.h"
 #include "vantor/ui/window/VNTreeViewEx.h"
 
@@ -132,13 +134,22 @@ void FrameFlows::insertWithDialog() {
     input.lastBlock = part.blockName;
     input.scale = part.scale;
     // Started from the dialog: a drag that asks for the settings brings the dialog back.
-    vantor::insertWithDialog(&frame_, std::move(input), context_, insertions_, 1);
+    if (vantor::insertWithDialog(&frame_, std::move(input), context_, insertions_, 1))
+        noteInserted(insertions_.of(documents_.curDocument()));
+}
+
+void FrameFlows::noteInserted(const InsertionState& state) {
+    // Taken now, while the library drawing the record was read from is still open.
+    if (!state.record.loaded || state.record.recordId.isNull()) return;
+    frame_.search().partInserted({state.libraryPath, state.record.recordId.asOldId(),
+                                  partLabel(state.record.kname, state.record.spec)});
 }
 
 void FrameFlows::insertFromPreview() {
     InsertRequest part;
     if (previewControls_ == nullptr || !chosenPart(part)) return;
-    previewControls_->OnInsertBlock(part, insertions_);
+    if (previewControls_->OnInsertBlock(part, insertions_))
+        noteInserted(insertions_.of(documents_.curDocument()));
 }
 
 bool FrameFlows::prepareDrop() {
@@ -152,7 +163,10 @@ bool FrameFlows::prepareDrop() {
 }
 
 void FrameFlows::dropEnded(bool dropped) {
-    if (dropped) return;
+    if (dropped) {
+        noteInserted(insertions_.of(documents_.curDocument()));
+        return;
+    }
     insertions_.of(documents_.curDocument()).dragDrop = false;
 }
 

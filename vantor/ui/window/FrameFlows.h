@@ -20,6 +20,7 @@ namespace vantor {
 class CUblMainFrame;
 class CPreviewSubDlg;
 class InsertionStates;
+struct InsertionState;
 enum class FrameAction;
 struct PartRecord;
 struct InsertRequest;
@@ -57,6 +58,8 @@ private:
     // The chosen record as a part to place: its first view block, from the part list's drawing.
     bool chosenPart(InsertRequest& request) const;
     void insertWithDialog();
+    // The part handed to UBLI heads the parts inserted last.
+    void noteInserted(const InsertionState& state);
 
     CUblMainFrame& frame_;
     PlacementDialogContext context_;

@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -39,8 +40,10 @@
 #include "vantor/placement/dialogs/PreviewSubDlg.h"
 #include "vantor/ui/window/CommandIcons.h"
 #include "vantor/ui/window/FrameFlows.h"
+#include "vantor/ui/window/FrameSearch.h"
 #include "vantor/ui/window/HelpWindow.h"
 #include "vantor/ui/window/ListViewEx.h"
+#include "vantor/ui/window/PartSearchPane.h"
 #include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/RecListView.h"
 #include "vantor/ui/window/UblPreviewView.h"
@@ -201,10 +204,21 @@ void CUblMainFrame::buildStatusBar() {
 
 void CUblMainFrame::buildClientArea() {
     mainSplitter_ = new CViewSplitter(Qt::Horizontal, 2, this);
-    leftSplitter_ = new CViewSplitter(Qt::Vertical, 2, mainSplitter_);
+    // The search stands above the trees, in a splitter of its own so that its lists can be
+    // given room without moving the trees' kept pane sizes.
+    auto* leftColumn = new QSplitter(Qt::Vertical, mainSplitter_);
+    leftColumn->setObjectName(QStringLiteral("searchSplitter"));
+    leftColumn->setChildrenCollapsible(false);
+    searchPane_ = new PartSearchPane(settings_.shortcuts, settings_.labels, leftColumn);
+    search_ = new FrameSearch(*this, *searchPane_, settings_);
+    leftSplitter_ = new CViewSplitter(Qt::Vertical, 2, leftColumn);
+    leftColumn->addWidget(searchPane_);
+    leftColumn->addWidget(leftSplitter_);
+    leftColumn->setStretchFactor(0, 0);
+    leftColumn->setStretchFactor(1, 1);
     rightSplitter_ = new CViewSplitter(Qt::Vertical, 2, mainSplitter_);
     rightUpperSplitter_ = new CViewSplitter(Qt::Vertical, 2, rightSplitter_);
-    mainSplitter_->addView(0, leftSplitter_);
+    mainSplitter_->addView(0, leftColumn);
     mainSplitter_->addView(1, rightSplitter_);
     rightSplitter_->addView(0, rightUpperSplitter_);
 

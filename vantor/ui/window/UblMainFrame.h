@@ -43,12 +43,15 @@ class CVNTreeViewEx;
 class CViewSplitter;
 class DrawingTreeModel;
 class FrameFlows;
+class FrameSearch;
 class InsertionStates;
 class ModuleSettings;
 class PartListModel;
+class PartSearchPane;
 class SupplierInfoPanel;
 enum class FrameAction;
 struct PartRecord;
+struct PartShortcut;
 
 // What the frame works with, owned by the module.
 struct FrameContext {
@@ -87,6 +90,8 @@ public:
     DrawingList& drawingList() { return list_; }
     DrawingExplorer& explorerDrawing() { return explorerDrawing_; }
     FrameFlows& flows() { return *flows_; }
+    FrameSearch& search() { return *search_; }
+    PartSearchPane* searchPane() const { return searchPane_; }
     // The drawing chosen on the side shown (a registered drawing, or the explored file);
     // empty when none is.
     std::string chosenDrawing() const;
@@ -96,6 +101,10 @@ public:
     // A library drawing was changed and saved here (part data, a captured block): its tree is
     // read again, and the views show it with the same group and record chosen.
     void drawingChanged(const std::string& path);
+    // Shows a part found by the search or kept in a short list: its window, its drawing, its
+    // group and its record chosen, as if the user had walked there. False, said in the status
+    // bar, when the drawing is registered in no window or the record is no longer in it.
+    bool showPart(const PartShortcut& part);
     PartListModel& partModel() { return *partModel_; }
     // A library drawing from the kept ones, or read now with the wait shown; nullptr when it
     // cannot be read (said in the status bar).
@@ -161,6 +170,7 @@ private:
     std::unique_ptr<PartListModel> partModel_;
     std::unique_ptr<BlockListModel> blockModel_;
     std::unique_ptr<FrameFlows> flows_;
+    FrameSearch* search_ = nullptr;  // owned by its pane
 
     std::map<int, QAction*> actions_;
     QToolBar* toolBar_ = nullptr;
@@ -174,6 +184,7 @@ private:
     CUblTreeView* drawingTree_ = nullptr;
     CShellTreeViewEx* explorer_ = nullptr;
     CVNTreeViewEx* categoryTree_ = nullptr;
+    PartSearchPane* searchPane_ = nullptr;
     CRecListView* dataPane_ = nullptr;
     CListViewEx* partList_ = nullptr;
     CUblPreviewView* previewView_ = nullptr;

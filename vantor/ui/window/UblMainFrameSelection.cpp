@@ -1,10 +1,11 @@
 // The library window's selection flow: a drawing chosen in the tree or the explorer shows its
 // blocks, libraries and supplier; a group its parts; a part or a block its picture. Records are
-// deleted and the company information edited from here.
+// deleted and the company information edited from here, and a part the search found is shown.
 #include "vantor/ui/window/UblMainFrame.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QPixmap>
 #include <QStatusBar>
@@ -13,6 +14,7 @@
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
 #include "cad/sys/FileLock.h"
+#include "vantor/registry/ListFile.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/ListBase.h"
 #include "vantor/store/PartRecordStore.h"
@@ -25,6 +27,7 @@
 #include "vantor/ui/models/DrawingTreeModel.h"
 #include "vantor/ui/models/ModelText.h"
 #include "vantor/ui/models/PartListModel.h"
+#include "vantor/ui/window/FrameSearch.h"
 #include "vantor/ui/window/ListViewEx.h"
 #include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/UblPreviewView.h"
@@ -32,6 +35,25 @@
 #include "vantor/ui/window/VNTreeViewEx.h"
 
 namespace vantor {
+
+namespace {
+
+TreeNode* findRecordBelow(TreeNode& node, std::int64_t id) {
+    if (node.kind == TreeNode::Kind::Record) return node.id == id ? &node : nullptr;
+    for (const auto& child : node.children)
+        if (TreeNode* found = findRecordBelow(*child, id)) return found;
+    return nullptr;
+}
+
+TreeNode* findRecord(const CVNTreeBase& tree, const std::string& path, std::int64_t id) {
+    for (const auto& root : tree.roots()) {
+        if (root->drawingPath != path) continue;
+        if (TreeNode* found = findRecordBelow(*root, id)) return found;
+    }
+    return nullptr;
+}
+
+}  // namespace
 
 void CUblMainFrame::rebuildFromList(DrawingList& list) {
     status(QStringLiteral("상태 : 데이터 로드 중..."));
@@ -49,6 +71,7 @@ void CUblMainFrame::rebuildFromList(DrawingList& list) {
     statusWindow_->setText(qText(name));
     statusDrawings_->setText(QStringLiteral("도면 %1").arg(list.size()));
     drawings_.clear();
+    search_->windowListChanged();
     const auto unreadable = std::count_if(list.begin(), list.end(),
                                           [](const RegisteredDrawing& drawing) { return drawing.active != 1; });
     status(unreadable == 0 ? QString()
@@ -68,6 +91,7 @@ void CUblMainFrame::listChanged() {
     drawingModel_->showList(drawingModel_->windowName(), list_);
     statusDrawings_->setText(QStringLiteral("도면 %1").arg(list_.size()));
     drawingTree_->selectPath(chosen);
+    search_->windowListChanged();
 }
 
 void CUblMainFrame::drawingChanged(const std::string& path) {
@@ -87,12 +111,44 @@ void CUblMainFrame::drawingChanged(const std::string& path) {
     categoryTree_->beginTreeChange();
     tree.loadDrawing(path);
     categoryTree_->endTreeChange();
+    search_->drawingChanged(path);
     if (blockModel_->drawingPath() == path) showDrawing(path, drawing(path));
     TreeNode* group = keys.empty() ? nullptr : tree.findNode(path, keys);
     if (group == nullptr) return;
     categoryTree_->selectNode(group);
     nodeChosen(group);
     if (record != 0) partList_->selectRecord(record);
+}
+
+bool CUblMainFrame::showPart(const PartShortcut& part) {
+    if (selection_.side == LeftPane::Explorer) switchPane(LeftPane::DrawingTree);
+    if (!list_.contains(part.drawingPath)) {
+        // Found among every window's drawings: its window is chosen as the drop-down would.
+        const int count = static_cast<int>(windows_.names().size());
+        for (int position = 0; position < count; ++position) {
+            const std::optional<std::vector<std::string>> paths =
+                ListFile::readAll(windows_.listFile(position));
+            if (paths && std::find(paths->begin(), paths->end(), part.drawingPath) != paths->end()) {
+                previewView_->windowDropDown()->setCurrentIndex(position);
+                break;
+            }
+        }
+    }
+    if (!list_.contains(part.drawingPath)) {
+        status(QStringLiteral("등록된 도면이 아닙니다: %1").arg(qText(part.drawingPath)));
+        return false;
+    }
+    drawingTree_->selectPath(part.drawingPath);
+    TreeNode* record = findRecord(tree_, part.drawingPath, part.recordId);
+    if (record == nullptr) {
+        status(QStringLiteral("도면에 없는 부품입니다: %1").arg(qText(part.label)));
+        return false;
+    }
+    categoryTree_->selectNode(record->parent);
+    nodeChosen(record->parent);
+    partList_->selectRecord(part.recordId);
+    const PartRecord* shown = partList_->currentRecord();
+    return shown != nullptr && shown->recordId.asOldId() == part.recordId;
 }
 
 CVNTreeBase& CUblMainFrame::shownTree() {

@@ -4,6 +4,12 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeView>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,6 +34,7 @@
 #include "vantor/ui/TestDialogs.h"
 #include "vantor/ui/models/PartListModel.h"
 #include "vantor/ui/window/ListViewEx.h"
+#include "vantor/ui/window/PartSearchPane.h"
 #include "vantor/placement/dialogs/PartPicture.h"
 #include "vantor/ui/window/RecListView.h"
 #include "vantor/ui/window/UblMainFrame.h"
@@ -94,6 +101,39 @@ TEST_F(LibraryFrame, OpensOnTheFirstDrawingsFirstGroupWithItsPartsAndPicture) {
     // Choosing a record in the tree picks it in the part list.
     frame->categoryTree()->selectNode(group->children[4].get());
     EXPECT_EQ(frame->partList()->currentRecord()->spec, "JIS 10K 150A");
+    EXPECT_TRUE(dialogs_.messageBoxes().empty());
+}
+
+TEST_F(LibraryFrame, SearchNarrowsAsTypedAndAChosenHitIsShownAndKeptAsAFavourite) {
+    auto frame = open();
+    PartSearchPane& pane = *frame->searchPane();
+    QAbstractItemModel& hits = *pane.hitView()->model();
+    QTest::keyClicks(pane.field(), "m12");
+    const int latinHits = hits.rowCount();
+    EXPECT_GT(latinHits, 2);
+    pane.field()->insert(" ㅇㄱ");  // as an input method commits Korean text
+    ASSERT_EQ(hits.rowCount(), 2);
+    EXPECT_EQ(pane.findChild<QLabel*>()->text(), "부품 2개");
+
+    // A hit is shown where it lives: its group in the tree, its record in the part list.
+    pane.hitView()->setCurrentIndex(hits.index(1, 0));
+    ASSERT_NE(frame->categoryTree()->currentNode(), nullptr);
+    EXPECT_EQ(frame->categoryTree()->currentNode()->name, "육각볼트");
+    ASSERT_NE(frame->partList()->currentRecord(), nullptr);
+    EXPECT_EQ(frame->partList()->currentRecord()->spec, "M12x50");
+
+    pane.favouriteButton()->click();
+    ASSERT_EQ(settings_.shortcuts.favourites().size(), 1u);
+    EXPECT_EQ(settings_.shortcuts.favourites()[0].label, "육각볼트 M12x50");
+    EXPECT_EQ(pane.favouriteButton()->text(), "즐겨찾기에서 빼기");
+    pane.tabs()->setCurrentIndex(PartSearchPane::FavouritesTab);
+    EXPECT_EQ(pane.favouriteView()->model()->rowCount(), 1);
+
+    QTest::keyClick(pane.field(), Qt::Key_Escape);
+    EXPECT_TRUE(pane.field()->text().isEmpty());
+    EXPECT_EQ(hits.rowCount(), 0);
+    QTest::keyClicks(pane.field(), "xyzzy");
+    EXPECT_EQ(pane.findChild<QLabel*>()->text(), "찾는 부품이 없습니다.");
     EXPECT_TRUE(dialogs_.messageBoxes().empty());
 }
 
