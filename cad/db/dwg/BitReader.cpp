@@ -33,46 +33,6 @@ void BitReader::fail() {
     failed_ = true;
 }
 
-bool BitReader::need(std::size_t bits) {
-    if (failed_) return false;
-    const std::size_t end = std::min(sizeInBits(), limit_);
-    if (bit_ > end || end - bit_ < bits) {
-        fail();
-        return false;
-    }
-    return true;
-}
-
-bool BitReader::bit() {
-    if (!need(1)) return false;
-    const auto byte = static_cast<std::uint8_t>(data_[bit_ / 8]);
-    const bool value = (byte >> (7 - bit_ % 8)) & 1;
-    ++bit_;
-    return value;
-}
-
-std::uint8_t BitReader::twoBits() {
-    if (!need(2)) return 0;
-    const std::uint8_t high = bit();
-    return static_cast<std::uint8_t>((high << 1) | bit());
-}
-
-std::uint8_t BitReader::rawChar() {
-    if (failed_ || bit_ + 8 > std::min(data_.size() * 8, limit_)) {
-        fail();
-        return 0;
-    }
-    const std::size_t shift = bit_ % 8;
-    const auto first = static_cast<std::uint8_t>(data_[bit_ / 8]);
-    std::uint8_t value = first;
-    if (shift != 0) {
-        const auto second = static_cast<std::uint8_t>(data_[bit_ / 8 + 1]);
-        value = static_cast<std::uint8_t>((first << shift) | (second >> (8 - shift)));
-    }
-    bit_ += 8;
-    return value;
-}
-
 std::int16_t BitReader::rawShort() {
     if (!need(16)) return 0;
     const std::uint16_t low = rawChar();

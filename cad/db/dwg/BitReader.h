@@ -76,7 +76,15 @@ public:
     std::int16_t color() { return bitShort(); }
 
 private:
-    bool need(std::size_t bits);
+    bool need(std::size_t bits) {
+        if (failed_) return false;
+        const std::size_t end = data_.size() * 8 < limit_ ? data_.size() * 8 : limit_;
+        if (bit_ > end || end - bit_ < bits) {
+            fail();
+            return false;
+        }
+        return true;
+    }
 
     std::string_view data_;
     std::size_t bit_ = 0;
@@ -84,5 +92,42 @@ private:
     bool failed_ = false;
     std::size_t failedAt_ = 0;
 };
+
+// The reads every field starts with, here so that they inline.
+inline bool BitReader::bit() {
+    if (!need(1)) return false;
+    const auto byte = static_cast<std::uint8_t>(data_[bit_ / 8]);
+    const bool value = (byte >> (7 - bit_ % 8)) & 1;
+    ++bit_;
+    return value;
+}
+
+inline std::uint8_t BitReader::twoBits() {
+    if (!need(2)) return 0;
+    const std::size_t shift = bit_ % 8;
+    const auto first = static_cast<std::uint8_t>(data_[bit_ / 8]);
+    std::uint8_t value;
+    if (shift <= 6) {
+        value = static_cast<std::uint8_t>((first >> (6 - shift)) & 3);
+    } else {
+        const auto second = static_cast<std::uint8_t>(data_[bit_ / 8 + 1]);
+        value = static_cast<std::uint8_t>(((first & 1) << 1) | (second >> 7));
+    }
+    bit_ += 2;
+    return value;
+}
+
+inline std::uint8_t BitReader::rawChar() {
+    if (!need(8)) return 0;
+    const std::size_t shift = bit_ % 8;
+    const auto first = static_cast<std::uint8_t>(data_[bit_ / 8]);
+    std::uint8_t value = first;
+    if (shift != 0) {
+        const auto second = static_cast<std::uint8_t>(data_[bit_ / 8 + 1]);
+        value = static_cast<std::uint8_t>((first << shift) | (second >> (8 - shift)));
+    }
+    bit_ += 8;
+    return value;
+}
 
 }  // namespace cad::db::dwg

@@ -176,10 +176,10 @@ bool DwgObjectDecoder::annotationFields(DwgRecord& r) {
             const std::string caret = sys::toCaretForm(value);
             std::size_t at = 0;
             while (caret.size() - at > 250) {
-                r.tags.push_back({3, caret.substr(at, 250), 0});
+                r.tags.push_back(DwgTag::ofText(3, caret.substr(at, 250)));
                 at += 250;
             }
-            r.tags.push_back({1, caret.substr(at), 0});
+            r.tags.push_back(DwgTag::ofText(1, caret.substr(at)));
             nameTag(r, 7, style);
             extrusionTags(r, extrusion);
             point(r, 11, xAxis);

@@ -33,7 +33,7 @@ void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
             case XrecordValue::Int64: integer(r, code, static_cast<std::int64_t>(little64())); break;
             case XrecordValue::Binary: {
                 const std::uint8_t length = items.rawChar();
-                r.tags.push_back({code, hexBytes(items.bytes(length)), 0});
+                r.tags.push_back(DwgTag::ofText(code, hexBytes(items.bytes(length))));
                 break;
             }
             case XrecordValue::Handle: handleTag(r, code, little64()); break;
@@ -72,9 +72,9 @@ bool DwgObjectDecoder::objectFields(DwgRecord& r) {
                 // A linetype is named by its place in the linetype table; 32767 and 32766
                 // stand for by layer and by block.
                 if (index == 32767 || index == 32766) {
-                    r.tags.push_back({6, index == 32767 ? "BYLAYER" : "BYBLOCK", 0});
+                    r.tags.push_back(DwgTag::ofMarker(6, index == 32767 ? "BYLAYER" : "BYBLOCK"));
                 } else {
-                    r.tags.push_back({6, {}, kLinetypeIndex | static_cast<std::uint64_t>(index)});
+                    r.tags.push_back(DwgTag::ofName(6, kLinetypeIndex | static_cast<std::uint64_t>(index)));
                 }
             }
             return true;
@@ -110,7 +110,7 @@ bool DwgObjectDecoder::objectFields(DwgRecord& r) {
         xrecordData(r, byteCount);
         if (r2k) cloning = data_.bitShort();
         r.tags.insert(r.tags.begin() + static_cast<std::ptrdiff_t>(at),
-                      DwgTag{280, std::to_string(cloning), 0});
+                      DwgTag::ofInteger(280, cloning));
         // Links of the data are kept in the data itself; what follows in the handle stream
         // are the objects the record owns, already named there.
         return true;

@@ -335,16 +335,16 @@ void DwgObjectDecoder::dimensionStyleFields(DwgRecord& r) {
     int flags = 0;
     tableEntryStart(r, "AcDbDimStyleTableRecord", flags);
     std::vector<DwgTag> values;
-    const auto flag = [&](int code) { values.push_back({code, data_.bit() ? "1" : "0", 0}); };
-    const auto byte = [&](int code) { values.push_back({code, std::to_string(data_.rawChar()), 0}); };
+    const auto flag = [&](int code) { values.push_back(DwgTag::ofInteger(code, data_.bit() ? 1 : 0)); };
+    const auto byte = [&](int code) { values.push_back(DwgTag::ofInteger(code, data_.rawChar())); };
     const auto small = [&](int code) {
-        values.push_back({code, std::to_string(data_.bitShort()), 0});
+        values.push_back(DwgTag::ofInteger(code, data_.bitShort()));
     };
     const auto number = [&](int code) {
-        values.push_back({code, formatReal(data_.bitDouble()), 0});
+        values.push_back(DwgTag::ofReal(code, data_.bitDouble()));
     };
     const auto words = [&](int code) {
-        values.push_back({code, sys::toCaretForm(data_.text()), 0});
+        values.push_back(DwgTag::ofText(code, sys::toCaretForm(data_.text())));
     };
     if (!r2000()) {
         for (const int code : {71, 72, 73, 74, 75, 76, 170, 172, 173, 174, 175}) flag(code);

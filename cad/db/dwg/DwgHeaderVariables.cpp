@@ -15,21 +15,21 @@ public:
     Variables(BitReader& reader, DwgHeaderVariables& out) : r_(reader), out_(out) {}
 
     void integer(const char* name, int code, std::int64_t value) {
-        out_.variables.push_back({name, {{code, std::to_string(value), 0}}});
+        out_.variables.push_back({name, {DwgTag::ofInteger(code, value)}});
     }
     void real(const char* name, int code, double value) {
-        out_.variables.push_back({name, {{code, formatReal(value), 0}}});
+        out_.variables.push_back({name, {DwgTag::ofReal(code, value)}});
     }
     void point(const char* name, const ge::Point3d& p, bool withZ = true) {
-        DwgHeaderVariable variable{name, {{10, formatReal(p.x), 0}, {20, formatReal(p.y), 0}}};
-        if (withZ) variable.tags.push_back({30, formatReal(p.z), 0});
+        DwgHeaderVariable variable{name, {DwgTag::ofReal(10, p.x), DwgTag::ofReal(20, p.y)}};
+        if (withZ) variable.tags.push_back(DwgTag::ofReal(30, p.z));
         out_.variables.push_back(std::move(variable));
     }
     void nameOf(const char* name, int code, std::uint64_t handle) {
-        if (handle != 0) out_.variables.push_back({name, {{code, {}, handle}}});
+        if (handle != 0) out_.variables.push_back({name, {DwgTag::ofName(code, handle)}});
     }
     void text(const char* name, int code, const std::string& value) {
-        out_.variables.push_back({name, {{code, sys::toCaretForm(value), 0}}});
+        out_.variables.push_back({name, {DwgTag::ofText(code, sys::toCaretForm(value))}});
     }
 
     // Reads and keeps, or reads and skips (name null).

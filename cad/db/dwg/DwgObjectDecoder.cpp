@@ -140,14 +140,14 @@ std::string DwgObjectDecoder::typeName(int type) const {
 
 std::uint64_t DwgObjectDecoder::ref() { return handles_.handle().absolute(own_); }
 
-void DwgObjectDecoder::marker(DwgRecord& r, const char* name) { r.tags.push_back({100, name, 0}); }
+void DwgObjectDecoder::marker(DwgRecord& r, const char* name) { r.tags.push_back(DwgTag::ofMarker(100, name)); }
 
 void DwgObjectDecoder::integer(DwgRecord& r, int code, std::int64_t value) {
-    r.tags.push_back({code, std::to_string(value), 0});
+    r.tags.push_back(DwgTag::ofInteger(code, value));
 }
 
 void DwgObjectDecoder::real(DwgRecord& r, int code, double value) {
-    r.tags.push_back({code, formatReal(value), 0});
+    r.tags.push_back(DwgTag::ofReal(code, value));
 }
 
 void DwgObjectDecoder::angle(DwgRecord& r, int code, double radians) {
@@ -161,32 +161,36 @@ void DwgObjectDecoder::point(DwgRecord& r, int code, const ge::Point3d& p, bool 
 }
 
 void DwgObjectDecoder::text(DwgRecord& r, int code, const std::string& value) {
-    r.tags.push_back({code, sys::toCaretForm(value), 0});
+    r.tags.push_back(DwgTag::ofText(code, sys::toCaretForm(value)));
 }
 
 void DwgObjectDecoder::handleTag(DwgRecord& r, int code, std::uint64_t handle) {
-    r.tags.push_back({code, hexHandle(handle), 0});
+    r.tags.push_back(DwgTag::ofHandle(code, handle));
 }
 
 void DwgObjectDecoder::nameTag(DwgRecord& r, int code, std::uint64_t handle) {
-    if (handle != 0) r.tags.push_back({code, {}, handle});
+    if (handle != 0) r.tags.push_back(DwgTag::ofName(code, handle));
 }
 
 void DwgObjectDecoder::binaryTags(DwgRecord& r, int code, const std::string& bytes) {
     // DXF holds binary data in chunks of at most 127 bytes.
     for (std::size_t at = 0; at < bytes.size(); at += 127) {
-        r.tags.push_back({code, hexBytes(std::string_view(bytes).substr(at, 127)), 0});
+        r.tags.push_back(DwgTag::ofText(code, hexBytes(std::string_view(bytes).substr(at, 127))));
     }
 }
 
-DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, DwgRecord& record) {
+DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, DwgRecord& record,
+                                                   bool deferEntityFields) {
     error_.clear();
     crcMatched_ = true;
     // The record's buffers are reused from one object to the next.
     std::vector<DwgTag> tags = std::move(record.tags);
+    std::vector<DwgTag> xdata = std::move(record.xdata);
     tags.clear();
+    xdata.clear();
     record = DwgRecord{};
     record.tags = std::move(tags);
+    record.xdata = std::move(xdata);
     record.handle = entry.handle;
     own_ = entry.handle;
     if (entry.offset < 0 || static_cast<std::uint64_t>(entry.offset) >= file_.size()) {
@@ -240,6 +244,7 @@ DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, Dwg
                      .message;
         return Outcome::Unreadable;
     }
+    if (deferEntityFields && entity && deferrable(record)) return Outcome::Deferred;
     if (!decodeFields(record)) return Outcome::NotDecoded;
     if (data_.failed() || handles_.failed()) {
         error_ = dwgError(dataStart + (data_.failed() ? data_.failedAt() : handles_.failedAt()) / 8,
@@ -331,7 +336,7 @@ void DwgObjectDecoder::readExtendedData(DwgRecord& record) {
         const std::uint64_t app = data_.handle().value;
         const std::string bytes = data_.bytes(size);
         if (data_.failed()) return;
-        record.xdata.push_back({1001, {}, app});
+        record.xdata.push_back(DwgTag::ofName(1001, app));
         BitReader items(bytes);
         while (items.bitPosition() < items.sizeInBits() && !items.failed()) {
             const int code = 1000 + items.rawChar();
@@ -339,43 +344,43 @@ void DwgObjectDecoder::readExtendedData(DwgRecord& record) {
                 case 1000: {
                     const std::uint8_t length = items.rawChar();
                     items.rawShort();  // the text's code page, always the drawing's here
-                    record.xdata.push_back({code, sys::toCaretForm(items.bytes(length)), 0});
+                    record.xdata.push_back(DwgTag::ofText(code, sys::toCaretForm(items.bytes(length))));
                     break;
                 }
                 case 1002:
-                    record.xdata.push_back({code, items.rawChar() ? "}" : "{", 0});
+                    record.xdata.push_back(DwgTag::ofMarker(code, items.rawChar() ? "}" : "{"));
                     break;
                 case 1003:
                 case 1005: {
                     std::uint64_t handle = 0;
                     for (int i = 0; i < 8; ++i) handle = (handle << 8) | items.rawChar();
                     if (code == 1003) {
-                        record.xdata.push_back({code, "0", handle});
+                        record.xdata.push_back(handle != 0 ? DwgTag::ofName(code, handle) : DwgTag::ofMarker(code, "0"));
                     } else {
-                        record.xdata.push_back({code, hexHandle(handle), 0});
+                        record.xdata.push_back(DwgTag::ofHandle(code, handle));
                     }
                     break;
                 }
                 case 1004: {
                     const std::uint8_t length = items.rawChar();
-                    record.xdata.push_back({code, hexBytes(items.bytes(length)), 0});
+                    record.xdata.push_back(DwgTag::ofText(code, hexBytes(items.bytes(length))));
                     break;
                 }
                 case 1010: case 1011: case 1012: case 1013: {
                     const ge::Point3d p = items.point3Raw();
-                    record.xdata.push_back({code, formatReal(p.x), 0});
-                    record.xdata.push_back({code + 10, formatReal(p.y), 0});
-                    record.xdata.push_back({code + 20, formatReal(p.z), 0});
+                    record.xdata.push_back(DwgTag::ofReal(code, p.x));
+                    record.xdata.push_back(DwgTag::ofReal(code + 10, p.y));
+                    record.xdata.push_back(DwgTag::ofReal(code + 20, p.z));
                     break;
                 }
                 case 1040: case 1041: case 1042:
-                    record.xdata.push_back({code, formatReal(items.rawDouble()), 0});
+                    record.xdata.push_back(DwgTag::ofReal(code, items.rawDouble()));
                     break;
                 case 1070:
-                    record.xdata.push_back({code, std::to_string(items.rawShort()), 0});
+                    record.xdata.push_back(DwgTag::ofInteger(code, items.rawShort()));
                     break;
                 case 1071:
-                    record.xdata.push_back({code, std::to_string(items.rawLong()), 0});
+                    record.xdata.push_back(DwgTag::ofInteger(code, items.rawLong()));
                     break;
                 default:
                     // An item this reader does not know ends what can be read of the group.
@@ -390,6 +395,21 @@ void DwgObjectDecoder::readExtendedData(DwgRecord& record) {
             }
             if (!record.xdata.empty()) record.xdata.pop_back();
         }
+    }
+}
+
+bool DwgObjectDecoder::deferrable(const DwgRecord& r) const {
+    // Blocks' ends and sequence ends are looked up by handle, and viewports are numbered in
+    // file order: those are read at once. The others are entities decodeFields always takes.
+    switch (r.type) {
+        case 0x01: case 0x02: case 0x03: case 0x07: case 0x08: case 0x0A: case 0x0B: case 0x0C:
+        case 0x0D: case 0x0E: case 0x0F: case 0x10: case 0x11: case 0x12: case 0x13: case 0x14:
+        case 0x15: case 0x16: case 0x17: case 0x18: case 0x19: case 0x1A: case 0x1B: case 0x1C:
+        case 0x1D: case 0x1E: case 0x1F: case 0x20: case 0x23: case 0x24: case 0x28: case 0x29:
+        case 0x2C: case 0x2D: case 0x2E: case 0x4D: case 0x4E:
+            return true;
+        default:
+            return r.type >= 500 && (r.dxfName == "LWPOLYLINE" || r.dxfName == "HATCH");
     }
 }
 

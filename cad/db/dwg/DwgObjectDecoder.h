@@ -25,8 +25,11 @@ public:
         NotDecoded,   // a type the decoder does not know: `record` has its handle and name
         Damaged,      // the record lies outside the file: error() says where and why
         Unreadable,   // the record's fields do not read as its type's: error() says where
+        // Asked to defer: an entity of a type whose fields are always decoded, read as far as
+        // its common part; decode it again in full when its fields are wanted.
+        Deferred,
     };
-    Outcome decode(const DwgMapEntry& entry, DwgRecord& record);
+    Outcome decode(const DwgMapEntry& entry, DwgRecord& record, bool deferEntityFields = false);
     const std::string& error() const { return error_; }
     // Whether the last record's check value matched.
     bool checkValueMatched() const { return crcMatched_; }
@@ -39,6 +42,7 @@ private:
     void readExtendedData(DwgRecord& record);
     std::uint64_t ref();  // the next handle of the handle stream, made absolute
     bool decodeFields(DwgRecord& record);
+    bool deferrable(const DwgRecord& record) const;
 
     // Field writers.
     void marker(DwgRecord& r, const char* name);

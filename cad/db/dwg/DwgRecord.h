@@ -2,8 +2,6 @@
 // codes and values, ready to be written as the structure a DXF reader takes.
 #pragma once
 
-#include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -12,26 +10,74 @@
 
 namespace cad::db::dwg {
 
-// A DwgTag::nameOf with this bit names the linetype at that place in the linetype table.
+// A Name tag's handle with this bit names the linetype at that place in the linetype table.
 inline constexpr std::uint64_t kLinetypeIndex = std::uint64_t{1} << 63;
 
-// A real as a DXF value: the shortest text that reads back the same, with a decimal point even
-// for whole numbers, as DXF files write reals; what is not a number reads as 0.
-inline std::string formatReal(double value) {
-    if (!std::isfinite(value)) value = 0.0;
-    char buffer[32];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    std::string text(buffer, result.ptr);
-    if (text.find_first_of(".e") == std::string::npos) text += ".0";
-    return text;
-}
-
+// One DXF tag of a decoded object, its value kept as decoded: numbers are turned into text
+// only when the tag is written, so decoding allocates nothing for them.
 struct DwgTag {
+    enum class Kind : std::uint8_t {
+        Text,     // `text`, bytes in the drawing's code page
+        Marker,   // `marker`, a literal
+        Integer,  // `integer`
+        Real,     // `real`, written as DXF writes reals
+        Handle,   // `handle`, written in hexadecimal
+        // The name of the table record with handle `handle`, filled in once every record has
+        // been read (DXF names layers, styles and blocks; DWG points at them).
+        Name,
+    };
+
     int code = 0;
-    std::string value;  // as DXF text; bytes in the drawing's code page
-    // Nonzero: the value is the name of the table record with this handle, filled in once
-    // every record has been read (DXF names layers, styles and blocks; DWG points at them).
-    std::uint64_t nameOf = 0;
+    Kind kind = Kind::Text;
+    union {
+        std::int64_t integer = 0;
+        double real;
+        std::uint64_t handle;
+        const char* marker;
+    };
+    std::string text;
+
+    static DwgTag ofText(int code, std::string text) {
+        DwgTag tag;
+        tag.code = code;
+        tag.text = std::move(text);
+        return tag;
+    }
+    static DwgTag ofMarker(int code, const char* literal) {
+        DwgTag tag;
+        tag.code = code;
+        tag.kind = Kind::Marker;
+        tag.marker = literal;
+        return tag;
+    }
+    static DwgTag ofInteger(int code, std::int64_t value) {
+        DwgTag tag;
+        tag.code = code;
+        tag.kind = Kind::Integer;
+        tag.integer = value;
+        return tag;
+    }
+    static DwgTag ofReal(int code, double value) {
+        DwgTag tag;
+        tag.code = code;
+        tag.kind = Kind::Real;
+        tag.real = value;
+        return tag;
+    }
+    static DwgTag ofHandle(int code, std::uint64_t value) {
+        DwgTag tag;
+        tag.code = code;
+        tag.kind = Kind::Handle;
+        tag.handle = value;
+        return tag;
+    }
+    static DwgTag ofName(int code, std::uint64_t record) {
+        DwgTag tag;
+        tag.code = code;
+        tag.kind = Kind::Name;
+        tag.handle = record;
+        return tag;
+    }
 };
 
 struct DwgRecord {
