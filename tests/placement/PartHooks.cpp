@@ -58,6 +58,7 @@ void choosePart() {
             group->getAt(key, record);
     }
     state.record = {};
+    state.record.key = key;  // as the window's part list holds it
     if (!record.isNull()) vantor::readPartRecord(record, state.record);
     acutPrintf("\n[part] %s", state.record.loaded ? state.record.spec.c_str() : "none");
 }

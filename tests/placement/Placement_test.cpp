@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -17,6 +19,8 @@
 #include "cad/db/SymbolTable.h"
 #include "cad/sys/TestTempFolder.h"
 #include "tests/support/ExternalReaders.h"
+#include "vantor/store/LibraryDrawing.h"
+#include "vantor/store/PartRecordStore.h"
 
 namespace {
 
@@ -179,6 +183,100 @@ TEST_F(PlacementInHost, UndoTakesThePlacementBackAndRedoBringsItAgain) {
     EXPECT_THAT(said, HasSubstr("\nUBLI\n"));
     EXPECT_EQ(drawingSummary(folder_.file("redone.dxf")), drawingSummary(folder_.file("with.dxf")));
     EXPECT_EQ(redone, with);
+}
+
+// VNKSYNC in the host: a part placed from a copy of the sample library, whose record is then
+// changed or deleted in the library drawing; the saved drawing read back each time.
+class PartSyncInHost : public PlacementInHost {
+protected:
+    PartSyncInHost() {
+        std::filesystem::copy_file(std::string(VANTOR_SOURCE_DIR) + "/data/samples/standard-parts.dxf",
+                                   library());
+        runLines({"VNTPART", library(), "User data list", "볼트", "육각볼트", "",
+                  "QRB_VANTORDATA-2", "HB-M10X40-F", "3072", "UBLI", "100,50", "30"});
+    }
+    std::string library() const { return folder_.file("parts.dxf"); }
+
+    std::string runLines(const std::vector<std::string>& lines) const {
+        std::string script;
+        for (const std::string& line : lines) script += line + "\n";
+        folder_.writeBytes("sync.script", script + "QSAVE\nQUIT\n");
+        return vantor::test::runCommand(
+                   "VANTOR_MODULE_DIR=" + shellQuoted(folder_.path().string()) + " " +
+                   shellQuoted(VANTOR_CAD) + " --headless --load " +
+                   shellQuoted(VANTOR_PLACEMENT_MODULE) + " --open " + shellQuoted(drawing()) +
+                   " --script " + shellQuoted(folder_.file("sync.script")))
+            .output;
+    }
+
+    // Changes (or, without a change, deletes) the record in the library drawing.
+    void editRecord(const std::function<void(vantor::PartRecord&)>& change) const {
+        auto db = vantor::openLibraryDrawing(library());
+        ASSERT_TRUE(db);
+        const auto group = vantor::dictionaryAtPath(*db, {"User data list", "볼트", "육각볼트"});
+        for (vantor::PartRecord& record : vantor::readGroupRecords(group).records) {
+            if (record.key != "QRB_VANTORDATA-2") continue;
+            if (change) {
+                change(record);
+                ASSERT_EQ(vantor::rewritePartRecord(record.recordId, record), cad::ErrorStatus::eOk);
+            } else {
+                ASSERT_EQ(vantor::deletePartRecord(record.recordId), cad::ErrorStatus::eOk);
+            }
+        }
+        ASSERT_EQ(db->saveAs(library()), cad::ErrorStatus::eOk);
+    }
+
+    // The SPEC attributes of the saved drawing's model space, part and marker.
+    std::vector<std::string> specs() const {
+        cad::db::Database db(false);
+        EXPECT_EQ(db.readDwgFile(drawing()), cad::ErrorStatus::eOk);
+        std::vector<std::string> found;
+        auto space =
+            cad::db::open<cad::db::BlockTableRecord>(db.modelSpaceId(), cad::db::OpenMode::ForRead);
+        for (cad::db::ObjectId id : space->entityIds()) {
+            auto reference = cad::db::open<cad::db::BlockReference>(id, cad::db::OpenMode::ForRead);
+            if (!reference) continue;
+            for (cad::db::ObjectId attributeId : reference->attributeIds()) {
+                auto attribute =
+                    cad::db::open<cad::db::Attribute>(attributeId, cad::db::OpenMode::ForRead);
+                if (attribute->tag() == "SPEC") found.push_back(attribute->textString());
+            }
+        }
+        return found;
+    }
+};
+
+TEST_F(PartSyncInHost, ChangedRecordIsListedThenUpdatedAndUndone) {
+    const std::vector<std::string> placed = specs();
+    ASSERT_FALSE(placed.empty());
+    for (const std::string& spec : placed) ASSERT_EQ(spec, "M10x40");
+    editRecord([](vantor::PartRecord& record) { record.spec = "M10x45"; });
+
+    // "No" lists and changes nothing.
+    std::string out = runLines({"VNKSYNC", "No"});
+    EXPECT_THAT(out, HasSubstr("라이브러리와 다른 부품: 변경 1개, 없어짐 0개 (연결된 부품 1개)"));
+    EXPECT_THAT(out, HasSubstr("HB-M10X40-F 육각볼트 (parts.dxf / 육각볼트): 변경됨"));
+    EXPECT_THAT(out, HasSubstr("SPEC: M10x40 → M10x45"));
+    EXPECT_EQ(specs(), placed);
+
+    // The update, then the host's undo takes all of it back in one step.
+    out = runLines({"VNKSYNC", "", "U"});
+    EXPECT_THAT(out, HasSubstr("부품 1개의 BOM 속성 1개를 갱신했습니다."));
+    EXPECT_EQ(specs(), placed);
+    out = runLines({"VNKSYNC", "Yes"});
+    EXPECT_THAT(out, HasSubstr("갱신했습니다."));
+    EXPECT_EQ(specs(), std::vector<std::string>(placed.size(), "M10x45"));
+    EXPECT_THAT(runLines({"VNKSYNC"}), HasSubstr("연결된 부품 1개가 모두 라이브러리와 같습니다."));
+}
+
+TEST_F(PartSyncInHost, DeletedRecordIsListedAndLeftAsItIs) {
+    const std::vector<std::string> placed = specs();
+    editRecord(nullptr);
+    const std::string out = runLines({"VNKSYNC"});
+    EXPECT_THAT(out, HasSubstr("변경 0개, 없어짐 1개"));
+    EXPECT_THAT(out, HasSubstr(": 레코드 삭제됨"));
+    EXPECT_THAT(out, testing::Not(HasSubstr("갱신하시겠습니까")));
+    EXPECT_EQ(specs(), placed);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 // libvantor.so's exports: the entry point the host calls with its application messages, the
 // interface version, and the library's unload (its detach).
 #include "cad/app/AppMsg.h"
+#include "cad/app/Application.h"
 #include "vantor/host/VantorApp.h"
+#include "vantor/placement/dialogs/PartSyncDlg.h"
 #include "vantor/ui/window/LibraryWindow.h"
 
 namespace {
@@ -32,8 +34,14 @@ __attribute__((visibility("default"))) cad::app::AppRetCode acrxEntryPoint(cad::
         vantor::VantorApp::entryPoint(message, data, builtVersion());
     // Once the module stands, its frame becomes the window a user sees (when the host shows
     // windows at all).
-    if (message == cad::app::AppMsg::kInitAppMsg && vantor::VantorApp::instance() != nullptr)
-        vantor::installLibraryWindow(*vantor::VantorApp::instance());
+    if (message == cad::app::AppMsg::kInitAppMsg && vantor::VantorApp::instance() != nullptr) {
+        vantor::VantorApp& app = *vantor::VantorApp::instance();
+        vantor::installLibraryWindow(app);
+        if (app.host().showsWindows())
+            app.setSyncListHook([](const vantor::PartSyncList& list) {
+                return vantor::CPartSyncDlg::run(nullptr, list);
+            });
+    }
     return answer;
 }
 
