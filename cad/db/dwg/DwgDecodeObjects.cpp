@@ -45,7 +45,7 @@ void DwgObjectDecoder::xrecordData(DwgRecord& r, std::size_t byteCount) {
 
 bool DwgObjectDecoder::objectFields(DwgRecord& r) {
     const bool r2k = r2000();
-    const std::string& name = r.dxfName;
+    const std::string_view name = r.dxfName;
     switch (r.type) {
         case 0x2A: dictionaryFields(r, false); return true;
         case 0x49: {

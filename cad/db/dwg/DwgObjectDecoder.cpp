@@ -231,7 +231,8 @@ DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, Dwg
         entity = cls->second->isEntity;
         record.dxfName = cls->second->dxfName;
     } else {
-        record.dxfName = "type " + std::to_string(record.type);
+        unknownName_ = "type " + std::to_string(record.type);
+        record.dxfName = unknownName_;
         return Outcome::NotDecoded;
     }
     record.isEntity = entity;
@@ -248,7 +249,7 @@ DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, Dwg
     if (!decodeFields(record)) return Outcome::NotDecoded;
     if (data_.failed() || handles_.failed()) {
         error_ = dwgError(dataStart + (data_.failed() ? data_.failedAt() : handles_.failedAt()) / 8,
-                          "expected the fields of " + record.dxfName + " " +
+                          "expected the fields of " + std::string(record.dxfName) + " " +
                               hexHandle(entry.handle))
                      .message;
         return Outcome::Unreadable;

@@ -84,6 +84,7 @@ private:
     BitReader handles_;
     std::uint64_t own_ = 0;
     std::string error_;
+    std::string unknownName_;  // what the last record of an unknown type is called
     bool crcMatched_ = true;
     int viewports_ = 0;  // viewports numbered in file order, as DXF gives them ids
 };

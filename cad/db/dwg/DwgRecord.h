@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cad/ge/Point3d.h"
@@ -83,7 +84,9 @@ struct DwgTag {
 struct DwgRecord {
     std::uint64_t handle = 0;
     int type = 0;          // the object type number in the file
-    std::string dxfName;   // "LINE", "DICTIONARY", "BLOCK_RECORD"; the table's name for controls
+    // "LINE", "DICTIONARY", "BLOCK_RECORD"; the table's name for controls. Views a name that
+    // outlives the reading: a literal or the file's class list.
+    std::string_view dxfName;
     bool isEntity = false;
     bool isControl = false;  // a symbol table
     std::uint64_t owner = 0;
@@ -94,7 +97,7 @@ struct DwgRecord {
     int entityMode = 0;  // 0 owner named, 1 paper space, 2 model space
     std::uint64_t layer = 0;
     std::uint64_t linetype = 0;  // 0: by layer, or what linetypeName says
-    std::string linetypeName;    // "BYBLOCK", "CONTINUOUS" when stored as a flag
+    std::string_view linetypeName;  // "ByBlock", "Continuous" when stored as a flag
     int color = 256;
     double linetypeScale = 1.0;
     bool invisible = false;

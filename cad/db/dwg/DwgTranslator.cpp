@@ -111,7 +111,7 @@ private:
     // The record of `ref`, a pending entity decoded now (into a buffer the next load reuses);
     // nullptr when its fields do not read, which is counted as the file's reader counts it.
     const DwgRecord* load(Ref ref);
-    void notRead(int type, const std::string& dxfName);
+    void notRead(int type, std::string_view dxfName);
     void code(int code) {
         char digits[8];
         const auto end = std::to_chars(digits, digits + sizeof digits, code).ptr;
@@ -299,9 +299,9 @@ const DwgRecord* Writer::load(Ref ref) {
     return nullptr;
 }
 
-void Writer::notRead(int type, const std::string& dxfName) {
+void Writer::notRead(int type, std::string_view dxfName) {
     const std::string census = decoder_.typeName(type);
-    ++translation_.notRead[census.empty() ? dxfName : census];
+    ++translation_.notRead[census.empty() ? std::string(dxfName) : census];
 }
 
 void Writer::entity(Ref ref, std::uint64_t owner, bool paper) {
@@ -631,7 +631,7 @@ std::optional<DwgError> DwgTranslator::translate(std::string_view bytes, DwgTran
         if (!decoder.checkValueMatched()) ++out.checkValueMismatches;
         const auto notRead = [&] {
             const std::string census = decoder.typeName(record.type);
-            ++out.notRead[census.empty() ? record.dxfName : census];
+            ++out.notRead[census.empty() ? std::string(record.dxfName) : census];
         };
         switch (outcome) {
             case DwgObjectDecoder::Outcome::Damaged:
