@@ -37,13 +37,14 @@ ErrorStatus LockedLibraryDrawing::open(const std::string& path, cad::app::UserDi
     if (locked != ErrorStatus::eOk) {
         // Held by another, or a folder that takes no lock file (a read-only share): either way
         // nothing may be written here, but the drawing may still be looked at.
-        const std::string why =
-            locked == ErrorStatus::eLockViolation
-                ? holderSentence(cad::sys::FileLock::readHolder(cad::sys::FileLock::lockPathFor(path)))
-                : "도면을 잠글 수 없습니다.\n" + lock_.message();
+        const bool held = locked == ErrorStatus::eLockViolation;
+        const std::string why = held ? holderSentence(cad::sys::FileLock::readHolder(
+                                           cad::sys::FileLock::lockPathFor(path)))
+                                     : "도면을 잠글 수 없습니다.\n" + lock_.message();
         if (whenHeld == WhenHeld::Refuse) {
-            dialogs.messageBox(quoted(path) + "\n" + why + "\n그 작업이 끝난 뒤에 다시 하십시오.",
-                               "파일 사용 중", cad::app::MB_OK | cad::app::MB_ICONERROR);
+            dialogs.messageBox(
+                quoted(path) + "\n" + why + (held ? "\n그 작업이 끝난 뒤에 다시 하십시오." : ""),
+                "파일 사용 중", cad::app::MB_OK | cad::app::MB_ICONERROR);
             return ErrorStatus::eLockViolation;
         }
         dialogs.messageBox(quoted(path) + "\n" + why +
@@ -64,8 +65,9 @@ ErrorStatus LockedLibraryDrawing::save(cad::app::UserDialogs& dialogs,
                                        std::string_view fileNameMessage) {
     recoveryPath_.clear();
     if (readOnly_) {
-        return keepInRecoveryCopy(dialogs, "다른 사용자가 고치고 있어 읽기 전용으로 연 도면이므로 "
-                                           "저장하지 않았습니다.");
+        return keepInRecoveryCopy(dialogs,
+                                  "다른 사용자가 고치고 있어 읽기 전용으로 연 도면이므로 "
+                                  "저장하지 않았습니다.");
     }
     // Our lock keeps our own programs out; this catches the ones that ignore it.
     if (cad::sys::FileStamp::of(path_) != readStamp_) {

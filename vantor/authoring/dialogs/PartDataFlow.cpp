@@ -29,7 +29,8 @@ bool runDialog(QWidget* parent, PartDataEntry entry, const ModuleSettings& setti
     dialog.setStoreHandler(std::move(store));
     if (session.isReadOnly()) {
         dialog.setReadOnly(authoring_controls::qText(
-            session.readOnlyReason() + "\n읽기 전용으로 열었습니다: 볼 수는 있지만 저장할 수는 없습니다."));
+            session.readOnlyReason() +
+            "\n읽기 전용으로 열었습니다: 볼 수는 있지만 저장할 수는 없습니다."));
     }
     dialog.runModal();
     return session.saved();
