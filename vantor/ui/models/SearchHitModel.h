@@ -1,6 +1,6 @@
-// The hits of a part search as a table: the Korean and English names, the specification and
-// the material under the user's field titles, then the drawing's file name and the categories
-// down to the group.
+// The hits of a part search as a table: the Korean name, the specification, the English name
+// and the material under the user's field titles (the first two tell parts apart in a narrow
+// pane), then the drawing's file name and the categories down to the group.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -14,7 +14,7 @@ namespace vantor {
 class SearchHitModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    enum Column { KName, EName, Spec, Material, Drawing, Place, kColumnCount };
+    enum Column { KName, Spec, EName, Material, Drawing, Place, kColumnCount };
 
     explicit SearchHitModel(const FieldLabels::Texts& labels, QObject* parent = nullptr);
 

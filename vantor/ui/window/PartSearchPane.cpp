@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -44,16 +45,7 @@ PartSearchPane::PartSearchPane(PartShortcuts& shortcuts, const FieldLabels::Text
           [&shortcuts]() -> const std::vector<PartShortcut>& { return shortcuts.favourites(); })),
       recent_(std::make_unique<ShortcutListModel>(
           [&shortcuts]() -> const std::vector<PartShortcut>& { return shortcuts.recent(); })) {
-    field_ = new QLineEdit(this);
-    field_->setAccessibleName(QStringLiteral("부품 검색"));
-    field_->setPlaceholderText(QStringLiteral("부품 검색: 이름, 규격, 재질, 초성(ㅇㄱㅂㅌ)"));
-    field_->setClearButtonEnabled(true);
-    for (QAbstractButton* clear : field_->findChildren<QAbstractButton*>())
-        clear->setAccessibleName(QStringLiteral("검색어 지우기"));
-    field_->installEventFilter(this);
-    everyWindow_ = new QCheckBox(QStringLiteral("모든 관리창"), this);
-    everyWindow_->setAccessibleName(everyWindow_->text());
-    everyWindow_->setToolTip(QStringLiteral("모든 관리창의 도면에서 찾습니다."));
+    buildBar();
     buildLists();
 
     insert_ = new QPushButton(kInsert, this);
@@ -63,9 +55,6 @@ PartSearchPane::PartSearchPane(PartShortcuts& shortcuts, const FieldLabels::Text
     count_ = new QLabel(this);
     count_->setAccessibleName(QStringLiteral("찾은 부품 수"));
 
-    auto* searchRow = new QHBoxLayout;
-    searchRow->addWidget(field_, 1);
-    searchRow->addWidget(everyWindow_);
     auto* buttonRow = new QHBoxLayout;
     buttonRow->addWidget(count_, 1);
     buttonRow->addWidget(favourite_);
@@ -73,13 +62,17 @@ PartSearchPane::PartSearchPane(PartShortcuts& shortcuts, const FieldLabels::Text
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->setSpacing(2);
-    layout->addLayout(searchRow);
     layout->addWidget(tabs_, 1);
     layout->addLayout(buttonRow);
 
     connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (!text.trimmed().isEmpty()) tabs_->setCurrentIndex(HitsTab);
         emit queryChanged(text, everyWindow());
+        updateButtons();
+    });
+    connect(listButton_, &QToolButton::toggled, this, [this](bool down) {
+        if (down && query().trimmed().isEmpty()) tabs_->setCurrentIndex(FavouritesTab);
+        updateButtons();
     });
     connect(everyWindow_, &QCheckBox::toggled, this,
             [this](bool every) { emit queryChanged(query(), every); });
@@ -91,7 +84,40 @@ PartSearchPane::PartSearchPane(PartShortcuts& shortcuts, const FieldLabels::Text
     showResult({});
 }
 
-PartSearchPane::~PartSearchPane() = default;
+PartSearchPane::~PartSearchPane() {
+    if (bar_ && bar_->parent() == nullptr) delete bar_;
+}
+
+void PartSearchPane::buildBar() {
+    bar_ = new QWidget;
+    field_ = new QLineEdit(bar_);
+    field_->setAccessibleName(QStringLiteral("부품 검색"));
+    field_->setPlaceholderText(QStringLiteral("부품 검색: 이름, 규격, 재질, 초성"));
+    field_->setToolTip(QStringLiteral("여러 낱말을 띄어 쓰면 모두 담은 부품을 찾습니다. "
+                                      "초성만으로도 찾습니다(ㅇㄱㅂㅌ → 육각볼트)."));
+    field_->setClearButtonEnabled(true);
+    for (QAbstractButton* clear : field_->findChildren<QAbstractButton*>())
+        clear->setAccessibleName(QStringLiteral("검색어 지우기"));
+    field_->installEventFilter(this);
+    everyWindow_ = new QCheckBox(QStringLiteral("모든 관리창"), bar_);
+    everyWindow_->setAccessibleName(everyWindow_->text());
+    everyWindow_->setToolTip(QStringLiteral("모든 관리창의 도면에서 찾습니다."));
+    listButton_ = new QToolButton(bar_);
+    listButton_->setText(QStringLiteral("★"));
+    listButton_->setCheckable(true);
+    listButton_->setAccessibleName(QStringLiteral("즐겨찾기와 최근 삽입 목록"));
+    listButton_->setToolTip(listButton_->accessibleName());
+    auto* row = new QHBoxLayout(bar_);
+    row->setContentsMargins(2, 2, 2, 2);
+    row->setSpacing(4);
+    row->addWidget(field_, 1);
+    row->addWidget(everyWindow_);
+    row->addWidget(listButton_);
+}
+
+bool PartSearchPane::wantsLists() const {
+    return !query().trimmed().isEmpty() || listButton_->isChecked();
+}
 
 void PartSearchPane::buildLists() {
     tabs_ = new QTabWidget(this);
@@ -202,6 +228,10 @@ void PartSearchPane::showMenu(QAbstractItemView* view, const QPoint& at) {
 }
 
 void PartSearchPane::updateButtons() {
+    if (wantsLists() != listsShown_) {
+        listsShown_ = wantsLists();
+        emit listsWanted(listsShown_);
+    }
     const std::optional<PartShortcut> part = currentPart();
     insert_->setEnabled(part.has_value());
     favourite_->setEnabled(part.has_value());
@@ -211,8 +241,9 @@ void PartSearchPane::updateButtons() {
 bool PartSearchPane::eventFilter(QObject* watched, QEvent* event) {
     if (watched == field_ && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Escape && !field_->text().isEmpty()) {
+        if (key == Qt::Key_Escape && (!field_->text().isEmpty() || listButton_->isChecked())) {
             field_->clear();
+            listButton_->setChecked(false);
             return true;
         }
         // Down from the field into the hits, as in a browser's address bar.

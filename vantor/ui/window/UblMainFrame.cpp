@@ -7,10 +7,10 @@
 #include <QPixmap>
 #include <QMenu>
 #include <QMenuBar>
-#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
@@ -204,18 +204,18 @@ void CUblMainFrame::buildStatusBar() {
 
 void CUblMainFrame::buildClientArea() {
     mainSplitter_ = new CViewSplitter(Qt::Horizontal, 2, this);
-    // The search stands above the trees, in a splitter of its own so that its lists can be
-    // given room without moving the trees' kept pane sizes.
-    auto* leftColumn = new QSplitter(Qt::Vertical, mainSplitter_);
-    leftColumn->setObjectName(QStringLiteral("searchSplitter"));
-    leftColumn->setChildrenCollapsible(false);
-    searchPane_ = new PartSearchPane(settings_.shortcuts, settings_.labels, leftColumn);
+    // The search bar stands above the trees; its lists take the drawing tree's place while
+    // they are wanted, so the trees keep their kept pane sizes.
+    auto* leftColumn = new QWidget(mainSplitter_);
+    searchPane_ = new PartSearchPane(settings_.shortcuts, settings_.labels);
     search_ = new FrameSearch(*this, *searchPane_, settings_);
+    connect(searchPane_, &PartSearchPane::listsWanted, this, [this] { showUpperLeftView(); });
     leftSplitter_ = new CViewSplitter(Qt::Vertical, 2, leftColumn);
-    leftColumn->addWidget(searchPane_);
-    leftColumn->addWidget(leftSplitter_);
-    leftColumn->setStretchFactor(0, 0);
-    leftColumn->setStretchFactor(1, 1);
+    auto* leftLayout = new QVBoxLayout(leftColumn);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->setSpacing(0);
+    leftLayout->addWidget(searchPane_->bar());
+    leftLayout->addWidget(leftSplitter_, 1);
     rightSplitter_ = new CViewSplitter(Qt::Vertical, 2, mainSplitter_);
     rightUpperSplitter_ = new CViewSplitter(Qt::Vertical, 2, rightSplitter_);
     mainSplitter_->addView(0, leftColumn);
@@ -226,6 +226,7 @@ void CUblMainFrame::buildClientArea() {
     explorer_ = new CShellTreeViewEx(dialogs_, leftSplitter_);
     leftSplitter_->addView(0, drawingTree_);
     leftSplitter_->addView(0, explorer_);
+    leftSplitter_->addView(0, searchPane_);
     categoryTree_ = new CVNTreeViewEx(leftSplitter_);
     categoryTree_->showTree(tree_, *treeModel_);
     leftSplitter_->addView(1, categoryTree_);
@@ -427,13 +428,19 @@ void CUblMainFrame::handleMessage(unsigned message, std::intptr_t wParam, std::i
     }
 }
 
+void CUblMainFrame::showUpperLeftView() {
+    QWidget* side = selection_.side == LeftPane::DrawingTree ? static_cast<QWidget*>(drawingTree_)
+                                                             : explorer_;
+    leftSplitter_->showView(0, searchPane_->wantsLists() ? searchPane_ : side);
+}
+
 void CUblMainFrame::switchPane(LeftPane side) {
     selection_.side = side;
     const bool tree = side == LeftPane::DrawingTree;
     settings_.ublView = tree ? 1 : 0;
     settings_.displayMode = tree;
     commandAction(tree ? 1200 : 1201)->setChecked(true);
-    leftSplitter_->showView(0, tree ? static_cast<QWidget*>(drawingTree_) : explorer_);
+    showUpperLeftView();
     if (tree) {
         categoryTree_->showTree(tree_, *treeModel_);
         if (drawingTree_->currentPath().empty() && !list_.empty())

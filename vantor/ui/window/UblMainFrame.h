@@ -128,6 +128,9 @@ private:
     void wireViews();
     QAction* makeAction(int id, bool forToolBar);
     void applyPaneSizes();
+    // Above the category tree: the search's lists while they are wanted, else the drawing
+    // tree or the explorer, as the side chosen.
+    void showUpperLeftView();
     void storeGeometry();
     void storePaneSizes();
 

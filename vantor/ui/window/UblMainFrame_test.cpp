@@ -9,6 +9,7 @@
 #include <QListView>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QTreeView>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -39,6 +40,7 @@
 #include "vantor/ui/window/RecListView.h"
 #include "vantor/ui/window/UblMainFrame.h"
 #include "vantor/ui/window/UblPreviewView.h"
+#include "vantor/ui/window/UblTreeView.h"
 #include "vantor/ui/window/VNTreeViewEx.h"
 #include "vantor/ui/window/ViewSplitter.h"
 
@@ -108,7 +110,10 @@ TEST_F(LibraryFrame, SearchNarrowsAsTypedAndAChosenHitIsShownAndKeptAsAFavourite
     auto frame = open();
     PartSearchPane& pane = *frame->searchPane();
     QAbstractItemModel& hits = *pane.hitView()->model();
+    EXPECT_EQ(frame->splitter(1)->shownView(0), static_cast<QWidget*>(frame->drawingTree()));
     QTest::keyClicks(pane.field(), "m12");
+    // The lists take the drawing tree's place while a query stands.
+    EXPECT_EQ(frame->splitter(1)->shownView(0), static_cast<QWidget*>(&pane));
     const int latinHits = hits.rowCount();
     EXPECT_GT(latinHits, 2);
     pane.field()->insert(" ㅇㄱ");  // as an input method commits Korean text
@@ -126,12 +131,15 @@ TEST_F(LibraryFrame, SearchNarrowsAsTypedAndAChosenHitIsShownAndKeptAsAFavourite
     ASSERT_EQ(settings_.shortcuts.favourites().size(), 1u);
     EXPECT_EQ(settings_.shortcuts.favourites()[0].label, "육각볼트 M12x50");
     EXPECT_EQ(pane.favouriteButton()->text(), "즐겨찾기에서 빼기");
-    pane.tabs()->setCurrentIndex(PartSearchPane::FavouritesTab);
     EXPECT_EQ(pane.favouriteView()->model()->rowCount(), 1);
 
     QTest::keyClick(pane.field(), Qt::Key_Escape);
     EXPECT_TRUE(pane.field()->text().isEmpty());
     EXPECT_EQ(hits.rowCount(), 0);
+    EXPECT_EQ(frame->splitter(1)->shownView(0), static_cast<QWidget*>(frame->drawingTree()));
+    pane.listButton()->click();  // the short lists without a query
+    EXPECT_EQ(frame->splitter(1)->shownView(0), static_cast<QWidget*>(&pane));
+    EXPECT_EQ(pane.tabs()->currentIndex(), PartSearchPane::FavouritesTab);
     QTest::keyClicks(pane.field(), "xyzzy");
     EXPECT_EQ(pane.findChild<QLabel*>()->text(), "찾는 부품이 없습니다.");
     EXPECT_TRUE(dialogs_.messageBoxes().empty());
