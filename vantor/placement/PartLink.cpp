@@ -65,7 +65,7 @@ std::optional<RecordLocation> search(ObjectId dictionary, const PartRecord& reco
         if (!record.key.empty() && entry.key != record.key) continue;
         PartRecord stored;
         if (readPartRecord(entry.id, stored) == ErrorStatus::eOk && sameTexts(stored, record))
-            return RecordLocation{entry.id, entry.key, path};
+            return RecordLocation{entry.id, entry.key, dictionary, path};
     }
     for (const auto& entry : entries) {
         path.push_back(entry.key);

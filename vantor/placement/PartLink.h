@@ -67,6 +67,7 @@ std::optional<PartLink> partLinkOf(const cad::db::DbObject& object);
 struct RecordLocation {
     cad::db::ObjectId recordId;
     std::string key;
+    cad::db::ObjectId groupId;
     std::vector<std::string> groupPath;
 };
 std::optional<RecordLocation> locateRecord(cad::db::Database& library, const PartRecord& record);

@@ -1,6 +1,6 @@
 // Placed parts and their records: the link a placement leaves, kept through DXF and DWG saves
-// and readable by ezdxf; the comparison after a record changed or went; the update, its undo,
-// and the command line's question.
+// and readable by ezdxf; the comparison after a record changed or went; the update and its
+// undo. The command's question is tested in the host (tests/placement).
 #include "vantor/placement/PartSync.h"
 
 #include <gtest/gtest.h>
@@ -13,13 +13,11 @@
 #include "cad/db/BlockReference.h"
 #include "cad/db/RegAppTableRecord.h"
 #include "cad/ed/Editor.h"
-#include "cad/ed/ScriptInputSource.h"
 #include "cad/sys/TestTempFolder.h"
 #include "tests/support/ExternalReaders.h"
 #include "vantor/placement/BomMark.h"
 #include "vantor/placement/PartLink.h"
 #include "vantor/placement/PartPlacement.h"
-#include "vantor/placement/PartSyncCommand.h"
 #include "vantor/placement/PlacementTestDrawing.h"
 #include "vantor/store/LibraryDrawingCache.h"
 
@@ -211,33 +209,6 @@ TEST_F(PartSyncTest, GoneRecordsAreListedAndLeftAsTheyAre) {
     EXPECT_EQ(list.rows[0].state, "도면 없음");
     EXPECT_FALSE(list.rows[0].updatable);
     EXPECT_EQ(carried(target), before);
-}
-
-TEST_F(PartSyncTest, CommandLineAsksAndUpdatesOnlyOnYes) {
-    place();
-    changeRecord([](PartRecord& r) { r.kname = "육각머리볼트"; });
-    for (const auto& [answer, updates] : {std::pair{"No", 0}, std::pair{"", 1}}) {
-        SCOPED_TRACE(answer);
-        cad::ed::ScriptInputSource script({answer});
-        editor.setInputSource(&script);
-        const int updated = runPartSync(target, editor, [&](const PartSyncList& list) {
-            return presentSyncOnCommandLine(list, editor);
-        });
-        EXPECT_EQ(updated, updates);
-    }
-    const std::string shown = editor.commandLine().text();
-    EXPECT_NE(shown.find("라이브러리와 다른 부품: 변경 1개, 없어짐 0개 (연결된 부품 1개)"),
-              std::string::npos)
-        << shown;
-    EXPECT_NE(shown.find("NAME: 육각볼트 → 육각머리볼트"), std::string::npos);
-    EXPECT_NE(shown.find(kSyncUpdatePrompt), std::string::npos);
-    EXPECT_NE(shown.find("부품 1개의 BOM 속성 1개를 갱신했습니다."), std::string::npos);
-    runPartSync(target, editor, [](const PartSyncList&) {
-        ADD_FAILURE() << "nothing to list";
-        return false;
-    });
-    EXPECT_NE(editor.commandLine().text().find("연결된 부품 1개가 모두 라이브러리와 같습니다."),
-              std::string::npos);
 }
 
 TEST(PartLinkData, ReplacesItsOwnDataKeepsOthersAndSkipsWhatDoesNotRead) {

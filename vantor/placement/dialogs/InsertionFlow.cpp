@@ -18,6 +18,7 @@
 #include "vantor/host/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
 #include "vantor/placement/Insertion.h"
+#include "vantor/placement/PartLink.h"
 #include "vantor/placement/dialogs/DrawOptionDlg.h"
 #include "vantor/placement/dialogs/PlacementDialogContext.h"
 #include "vantor/placement/dialogs/UserBlockDlg.h"
@@ -62,48 +63,6 @@ bool insertWithDialog(QWidget* parent, UserBlockInput input, PlacementDialogCont
                          context.settings, states);
 }
 
-namespace {
-
-bool sameRecord(const PartRecord& a, const PartRecord& b) {
-    for (std::size_t i = 0; i < PartRecord::kTextCount; ++i)
-        if (a.text(i) != b.text(i)) return false;
-    return a.viewBlocks == b.viewBlocks;
-}
-
-// The group dictionary under `dictionary` that holds the record: its key there and its texts.
-// The record's id is no help: it named the record in a read of the drawing that may be gone.
-cad::db::ObjectId findGroup(cad::db::ObjectId dictionary, const PartRecord& record) {
-    std::vector<cad::db::Dictionary::Entry> entries;
-    {
-        auto opened = cad::db::open<cad::db::Dictionary>(dictionary, cad::db::OpenMode::ForRead);
-        if (!opened) return {};
-        entries = opened->entries();
-    }
-    for (const auto& entry : entries) {
-        if (entry.key != record.key) continue;
-        PartRecord stored;
-        if (readPartRecord(entry.id, stored) == cad::ErrorStatus::eOk && sameRecord(stored, record))
-            return dictionary;
-    }
-    for (const auto& entry : entries) {
-        const cad::db::ObjectId found = findGroup(entry.id, record);
-        if (!found.isNull()) return found;
-    }
-    return {};
-}
-
-cad::db::ObjectId groupOf(cad::db::Database& library, const PartRecord& record) {
-    for (LibraryKind kind : {LibraryKind::Supplier, LibraryKind::User}) {
-        const cad::db::ObjectId root = libraryDictionaryId(library, kind, false);
-        if (root.isNull()) continue;
-        const cad::db::ObjectId found = findGroup(root, record);
-        if (!found.isNull()) return found;
-    }
-    return {};
-}
-
-}  // namespace
-
 bool reopenUserBlockDlg(InsertionState& state, PlacementDialogContext& context, QWidget* parent) {
     if (!state.record.loaded) {
         const std::optional<DrawOptionValues> values = CDrawOptionDlg::run(
@@ -124,8 +83,8 @@ bool reopenUserBlockDlg(InsertionState& state, PlacementDialogContext& context, 
     input.lastBlock = state.blockName;
     input.scale = state.scale;
     if (library) {
-        const cad::db::ObjectId group = groupOf(*library, state.record);
-        if (!group.isNull()) input.records = readGroupRecords(group).records;
+        if (std::optional<RecordLocation> found = locateRecord(*library, state.record))
+            input.records = readGroupRecords(found->groupId).records;
     }
     auto same = std::find_if(input.records.begin(), input.records.end(),
                              [&](const PartRecord& r) { return r.key == state.record.key; });
