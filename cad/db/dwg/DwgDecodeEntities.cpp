@@ -1,6 +1,8 @@
 // The drawing entities of DWG records: texts, block references, the polylines and their
 // vertices, curves, faces and splines, each written as the DXF tags of the same entity.
 #include <array>
+#include <iterator>
+#include <utility>
 #include <vector>
 
 #include "cad/db/dwg/DwgObjectDecoder.h"
@@ -449,6 +451,7 @@ bool DwgObjectDecoder::entityFields(DwgRecord& r) {
             point(r, 11, direction);
             return true;
         }
+        case 0x2F: mlineFields(r); return true;
         case 0x4D: lwpolylineFields(r); return true;
         default: break;
     }
@@ -458,6 +461,49 @@ bool DwgObjectDecoder::entityFields(DwgRecord& r) {
         return true;
     }
     return false;
+}
+
+// A multiline: its vertices, each with the directions of its segment and its miter, and per
+// line of its style the parameters of the segment's dashes and of its fill.
+void DwgObjectDecoder::mlineFields(DwgRecord& r) {
+    const double scale = data_.bitDouble();
+    const int justification = data_.rawChar();
+    const ge::Point3d base = data_.point3Bit();
+    const ge::Point3d extrusion = data_.point3Bit();
+    const int flags = data_.bitShort();  // 1 with vertices, 2 closed, as DXF has them
+    const int lines = data_.rawChar();
+    const int vertices = data_.bitShort();
+    if (!fitsIn(vertices)) return;
+    marker(r, "AcDbMline");
+    std::vector<DwgTag> fields;
+    std::swap(fields, r.tags);
+    for (int v = 0; v < vertices && !data_.failed(); ++v) {
+        point(r, 11, data_.point3Bit());
+        point(r, 12, data_.point3Bit());
+        point(r, 13, data_.point3Bit());
+        for (int l = 0; l < lines && !data_.failed(); ++l) {
+            for (const int code : {74, 75}) {
+                const int count = data_.bitShort();
+                if (!fitsIn(count)) return;
+                integer(r, code, count);
+                for (int i = 0; i < count && !data_.failed(); ++i) real(r, code - 33, data_.bitDouble());
+            }
+        }
+    }
+    const std::uint64_t style = ref();
+    // The head goes before the vertices, which are read first.
+    std::swap(fields, r.tags);
+    nameTag(r, 2, style);
+    if (style != 0) handleTag(r, 340, style);
+    real(r, 40, scale);
+    integer(r, 70, justification);
+    integer(r, 71, flags);
+    integer(r, 72, vertices);
+    integer(r, 73, lines);
+    point(r, 10, base);
+    point(r, 210, extrusion);
+    r.tags.insert(r.tags.end(), std::make_move_iterator(fields.begin()),
+                  std::make_move_iterator(fields.end()));
 }
 
 void DwgObjectDecoder::lwpolylineFields(DwgRecord& r) {

@@ -50,6 +50,7 @@ bool DwgObjectDecoder::objectFields(DwgRecord& r) {
         case 0x2A: dictionaryFields(r, false); return true;
         case 0x49: {
             const std::string styleName = data_.text();
+            r.name = styleName;  // what multilines name their style by
             const std::string description = data_.text();
             const int stored = data_.bitShort();
             const int flags = mlineStyleFlagsFromDwg(stored);

@@ -316,6 +316,39 @@ bool DwgEncoder::encodeEntity(EncodedRecord& r, const DwgItem& item, int type) {
             }
             return true;
         }
+        case 0x2F: {
+            commonEntity(r, item, type);
+            const long lines = item.integer(73);
+            long vertices = 0;
+            for (const auto& [c, v] : item.tags) vertices += c == 11 ? 1 : 0;
+            d.bitDouble(item.real(40, 1.0));
+            d.rawChar(static_cast<std::uint8_t>(item.integer(70)));
+            d.point3Bit(item.point(10));
+            d.point3Bit(extrusion());
+            d.bitShort(static_cast<std::int16_t>(item.integer(71, 1)));
+            d.rawChar(static_cast<std::uint8_t>(lines));
+            d.bitShort(static_cast<std::int16_t>(vertices));
+            // Each vertex with its directions, then per line of the style its dash and fill
+            // parameters, in the order DXF lays them out.
+            std::size_t at = 0;
+            while (at < item.tags.size() && item.tags[at].first != 11) ++at;
+            DwgItemCursor t(item.tags, at);
+            for (long v = 0; v < vertices; ++v) {
+                t.seek(11);
+                d.point3Bit(t.point(11));
+                d.point3Bit(t.point(12));
+                d.point3Bit(t.point(13));
+                for (long l = 0; l < lines; ++l) {
+                    for (const int code : {74, 75}) {
+                        const long count = t.integer(code);
+                        d.bitShort(static_cast<std::int16_t>(count));
+                        for (long i = 0; i < count; ++i) d.bitDouble(t.real(code - 33));
+                    }
+                }
+            }
+            h.handle(kHardPointer, item.handleOf(340));
+            return true;
+        }
         case 0x28:
         case 0x29:
             commonEntity(r, item, type);

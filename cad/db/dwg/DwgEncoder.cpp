@@ -89,7 +89,7 @@ std::optional<int> DwgEncoder::typeOf(const DwgItem& item) const {
         {"LEADER", 0x2D},      {"TOLERANCE", 0x2E},    {"DICTIONARY", 0x2A}, {"MTEXT", 0x2C},
         {"BLOCK_RECORD", 0x31}, {"LAYER", 0x33},     {"STYLE", 0x35},     {"LTYPE", 0x39},
         {"VIEW", 0x3D},        {"UCS", 0x3F},        {"VPORT", 0x41},     {"APPID", 0x43},
-        {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"MLINESTYLE", 0x49},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
+        {"DIMSTYLE", 0x45},    {"GROUP", 0x48},      {"MLINE", 0x2F},      {"MLINESTYLE", 0x49},      {"LWPOLYLINE", 0x4D}, {"XRECORD", 0x4F},
         {"ACDBPLACEHOLDER", 0x50}, {"LAYOUT", 0x52},
     };
     if (item.type == "DIMENSION") {

@@ -209,6 +209,44 @@ TEST(DwgWriter, EveryShortFormOfTheEncodingReadsBack) {
     EXPECT_EQ(entitiesOf(back), entitiesOf(source));
 }
 
+// The structures of one type in DXF text, one after another.
+std::string structuresOf(const std::string& text, const std::string& type) {
+    std::string out;
+    const std::string start = "\n  0\n" + type + "\n";
+    // Reals are compared as numbers would be: "1E-16" and "1e-16" are one value.
+    for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start, at + 1)) {
+        out += text.substr(at, text.find("\n  0\n", at + 1) - at);
+    }
+    for (char& c : out) {
+        if (c == 'E') c = 'e';
+    }
+    return out;
+}
+
+TEST(DwgWriter, MultilinesKeepEveryVertexAndLineThroughBothVersions) {
+    // The engine keeps multilines as their tags; DWG stores their vertices with the direction
+    // of each segment and miter, and per line of the style its dash and fill parameters.
+    Database source(false);
+    ASSERT_EQ(source.readDwgFile(corpus("netdxf__sample.dxf"), sys::ShareMode::DenyNone),
+              ErrorStatus::eOk);
+    const std::string before = structuresOf(entitiesOf(source), "MLINE");
+    ASSERT_NE(before.find("AcDbMline"), std::string::npos);
+    for (const DwgVersion version : {DwgVersion::R2000, DwgVersion::R14}) {
+        std::string bytes;
+        std::vector<std::string> messages;
+        ASSERT_EQ(DwgWriter::write(source, bytes, messages, version), ErrorStatus::eOk);
+        for (const std::string& message : messages) {
+            EXPECT_EQ(message.find("MLINE"), std::string::npos) << message;
+        }
+        DwgTranslation translation;
+        ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
+        EXPECT_EQ(translation.read["MLINE"], 2);
+        Database back(false);
+        ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
+        EXPECT_EQ(structuresOf(entitiesOf(back), "MLINE"), before);
+    }
+}
+
 TEST(DwgWriter, HeaderVariablesTheEngineUsesReadBack) {
     const std::string dxf = dxfOf(
         "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $INSBASE|10 1.5|20 2.5|30 0.0|"
