@@ -34,9 +34,4 @@ bool CListBase::build(cad::db::Database& db) {
     return true;
 }
 
-cad::ErrorStatus CListBase::save(cad::db::Database& db) {
-    return saveLibraryDrawing(db, dialogs_,
-                              "파일이름을 가져올 수 없습니다.\n- CListBase::saveDWG() error");
-}
-
 }  // namespace vantor

@@ -1,5 +1,5 @@
 // The block list of a library drawing: every block definition a part can be built from, with
-// its description and whether it carries a preview icon; and the drawing's save after a change.
+// its description and whether it carries a preview icon.
 #pragma once
 
 #include <string>
@@ -31,9 +31,6 @@ public:
     // file name: the list would not know which drawing to save its changes to.
     bool build(cad::db::Database& db);
     const std::vector<BlockListEntry>& blocks() const { return blocks_; }
-
-    // Saves the drawing under its own name, as after every change.
-    cad::ErrorStatus save(cad::db::Database& db);
 
 private:
     cad::app::UserDialogs& dialogs_;

@@ -1,4 +1,4 @@
-// The block list of a library drawing and its save, with the file-name messages.
+// The block list of a library drawing, with the file-name message.
 #include "vantor/store/ListBase.h"
 
 #include <gtest/gtest.h>
@@ -10,8 +10,6 @@
 #include "cad/db/Database.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SymbolTable.h"
-#include "cad/sys/FileSystem.h"
-#include "cad/sys/TestTempFolder.h"
 #include "vantor/ui/TestDialogs.h"
 
 namespace vantor {
@@ -51,36 +49,17 @@ TEST(ListBase, ListsNamedBlocksOnlyInTableOrder) {
     EXPECT_EQ(db.openObjectCount(), 0);
 }
 
-TEST(ListBase, DrawingWithoutFileNameIsNeitherListedNorSaved) {
+TEST(ListBase, DrawingWithoutFileNameIsNotListed) {
     cad::db::Database db;
     addBlock(db, "HEX-M10", 0, "", "");
     cad::app::ScriptedDialogs dialogs;
     CListBase list(dialogs);
     EXPECT_FALSE(list.build(db));
     EXPECT_TRUE(list.blocks().empty());
-    EXPECT_NE(list.save(db), cad::ErrorStatus::eOk);
-    const std::string told = "파일 이름 확인 에러: 파일이름을 가져올 수 없습니다.\n- CListBase::";
     EXPECT_EQ(testing_support::boxesShown(dialogs),
-              (std::vector<std::string>{
-                  told + "BuildDWG(AcDbDatabase * pDb, BOOL bDocument) error [error]",
-                  told + "saveDWG() error [error]"}));
-}
-
-TEST(ListBase, SaveWritesTheDrawingUnderItsNameAndDropsItsCache) {
-    cad::sys::TestTempFolder folder;
-    cad::db::Database db;
-    ASSERT_EQ(db.saveAs(folder.file("Parts.dxf")), cad::ErrorStatus::eOk);
-    folder.writeBytes("parts.vnf", "stale");
-    addBlock(db, "HEX-M10", 0, "", "");
-    cad::app::ScriptedDialogs dialogs;
-    CListBase list(dialogs);
-    ASSERT_EQ(list.save(db), cad::ErrorStatus::eOk);
-    EXPECT_FALSE(cad::sys::fileExists(folder.file("parts.vnf")));
-    cad::db::Database reread(false, true);
-    ASSERT_EQ(reread.readDwgFile(folder.file("Parts.dxf")), cad::ErrorStatus::eOk);
-    ASSERT_TRUE(list.build(reread));
-    ASSERT_EQ(list.blocks().size(), 1u);
-    EXPECT_EQ(list.blocks()[0].name, "HEX-M10");
+              std::vector<std::string>{"파일 이름 확인 에러: 파일이름을 가져올 수 없습니다.\n- "
+                                       "CListBase::BuildDWG(AcDbDatabase * pDb, BOOL bDocument) "
+                                       "error [error]"});
 }
 
 }  // namespace

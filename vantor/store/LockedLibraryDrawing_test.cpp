@@ -206,8 +206,10 @@ TEST_F(LockedDrawing, TwoProcessesSavingAtOnceKeepBothChanges) {
 TEST_F(LockedDrawing, SavesFollowOnlyTheirOwnWrites) {
     LockedLibraryDrawing drawing;
     ASSERT_EQ(drawing.open(path, dialogs, WhenHeld::Refuse), ErrorStatus::eOk);
+    folder.writeBytes("bolts.vnf", "stale");
     change(drawing.database(), "FIRST");
     EXPECT_EQ(drawing.save(dialogs, "-"), ErrorStatus::eOk);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("bolts.vnf")));  // the tree cache goes
     // The file is now our own save: a second change in the same session goes in too.
     change(drawing.database(), "SECOND");
     EXPECT_EQ(drawing.save(dialogs, "-"), ErrorStatus::eOk);
