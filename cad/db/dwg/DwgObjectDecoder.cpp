@@ -180,7 +180,7 @@ void DwgObjectDecoder::binaryTags(DwgRecord& r, int code, const std::string& byt
 }
 
 DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, DwgRecord& record,
-                                                   bool deferEntityFields) {
+                                                   Pass pass) {
     error_.clear();
     crcMatched_ = true;
     // The record's buffers are reused from one object to the next.
@@ -211,7 +211,7 @@ DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, Dwg
         return Outcome::Damaged;
     }
     const std::string_view body = file_.substr(dataStart, static_cast<std::size_t>(size));
-    if (file_.size() - dataStart - size >= 2) {
+    if (pass != Pass::Deferred && file_.size() - dataStart - size >= 2) {
         const auto stored = static_cast<std::uint16_t>(
             static_cast<std::uint8_t>(file_[dataStart + size]) |
             (static_cast<std::uint8_t>(file_[dataStart + size + 1]) << 8));
@@ -245,7 +245,7 @@ DwgObjectDecoder::Outcome DwgObjectDecoder::decode(const DwgMapEntry& entry, Dwg
                      .message;
         return Outcome::Unreadable;
     }
-    if (deferEntityFields && entity && deferrable(record)) return Outcome::Deferred;
+    if (pass == Pass::DeferEntityFields && entity && deferrable(record)) return Outcome::Deferred;
     if (!decodeFields(record)) return Outcome::NotDecoded;
     if (data_.failed() || handles_.failed()) {
         error_ = dwgError(dataStart + (data_.failed() ? data_.failedAt() : handles_.failedAt()) / 8,

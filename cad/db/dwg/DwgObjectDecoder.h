@@ -26,10 +26,15 @@ public:
         Damaged,      // the record lies outside the file: error() says where and why
         Unreadable,   // the record's fields do not read as its type's: error() says where
         // Asked to defer: an entity of a type whose fields are always decoded, read as far as
-        // its common part; decode it again in full when its fields are wanted.
+        // its common part; decode it again with Pass::Deferred when its fields are wanted.
         Deferred,
     };
-    Outcome decode(const DwgMapEntry& entry, DwgRecord& record, bool deferEntityFields = false);
+    enum class Pass {
+        Whole,
+        DeferEntityFields,
+        Deferred,  // the fields of a deferred entity: its check value was checked the first time
+    };
+    Outcome decode(const DwgMapEntry& entry, DwgRecord& record, Pass pass = Pass::Whole);
     const std::string& error() const { return error_; }
     // Whether the last record's check value matched.
     bool checkValueMatched() const { return crcMatched_; }
