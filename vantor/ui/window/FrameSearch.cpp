@@ -3,6 +3,7 @@
 #include "vantor/search/CachedParts.h"
 #include "vantor/search/SearchScope.h"
 #include "vantor/ui/ModuleSettings.h"
+#include "vantor/ui/window/ListViewEx.h"
 #include "vantor/ui/window/PartSearchPane.h"
 #include "vantor/ui/window/UblMainFrame.h"
 
@@ -21,6 +22,9 @@ FrameSearch::FrameSearch(CUblMainFrame& frame, PartSearchPane& pane, ModuleSetti
             [this](const PartShortcut& part) { choose(part); });
     connect(&pane_, &PartSearchPane::insertRequested, this,
             [this](const PartShortcut& part) { insert(part); });
+    connect(&pane_, &PartSearchPane::dragRequested, this, [this](const PartShortcut& part) {
+        if (frame_.showPart(part)) frame_.partList()->dragCurrentRecord();
+    });
 }
 
 void FrameSearch::windowListChanged() {

@@ -48,7 +48,9 @@ void CListViewEx::selectRecord(std::int64_t handle) {
         }
 }
 
-void CListViewEx::startDrag(Qt::DropActions) {
+void CListViewEx::startDrag(Qt::DropActions) { dragCurrentRecord(); }
+
+void CListViewEx::dragCurrentRecord() {
     if (currentRecord() == nullptr || !prepareDrag_ || !prepareDrag_()) return;
     auto* mime = new QMimeData;
     mime->setData(cad::app::kCommandMimeType, QByteArray("_UBLI\n"));

@@ -25,6 +25,9 @@ public:
         prepareDrag_ = std::move(prepare);
         dragEnded_ = std::move(ended);
     }
+    // Drags the current record as if the user had started the drag here (the search's hits
+    // drag the record they show this way).
+    void dragCurrentRecord();
 
 signals:
     void recordChosen(const PartRecord* record);

@@ -14,6 +14,7 @@
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <functional>
 
 #include "vantor/ui/models/SearchHitModel.h"
 #include "vantor/ui/models/ShortcutListModel.h"
@@ -26,8 +27,25 @@ const QString kAddFavourite = QStringLiteral("즐겨찾기에 추가");
 const QString kRemoveFavourite = QStringLiteral("즐겨찾기에서 빼기");
 const QString kInsert = QStringLiteral("삽입");
 
-QListView* makeShortList(const QString& name, QWidget* parent) {
-    auto* view = new QListView(parent);
+// A list whose drag is handed to the pane, which has the part list drag the record: one drag
+// of a part, wherever it starts.
+template <typename View>
+class DragOutView : public View {
+public:
+    DragOutView(std::function<void()> drag, QWidget* parent) : View(parent), drag_(std::move(drag)) {
+        this->setDragEnabled(true);
+        this->setDragDropMode(QAbstractItemView::DragOnly);
+    }
+
+protected:
+    void startDrag(Qt::DropActions) override { drag_(); }
+
+private:
+    std::function<void()> drag_;
+};
+
+QListView* makeShortList(const QString& name, std::function<void()> drag, QWidget* parent) {
+    auto* view = new DragOutView<QListView>(std::move(drag), parent);
     view->setAccessibleName(name);
     view->setUniformItemSizes(true);
     view->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -122,7 +140,10 @@ bool PartSearchPane::wantsLists() const {
 void PartSearchPane::buildLists() {
     tabs_ = new QTabWidget(this);
     tabs_->setAccessibleName(QStringLiteral("검색 결과와 부품 목록"));
-    hitView_ = new QTreeView(tabs_);
+    const auto drag = [this] {
+        if (std::optional<PartShortcut> part = currentPart()) emit dragRequested(*part);
+    };
+    hitView_ = new DragOutView<QTreeView>(drag, tabs_);
     hitView_->setAccessibleName(QStringLiteral("검색 결과"));
     hitView_->setRootIsDecorated(false);
     hitView_->setUniformRowHeights(true);
@@ -131,9 +152,9 @@ void PartSearchPane::buildLists() {
     hitView_->setModel(hits_.get());
     hitView_->header()->setStretchLastSection(true);
     hitView_->header()->resizeSection(SearchHitModel::KName, 110);
-    favouriteView_ = makeShortList(QStringLiteral("즐겨찾기"), tabs_);
+    favouriteView_ = makeShortList(QStringLiteral("즐겨찾기"), drag, tabs_);
     favouriteView_->setModel(favourites_.get());
-    recentView_ = makeShortList(QStringLiteral("최근 삽입"), tabs_);
+    recentView_ = makeShortList(QStringLiteral("최근 삽입"), drag, tabs_);
     recentView_->setModel(recent_.get());
     tabs_->addTab(hitView_, QStringLiteral("검색 결과"));
     tabs_->addTab(favouriteView_, QStringLiteral("즐겨찾기"));

@@ -65,6 +65,8 @@ signals:
     void queryChanged(const QString& query, bool everyWindow);
     void partChosen(const vantor::PartShortcut& part);
     void insertRequested(const vantor::PartShortcut& part);
+    // A hit or a short list's part is being dragged out: the frame drags its record.
+    void dragRequested(const vantor::PartShortcut& part);
     // wantsLists() changed.
     void listsWanted(bool wanted);
 
