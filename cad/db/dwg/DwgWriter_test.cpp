@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -245,6 +246,64 @@ TEST(DwgWriter, MultilinesKeepEveryVertexAndLineThroughBothVersions) {
         ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
         EXPECT_EQ(structuresOf(entitiesOf(back), "MLINE"), before);
     }
+}
+
+TEST(DwgWriter, ALargeModelSpaceReadsBackWholeAndInOrder) {
+    // Past some thousands of entities the model space is read in two halves side by side:
+    // polylines with their vertices and references with their attributes on either side of
+    // the cut come back in their places, and counted.
+    std::string entities;
+    int handle = 0x200;
+    const auto next = [&handle] {
+        char text[16];
+        std::snprintf(text, sizeof text, "%X", handle++);
+        return std::string(text);
+    };
+    const auto parents = [&](double at) {
+        const std::string polyline = next();
+        entities += "0 POLYLINE|5 " + polyline + "|330 1F|100 AcDbEntity|8 0|100 AcDb2dPolyline|" +
+                    "66 1|10 0.0|20 0.0|30 0.0|70 1|";
+        for (int v = 0; v < 3; ++v) {
+            entities += "0 VERTEX|5 " + next() + "|330 " + polyline +
+                        "|100 AcDbEntity|8 0|100 AcDbVertex|100 AcDb2dVertex|10 " +
+                        std::to_string(at + v) + "|20 1.0|30 0.0|70 0|";
+        }
+        entities += "0 SEQEND|5 " + next() + "|330 " + polyline + "|100 AcDbEntity|8 0|";
+        const std::string insert = next();
+        entities += "0 INSERT|5 " + insert + "|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|" +
+                    "66 1|2 B|10 " + std::to_string(at) + "|20 2.0|30 0.0|";
+        entities += "0 ATTRIB|5 " + next() + "|330 " + insert +
+                    "|100 AcDbEntity|8 0|100 AcDbText|10 0.0|20 0.0|30 0.0|40 1.0|1 V" +
+                    std::to_string(at) + "|100 AcDbAttribute|2 TAG|70 0|";
+        entities += "0 SEQEND|5 " + next() + "|330 " + insert + "|100 AcDbEntity|8 0|";
+    };
+    constexpr int kLines = 9000;
+    for (int i = 0; i < kLines; ++i) {
+        if (i == 10 || i == kLines / 2 || i == kLines - 10) parents(i);
+        entities += "0 LINE|5 " + next() + "|330 1F|100 AcDbEntity|8 0|100 AcDbLine|10 " +
+                    std::to_string(i) + "|20 0.0|30 0.0|11 " + std::to_string(i) +
+                    "|21 5.0|31 0.0|";
+    }
+    const std::string dxf = dxfOf(
+        "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC|0 SECTION|2 BLOCKS|"
+        "0 BLOCK|5 F0|330 F1|100 AcDbEntity|8 0|100 AcDbBlockBegin|2 B|70 2|10 0.0|20 0.0|30 0.0|3 B|1 |"
+        "0 ATTDEF|5 F3|330 F1|100 AcDbEntity|8 0|100 AcDbText|10 0.0|20 0.0|30 0.0|40 1.0|1 |"
+        "100 AcDbAttributeDefinition|3 P|2 TAG|70 0|"
+        "0 ENDBLK|5 F2|330 F1|100 AcDbEntity|8 0|100 AcDbBlockEnd|0 ENDSEC|"
+        "0 SECTION|2 ENTITIES|" + entities + "0 ENDSEC|0 EOF");
+    Database source(false);
+    ASSERT_EQ(source.readDxfBytes(dxf, "large.dxf"), ErrorStatus::eOk) << source.lastErrorMessage();
+    std::string bytes;
+    std::vector<std::string> messages;
+    ASSERT_EQ(DwgWriter::write(source, bytes, messages), ErrorStatus::eOk);
+    DwgTranslation translation;
+    ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
+    EXPECT_EQ(translation.read["LINE"], kLines);
+    EXPECT_EQ(translation.read["VERTEX_2D"], 9);
+    EXPECT_EQ(translation.read["ATTRIB"], 3);
+    Database back(false);
+    ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
+    EXPECT_EQ(entitiesOf(back), entitiesOf(source));
 }
 
 TEST(DwgWriter, HeaderVariablesTheEngineUsesReadBack) {
