@@ -9,11 +9,15 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <cerrno>
+#include <memory>
 
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/db/Database.h"
 #include "cad/gui/TestApplication.h"
 #include "cad/sys/TestTempFolder.h"
+#include "cad/sys/WriteFaults.h"
+#include "vantor/store/LockedLibraryDrawing.h"
 #include "vantor/ui/TestDialogs.h"
 #include "vantor/ui/dialogs/CompanyInfoFlow.h"
 #include "vantor/ui/dialogs/TestModal.h"
@@ -97,8 +101,9 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
         ASSERT_EQ(db.saveAs(drawing), cad::ErrorStatus::eOk);
     }
     const std::string logo = writeLogo("logo.bmp");
-    cad::db::Database db(false, true);
-    ASSERT_EQ(db.readDwgFile(drawing), cad::ErrorStatus::eOk);
+    auto db = std::make_unique<LockedLibraryDrawing>();
+    ASSERT_EQ(db->open(drawing, dialogs, LockedLibraryDrawing::WhenHeld::Refuse),
+              cad::ErrorStatus::eOk);
 
     bool stayedOpen = false;
     QString confirmText;
@@ -117,7 +122,7 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
         company.logoEdit()->setText(QString::fromStdString(logo));
         press(dialog, "id1");
     });
-    std::optional<SupplierInfo> stored = runCompanyInfo(nullptr, db, dialogs);
+    std::optional<SupplierInfo> stored = runCompanyInfo(nullptr, *db, dialogs);
 
     EXPECT_EQ(confirmText, QString::fromUtf8("입   력"));
     EXPECT_TRUE(stayedOpen);
@@ -128,13 +133,15 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
     EXPECT_EQ(stored->texts, supplier().texts);
     EXPECT_EQ(stored->logo.size(), 18134u);
     EXPECT_EQ(stored->logoPath, logo);
-    EXPECT_EQ(db.openObjectCount(), 0);
+    EXPECT_EQ(db->database().openObjectCount(), 0);
+    db.reset();  // and its lock with it
 
     // On disk, and the next run offers an update filled from it; cancel leaves it alone.
-    cad::db::Database reread(false, true);
-    ASSERT_EQ(reread.readDwgFile(drawing), cad::ErrorStatus::eOk);
-    ASSERT_TRUE(SupplierInfo::readFrom(reread));
-    EXPECT_EQ(SupplierInfo::readFrom(reread)->texts, supplier().texts);
+    LockedLibraryDrawing reread;
+    ASSERT_EQ(reread.open(drawing, dialogs, LockedLibraryDrawing::WhenHeld::Refuse),
+              cad::ErrorStatus::eOk);
+    ASSERT_TRUE(SupplierInfo::readFrom(reread.database()));
+    EXPECT_EQ(SupplierInfo::readFrom(reread.database())->texts, supplier().texts);
     QString shownName;
     QString shownLogo;
     whenModal([&](QDialog& dialog) {
@@ -149,16 +156,22 @@ TEST_F(CompanyInfo, ARefusedLogoKeepsTheDialogThenTheRecordIsSavedInTheDrawing) 
     EXPECT_EQ(confirmText, QString::fromUtf8("업데이트"));
     EXPECT_EQ(shownName, QString::fromUtf8("(주)반토정밀"));
     EXPECT_EQ(shownLogo.toStdString(), logo);
-    EXPECT_EQ(SupplierInfo::readFrom(reread)->texts, supplier().texts);
+    EXPECT_EQ(SupplierInfo::readFrom(reread.database())->texts, supplier().texts);
 }
 
 TEST_F(CompanyInfo, ARefusedLogoIsToldApartFromADrawingThatCouldNotBeSaved) {
-    cad::db::Database db;
+    const std::string drawing = folder.file("supplier.dxf");
+    ASSERT_EQ(cad::db::Database().saveAs(drawing), cad::ErrorStatus::eOk);
+    LockedLibraryDrawing db;
+    ASSERT_EQ(db.open(drawing, dialogs, LockedLibraryDrawing::WhenHeld::Refuse),
+              cad::ErrorStatus::eOk);
     SupplierInfo info = supplier();
     info.logoPath = writeLogo("logo.bmp");
+    cad::sys::WriteFaults::failStep(0, ENOSPC);
     EXPECT_EQ(storeSupplierInfo(db, info, dialogs), SupplierStoreResult::NotStored);
+    cad::sys::WriteFaults::reset();
     ASSERT_EQ(dialogs.messageBoxes().size(), 1u);
-    EXPECT_EQ(dialogs.messageBoxes()[0].title, "파일 이름 확인 에러");
+    EXPECT_EQ(dialogs.messageBoxes()[0].title, "저장 에러");
 
     info.logoPath = folder.file("missing.bmp");
     EXPECT_EQ(storeSupplierInfo(db, info, dialogs), SupplierStoreResult::LogoRefused);

@@ -1,5 +1,6 @@
-// The company information command on an open library drawing: the present supplier record
-// into the dialog, and what is confirmed there back into the drawing, saved at once.
+// The company information command on a library drawing read under its lock: the present
+// supplier record into the dialog, and what is confirmed there back into the drawing, saved at
+// once over nothing but what was read.
 #pragma once
 
 #include <optional>
@@ -12,11 +13,9 @@ class QWidget;
 namespace cad::app {
 class UserDialogs;
 }
-namespace cad::db {
-class Database;
-}
-
 namespace vantor {
+
+class LockedLibraryDrawing;
 
 enum class SupplierStoreResult {
     LogoRefused,  // the logo file is missing or too large: said so, nothing written
@@ -25,9 +24,9 @@ enum class SupplierStoreResult {
 };
 
 // Writes the record (reading the logo file `info` names) and saves the drawing under its own
-// name. A refused logo and a failed save are reported to the user; the database itself gives
-// no words when it refuses the record.
-SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo& info,
+// name. A refused logo and a failed or refused save are reported to the user; the database
+// itself gives no words when it refuses the record.
+SupplierStoreResult storeSupplierInfo(LockedLibraryDrawing& drawing, const SupplierInfo& info,
                                       cad::app::UserDialogs& dialogs);
 
 // Runs the dialog over the drawing's record. A refused logo keeps the dialog open. Answers the
@@ -35,7 +34,7 @@ SupplierStoreResult storeSupplierInfo(cad::db::Database& db, const SupplierInfo&
 // the file it was read from, once it was stored and saved; nullopt on cancel or when saving
 // failed. The drawing does not keep the logo's file name, so the caller may pass the one used
 // last to offer it again.
-std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, cad::db::Database& db,
+std::optional<SupplierInfo> runCompanyInfo(QWidget* parent, LockedLibraryDrawing& drawing,
                                            cad::app::UserDialogs& dialogs,
                                            const std::string& logoPath = {});
 

@@ -13,10 +13,10 @@
 
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
-#include "cad/sys/FileLock.h"
 #include "vantor/registry/ListFile.h"
 #include "vantor/store/LibraryDrawing.h"
 #include "vantor/store/ListBase.h"
+#include "vantor/store/LockedLibraryDrawing.h"
 #include "vantor/store/PartRecordStore.h"
 #include "vantor/store/SupplierInfo.h"
 #include "vantor/ui/dialogs/CompanyInfoFlow.h"
@@ -271,18 +271,15 @@ void CUblMainFrame::editCompanyInfo() {
         return;
     }
     // Read afresh under the drawing's lock and saved whole, as every change of a library is.
-    cad::sys::FileLock lock;
-    if (lock.acquire(path) != cad::ErrorStatus::eOk) {
-        dialogs_.messageBox(lock.message(), "파일 사용 중", cad::app::MB_OK | cad::app::MB_ICONERROR);
+    LockedLibraryDrawing drawing;
+    if (drawing.open(path, dialogs_, LockedLibraryDrawing::WhenHeld::Refuse) ==
+        cad::ErrorStatus::eLockViolation)
         return;
-    }
-    cad::ErrorStatus read = cad::ErrorStatus::eOk;
-    std::unique_ptr<cad::db::Database> database = openLibraryDrawing(path, &read);
-    if (!database) {
+    if (!drawing.isOpen()) {
         status(QStringLiteral("도면을 읽을 수 없습니다: %1").arg(qText(path)));
         return;
     }
-    if (auto stored = runCompanyInfo(this, *database, dialogs_, logoPath_)) {
+    if (auto stored = runCompanyInfo(this, drawing, dialogs_, logoPath_)) {
         logoPath_ = stored->logoPath;
         supplierPanel_->showSupplier(stored);
     }
