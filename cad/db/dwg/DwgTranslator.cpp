@@ -473,7 +473,7 @@ std::string Writer::write() {
         std::unique_ptr<Writer> second(new Writer(*this, *half));
         helper = std::thread([&half, split, second = std::move(second)] {
             try {
-                second->text_.reserve(second->layout_.objects.size() * 80);
+                second->text_.reserve(second->layout_.objects.size() * 112 + 65536);
                 second->entitiesOf(second->modelSpace_, false, split);
                 half->text = std::move(second->text_);
             } catch (...) {
@@ -482,8 +482,10 @@ std::string Writer::write() {
         });
     }
 
-    // About as many bytes of text as the file has of records, twice over.
-    text_.reserve(layout_.objects.size() * 160);
+    // Room for the text of every record at once (a drawing of lines takes some 170 bytes a
+    // record): growing it on the way would copy all that was written. Room not written to
+    // costs nothing.
+    text_.reserve(layout_.objects.size() * 224 + 65536);
     std::uint64_t seed = 0;
     for (const DwgMapEntry& entry : layout_.objects) seed = std::max(seed, entry.handle);
     put(0, "SECTION");
