@@ -2,6 +2,7 @@
 #include "vantor/ui/models/PartListModel.h"
 
 #include "vantor/ui/models/ModelText.h"
+#include "vantor/ui/models/PartRowFlags.h"
 
 namespace vantor {
 
@@ -40,9 +41,7 @@ QVariant PartListModel::data(const QModelIndex& index, int role) const {
 }
 
 Qt::ItemFlags PartListModel::flags(const QModelIndex& index) const {
-    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    if (index.isValid()) flags |= Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
-    return flags;
+    return partRowFlags(index, QAbstractTableModel::flags(index));
 }
 
 QVariant PartListModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "vantor/ui/models/ModelText.h"
+#include "vantor/ui/models/PartRowFlags.h"
 
 namespace vantor {
 
@@ -45,6 +46,10 @@ int SearchHitModel::rowCount(const QModelIndex& parent) const {
 
 int SearchHitModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : kColumnCount;
+}
+
+Qt::ItemFlags SearchHitModel::flags(const QModelIndex& index) const {
+    return partRowFlags(index, QAbstractTableModel::flags(index));
 }
 
 QVariant SearchHitModel::data(const QModelIndex& index, int role) const {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "vantor/ui/models/ModelText.h"
+#include "vantor/ui/models/PartRowFlags.h"
 
 namespace vantor {
 
@@ -22,6 +23,10 @@ std::optional<PartShortcut> ShortcutListModel::partAt(int row) const {
 
 int ShortcutListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+Qt::ItemFlags ShortcutListModel::flags(const QModelIndex& index) const {
+    return partRowFlags(index, QAbstractListModel::flags(index));
 }
 
 QVariant ShortcutListModel::data(const QModelIndex& index, int role) const {

@@ -22,6 +22,8 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    // A part can be dragged onto the drawing to place it there.
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
     Source source_;
