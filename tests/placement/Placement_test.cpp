@@ -190,8 +190,8 @@ TEST_F(PlacementInHost, UndoTakesThePlacementBackAndRedoBringsItAgain) {
 class PartSyncInHost : public PlacementInHost {
 protected:
     PartSyncInHost() {
-        std::filesystem::copy_file(std::string(VANTOR_SOURCE_DIR) + "/data/samples/standard-parts.dxf",
-                                   library());
+        std::filesystem::copy_file(
+            std::string(VANTOR_SOURCE_DIR) + "/data/samples/standard-parts.dxf", library());
         runLines({"VNTPART", library(), "User data list", "볼트", "육각볼트", "",
                   "QRB_VANTORDATA-2", "HB-M10X40-F", "3072", "UBLI", "100,50", "30"});
     }
@@ -218,7 +218,8 @@ protected:
             if (record.key != "QRB_VANTORDATA-2") continue;
             if (change) {
                 change(record);
-                ASSERT_EQ(vantor::rewritePartRecord(record.recordId, record), cad::ErrorStatus::eOk);
+                ASSERT_EQ(vantor::rewritePartRecord(record.recordId, record),
+                          cad::ErrorStatus::eOk);
             } else {
                 ASSERT_EQ(vantor::deletePartRecord(record.recordId), cad::ErrorStatus::eOk);
             }

@@ -78,12 +78,9 @@ std::optional<RecordLocation> search(ObjectId dictionary, const PartRecord& reco
 }  // namespace
 
 std::vector<RawTag> PartLink::toXdata() const {
-    std::vector<RawTag> tags{{1001, std::string(kAppName)},
-                             {kInteger, std::to_string(kLayout)},
-                             {kString, libraryPath},
-                             {kString, recordKey},
-                             {kString, recordHandle.toHex()},
-                             {kBrace, "{"}};
+    std::vector<RawTag> tags{{1001, std::string(kAppName)},   {kInteger, std::to_string(kLayout)},
+                             {kString, libraryPath},          {kString, recordKey},
+                             {kString, recordHandle.toHex()}, {kBrace, "{"}};
     for (const std::string& key : groupPath) tags.push_back({kString, key});
     tags.push_back({kBrace, "}"});
     for (cad::db::Handle companion : companions) tags.push_back({kHandle, companion.toHex()});

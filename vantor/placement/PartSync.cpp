@@ -122,8 +122,7 @@ std::vector<PartSyncEntry> compareWithRecords(std::vector<LinkedPart> parts,
                 for (const CarriedAttribute& carried : part.attributes) {
                     if (carried.field != field.id || carried.text == entry.record.text(field.id))
                         continue;
-                    entry.changes.push_back(
-                        {field.id, carried.text, entry.record.text(field.id)});
+                    entry.changes.push_back({field.id, carried.text, entry.record.text(field.id)});
                     break;
                 }
             }
@@ -141,7 +140,8 @@ int updateCarriedAttributes(const std::vector<PartSyncEntry>& entries) {
         if (entry.state != PartSyncState::Changed) continue;
         for (const CarriedAttribute& carried : entry.part.attributes) {
             const std::string& text = entry.record.text(carried.field);
-            auto attribute = cad::db::open<cad::db::Attribute>(carried.attribute, OpenMode::ForRead);
+            auto attribute =
+                cad::db::open<cad::db::Attribute>(carried.attribute, OpenMode::ForRead);
             // A marker in a block is shared by every reference of it: updated once.
             if (!attribute || attribute->textString() == text) continue;
             attribute.close();
@@ -154,11 +154,16 @@ int updateCarriedAttributes(const std::vector<PartSyncEntry>& entries) {
 
 std::string partSyncStateText(PartSyncState state) {
     switch (state) {
-        case PartSyncState::Current: return "같음";
-        case PartSyncState::Changed: return "변경됨";
-        case PartSyncState::DrawingMissing: return "도면 없음";
-        case PartSyncState::DrawingUnreadable: return "도면을 읽을 수 없음";
-        case PartSyncState::RecordDeleted: return "레코드 삭제됨";
+        case PartSyncState::Current:
+            return "같음";
+        case PartSyncState::Changed:
+            return "변경됨";
+        case PartSyncState::DrawingMissing:
+            return "도면 없음";
+        case PartSyncState::DrawingUnreadable:
+            return "도면을 읽을 수 없음";
+        case PartSyncState::RecordDeleted:
+            return "레코드 삭제됨";
     }
     return {};
 }

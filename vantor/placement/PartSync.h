@@ -46,12 +46,10 @@ struct FieldChange {
 struct PartSyncEntry {
     LinkedPart part;
     PartSyncState state = PartSyncState::Current;
-    PartRecord record;                // as the library holds it now; empty when gone
+    PartRecord record;                 // as the library holds it now; empty when gone
     std::vector<FieldChange> changes;  // one per field that differs, in field order
 
-    bool gone() const {
-        return state != PartSyncState::Current && state != PartSyncState::Changed;
-    }
+    bool gone() const { return state != PartSyncState::Current && state != PartSyncState::Changed; }
 };
 
 // Every block reference of the drawing's layouts that carries a link, in layout and drawing
@@ -69,7 +67,7 @@ int updateCarriedAttributes(const std::vector<PartSyncEntry>& entries);
 
 // What VNKSYNC lists: the parts that changed or whose record is gone, as texts.
 struct PartSyncRow {
-    std::string handle;   // the carrier's, as typed at a handle prompt
+    std::string handle;  // the carrier's, as typed at a handle prompt
     std::string block;
     std::string name;     // the carried Korean name, else the record's
     std::string drawing;  // the library drawing's file name

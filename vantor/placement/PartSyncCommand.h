@@ -19,7 +19,8 @@ namespace vantor {
 // list has rows; the answer counts only when some row can be updated.
 using PartSyncPresenter = std::function<bool(const PartSyncList& list)>;
 
-inline constexpr const char* kSyncUpdatePrompt = "\nBOM 속성을 라이브러리에 맞게 갱신하시겠습니까? [Yes/No] <Yes>: ";
+inline constexpr const char* kSyncUpdatePrompt =
+    "\nBOM 속성을 라이브러리에 맞게 갱신하시겠습니까? [Yes/No] <Yes>: ";
 
 // The list on the command line, then the question as a keyword (Enter is yes).
 bool presentSyncOnCommandLine(const PartSyncList& list, cad::ed::Editor& editor);

@@ -48,7 +48,8 @@ protected:
         request.record = record;
         request.insertionPoint = {10, 20, 0};
         request.options.explode = explode;
-        PartPlacement placement(target, editor, std::string(VANTOR_SOURCE_DIR) + "/data/acadiso.lin");
+        PartPlacement placement(target, editor,
+                                std::string(VANTOR_SOURCE_DIR) + "/data/acadiso.lin");
         PlacedPart placed;
         EXPECT_EQ(placement.place(request, placed), ErrorStatus::eOk);
         return placed;
@@ -97,8 +98,8 @@ protected:
 TEST_F(PartSyncTest, PlacementLinksThePartAndTheLinkSurvivesDxfAndDwgSaves) {
     const PlacedPart placed = place();
     ASSERT_EQ(placed.entities.size(), 2u);  // the bolt and the marker beside it
-    const PartLink expected{library.path, kGroupPath, record.key, recordHandle,
-                            {placed.entities[1].handle()}};
+    const PartLink expected{
+        library.path, kGroupPath, record.key, recordHandle, {placed.entities[1].handle()}};
     EXPECT_TRUE(lookUp(target.regAppTableId(), PartLink::kAppName).isLive());
 
     for (const char* name : {"plant.dxf", "plant.dwg"}) {
@@ -129,8 +130,10 @@ TEST_F(PartSyncTest, PlacementLinksThePartAndTheLinkSurvivesDxfAndDwgSaves) {
         folder.file("plant.dxf"));
     EXPECT_NE(run.output.find("appid True"), std::string::npos) << run.output;
     EXPECT_NE(run.output.find("BOLT-F [1, '" + library.path + "', '" + record.key + "', '" +
-                              recordHandle.toHex() + "', '{', 'User data list', '볼트', "
-                              "'육각볼트', '}', '" + placed.entities[1].handle().toHex() + "']"),
+                              recordHandle.toHex() +
+                              "', '{', 'User data list', '볼트', "
+                              "'육각볼트', '}', '" +
+                              placed.entities[1].handle().toHex() + "']"),
               std::string::npos)
         << run.output;
 }
@@ -216,8 +219,8 @@ TEST(PartLinkData, ReplacesItsOwnDataKeepsOthersAndSkipsWhatDoesNotRead) {
     const cad::db::ObjectId line = addLine(db.modelSpaceId(), {}, {0, 0, 0}, {1, 0, 0});
     const std::vector<cad::db::RawTag> other{{1001, "OTHERAPP"}, {1000, "kept"}};
     cad::db::open<cad::db::Line>(line, OpenMode::ForWrite)->xdata() = other;
-    PartLink link{"/lib/a.dxf", {"Adv data list", "G"}, "QRB_VANTORDATA-3", cad::db::Handle(0x2A),
-                  {}};
+    PartLink link{
+        "/lib/a.dxf", {"Adv data list", "G"}, "QRB_VANTORDATA-3", cad::db::Handle(0x2A), {}};
     ASSERT_EQ(attachPartLink(line, link), ErrorStatus::eOk);
     link.recordKey = "QRB_VANTORDATA-4";
     ASSERT_EQ(attachPartLink(line, link), ErrorStatus::eOk);

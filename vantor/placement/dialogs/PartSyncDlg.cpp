@@ -43,9 +43,10 @@ CPartSyncDlg::CPartSyncDlg(const PartSyncList& list, QWidget* parent) : QDialog(
     table_->horizontalHeader()->setStretchLastSection(true);
     for (int r = 0; r < table_->rowCount(); ++r) {
         const PartSyncRow& row = list.rows[static_cast<std::size_t>(r)];
-        const QString cells[kColumnCount] = {text(row.handle), text(row.name), text(row.block),
-                                             text(row.drawing + " / " + row.group),
-                                             text(row.state), text(row.changes)};
+        const QString cells[kColumnCount] = {
+            text(row.handle), text(row.name),
+            text(row.block),  text(row.drawing + " / " + row.group),
+            text(row.state),  text(row.changes)};
         for (int c = 0; c < kColumnCount; ++c) {
             auto* item = new QTableWidgetItem(cells[c]);
             item->setToolTip(cells[c]);

@@ -21,7 +21,8 @@ PartSyncList sampleList() {
     list.gone = 1;
     list.rows.push_back({"2F", "BOLT-F", "육각볼트", "library.dxf", "육각볼트", "변경됨",
                          "SPEC: M10x40 → M10x45", true});
-    list.rows.push_back({"31", "NUT-F", "육각너트", "nuts.dxf", "너트", "레코드 삭제됨", "", false});
+    list.rows.push_back(
+        {"31", "NUT-F", "육각너트", "nuts.dxf", "너트", "레코드 삭제됨", "", false});
     return list;
 }
 
@@ -54,7 +55,8 @@ TEST_F(PartSyncDialog, ShowsEveryRowAndNamesEveryControl) {
             EXPECT_FALSE(widget->accessibleName().isEmpty()) << widget->metaObject()->className();
         }
     }
-    EXPECT_TRUE(dialog.findChild<QLabel*>()->text().contains(QString::fromUtf8("변경 1개, 없어짐 1개")));
+    EXPECT_TRUE(
+        dialog.findChild<QLabel*>()->text().contains(QString::fromUtf8("변경 1개, 없어짐 1개")));
 }
 
 TEST_F(PartSyncDialog, UpdateAcceptsCloseRejectsAndOnlyGoneRowsLeaveNothingToUpdate) {
