@@ -17,8 +17,8 @@ namespace vantor {
 
 namespace {
 
-// The block's stored icon as a Qt icon; a null icon when it stores none or none that reads.
-QIcon storedIcon(cad::db::Database& database, const std::string& name) {
+// The block's stored icon; a null image when it stores none or none that reads.
+QImage storedPreview(cad::db::Database& database, const std::string& name) {
     auto block = cad::db::open<cad::db::BlockTableRecord>(blockNamed(database, name),
                                                           cad::db::OpenMode::ForRead);
     PreviewImage preview;
@@ -31,7 +31,19 @@ QIcon storedIcon(cad::db::Database& database, const std::string& name) {
             const PreviewImage::Rgb& rgb = preview.at(x, y);
             image.setPixel(x, y, qRgb(rgb.red, rgb.green, rgb.blue));
         }
-    return QIcon(QPixmap::fromImage(image));
+    return image;
+}
+
+// The picture as an icon of exactly `pixels` square: scaled to fit, on the drawn icons' black.
+QIcon fitted(const QImage& image, int pixels) {
+    if (image.width() == pixels && image.height() == pixels) return QIcon(QPixmap::fromImage(image));
+    QImage square(pixels, pixels, QImage::Format_RGB32);
+    square.fill(Qt::black);
+    const QImage scaled = image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter painter(&square);
+    painter.drawImage((pixels - scaled.width()) / 2, (pixels - scaled.height()) / 2, scaled);
+    painter.end();
+    return QIcon(QPixmap::fromImage(square));
 }
 
 // A tile on the drawn icons' black: three dots while the icon is on its way, a crossed frame
@@ -92,7 +104,10 @@ void BlockListModel::setIconPixels(int pixels) {
     if (pixels == pixels_) return;
     pixels_ = pixels;
     newTicket();
-    for (Row& row : rows_) row.state = IconState::Unasked;  // `drawn` stays until replaced
+    for (Row& row : rows_) {
+        row.state = IconState::Unasked;  // `drawn` stays until replaced
+        row.storedIcon = {};
+    }
     if (!rows_.empty())
         emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
 }
@@ -107,10 +122,10 @@ void BlockListModel::setBlocks(std::string drawingPath, const std::vector<BlockL
     rowOfBlock_.clear();
     rows_.reserve(blocks.size());
     for (const BlockListEntry& entry : blocks) {
-        QIcon icon;
-        if (entry.hasPreviewIcon && database != nullptr) icon = storedIcon(*database, entry.name);
+        QImage stored;
+        if (entry.hasPreviewIcon && database != nullptr) stored = storedPreview(*database, entry.name);
         rowOfBlock_.emplace(entry.name, static_cast<int>(rows_.size()));
-        rows_.push_back({entry, icon, {}, IconState::Unasked});
+        rows_.push_back({entry, stored, {}, {}, IconState::Unasked});
     }
     endResetModel();
 }
@@ -144,14 +159,17 @@ int BlockListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QIcon BlockListModel::decoration(Row& row) const {
-    if (!row.stored.isNull()) return row.stored;
+    if (!row.stored.isNull()) {
+        if (row.storedIcon.isNull()) row.storedIcon = fitted(row.stored, pixels_);
+        return row.storedIcon;
+    }
     if (worker_ == nullptr) return {};
     auto& self = const_cast<BlockListModel&>(*this);
     if (row.state == IconState::Unasked) {
         // The disk first: a drawing shown before shows its icons without waiting at all.
         const QImage kept = worker_->cached({drawingPath_, stamp_, row.entry.name, pixels_});
         if (!kept.isNull()) {
-            row.drawn = QIcon(QPixmap::fromImage(kept));
+            row.drawn = fitted(kept, pixels_);
             row.state = IconState::Drawn;
         } else {
             row.state = IconState::Waiting;
@@ -165,7 +183,12 @@ QIcon BlockListModel::decoration(Row& row) const {
             if (self.failed_.isNull()) self.failed_ = tile(pixels_, true);
             return failed_;
         default:
-            if (!row.drawn.isNull()) return row.drawn;
+            if (!row.drawn.isNull()) {
+                const QSize now = row.drawn.availableSizes().value(0);
+                if (now != QSize(pixels_, pixels_))
+                    row.drawn = fitted(row.drawn.pixmap(now).toImage(), pixels_);
+                return row.drawn;
+            }
             if (self.waiting_.isNull()) self.waiting_ = tile(pixels_, false);
             return waiting_;
     }
@@ -182,7 +205,7 @@ void BlockListModel::iconReady(quint64 ticket, const QString& block, const QImag
         row.drawn = {};
     } else {
         row.state = IconState::Drawn;
-        row.drawn = QIcon(QPixmap::fromImage(image));
+        row.drawn = fitted(image, pixels_);
     }
     const QModelIndex at = index(found->second, 0);
     emit dataChanged(at, at, {Qt::DecorationRole});

@@ -30,8 +30,10 @@ public:
     // Draws the icons of blocks that store none; it must outlive the model's use of it.
     // Without one such a block shows no icon.
     void setIconWorker(BlockIconWorker* worker);
-    // The side of drawn icons in pixels, within what the view offers. A change draws the
-    // icons again at the new size; each keeps its old picture until the new one arrives.
+    // The side of every icon in pixels, within what the view offers. A change draws the
+    // icons again at the new size; each shows its old picture enlarged until the new one
+    // arrives. Every icon is exactly this size (a stored preview is fitted into it), since a
+    // list view lays out its items by the size of the icons it is given.
     void setIconPixels(int pixels);
     int iconPixels() const { return pixels_; }
 
@@ -58,8 +60,9 @@ private:
     enum class IconState { Unasked, Waiting, Drawn, Failed };
     struct Row {
         BlockListEntry entry;
-        QIcon stored;  // the drawing's own preview, never replaced
-        QIcon drawn;   // at the current size, or the previous one while it is redrawn
+        QImage stored;      // the drawing's own preview, never replaced
+        QIcon storedIcon;   // it fitted to the current size
+        QIcon drawn;        // at the current size, or the previous one while it is redrawn
         IconState state = IconState::Unasked;
     };
 

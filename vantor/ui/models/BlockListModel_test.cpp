@@ -175,15 +175,23 @@ TEST_F(BlockIcons, AnotherSizeIsDrawnAgainKeepingTheOldPictureMeanwhile) {
     icon(model);
     ASSERT_TRUE(worker.waitForIdle(kWait));
     const QImage small = picture(icon(model), 48);
+    ASSERT_EQ(small.size(), QSize(48, 48));
 
     QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
     model.setIconPixels(100);
     EXPECT_EQ(model.iconPixels(), 100);
     EXPECT_TRUE(rowChanged(changed, row_));
-    EXPECT_EQ(picture(icon(model), 48), small);
+    // Meanwhile the old picture enlarged: of the new size already, since the view lays its
+    // items out by the icons' sizes, and no placeholder flashing over every tile.
+    EXPECT_EQ(icon(model).availableSizes(), QList<QSize>{QSize(100, 100)});
     EXPECT_TRUE(model.iconPending(row_));
+    const QImage enlarged = picture(icon(model), 100);
+    EXPECT_TRUE(drawn(enlarged));
+    EXPECT_EQ(enlarged, small.scaled(100, 100, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     ASSERT_TRUE(worker.waitForIdle(kWait));
-    EXPECT_TRUE(icon(model).availableSizes().contains(QSize(100, 100)));
+    EXPECT_FALSE(model.iconPending(row_));
+    EXPECT_EQ(icon(model).availableSizes(), QList<QSize>{QSize(100, 100)});
+    EXPECT_NE(picture(icon(model), 100), enlarged);  // drawn at the size, not scaled
     EXPECT_TRUE(worker.cache().load(keyOf(100)).has_value());
 
     model.setIconPixels(4000);

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QListView>
 #include <QSlider>
-#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -38,7 +37,6 @@ CRecListView::CRecListView(BlockListModel& model, ModuleSettings& settings, QWid
       sizeBar_(new QWidget(listPage_)),
       sizeSlider_(new QSlider(Qt::Horizontal, sizeBar_)),
       sizeLabel_(new QLabel(sizeBar_)),
-      redraw_(new QTimer(this)),
       pixels_(snapped(settings.iconSize)) {
     setAccessibleName(QStringLiteral("블록 목록"));
     listView_->setModel(&model);
@@ -77,10 +75,6 @@ CRecListView::CRecListView(BlockListModel& model, ModuleSettings& settings, QWid
     page->addWidget(listView_, 1);
     page->addWidget(sizeBar_);
 
-    // Drawing every icon again at each step of a drag would queue sizes nobody stops at.
-    redraw_->setSingleShot(true);
-    redraw_->setInterval(250);
-    connect(redraw_, &QTimer::timeout, this, [this] { model_.setIconPixels(pixels_); });
     sizeSlider_->setValue(pixels_);
     sizeLabel_->setText(QStringLiteral("%1 px").arg(pixels_));
     connect(sizeSlider_, &QSlider::valueChanged, this, [this](int value) {
@@ -131,11 +125,12 @@ void CRecListView::setStyle(Style style) {
 }
 
 void CRecListView::applyIconStyle() {
-    // Room under the icon for a block name of two lines, and beside it for the longer names.
+    // Room under the icon for a block name of two lines, and beside it for a name like
+    // "GV-10K-150A-F" on one.
     const int line = listView_->fontMetrics().height();
     listView_->setWordWrap(true);
     listView_->setIconSize(QSize(pixels_, pixels_));
-    listView_->setGridSize(QSize(std::max(pixels_ + 24, 110), pixels_ + 2 * line + 12));
+    listView_->setGridSize(QSize(std::max(pixels_ + 24, 128), pixels_ + 2 * line + 12));
 }
 
 void CRecListView::setIconPixels(int pixels) {
@@ -145,8 +140,11 @@ void CRecListView::setIconPixels(int pixels) {
     pixels_ = pixels;
     settings_.iconSize = pixels;
     sizeLabel_->setText(QStringLiteral("%1 px").arg(pixels));
+    // The model first: the view lays its items out by the icons it is given, which must be
+    // of the new size by then. Each step of a drag costs no more than the icon being drawn,
+    // since a new size drops the requests of the one before.
+    model_.setIconPixels(pixels);
     if (style() == Icons) applyIconStyle();
-    redraw_->start();
 }
 
 std::string CRecListView::currentBlock() const {

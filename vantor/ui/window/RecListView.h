@@ -9,7 +9,6 @@
 class QLabel;
 class QListView;
 class QSlider;
-class QTimer;
 class QTreeView;
 
 namespace vantor {
@@ -29,8 +28,8 @@ public:
     void setStyle(Style style);
     std::string currentBlock() const;
 
-    // The icon view's icon size in pixels (32 to 256, in steps of 16): the view takes it at
-    // once, the model draws the icons again at it a moment after the slider stops.
+    // The icon view's icon size in pixels (32 to 256, in steps of 16), taken by the view and
+    // the model at once.
     int iconPixels() const { return pixels_; }
     void setIconPixels(int pixels);
     QSlider* iconSizeSlider() const { return sizeSlider_; }
@@ -50,7 +49,6 @@ private:
     QWidget* sizeBar_;
     QSlider* sizeSlider_;
     QLabel* sizeLabel_;
-    QTimer* redraw_;
     int pixels_;
 };
 
