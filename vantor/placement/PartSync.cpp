@@ -7,6 +7,7 @@
 #include "cad/db/BlockReference.h"
 #include "cad/db/BlockTableRecord.h"
 #include "cad/db/Database.h"
+#include "cad/db/Dictionary.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/db/SymbolTable.h"
 #include "vantor/placement/BomMark.h"
@@ -68,6 +69,11 @@ LinkedPart linkedPart(cad::db::Database& db, ObjectId carrier, PartLink link,
     return part;
 }
 
+ObjectId ownerOf(ObjectId id) {
+    auto object = cad::db::open<cad::db::DbObject>(id, OpenMode::ForRead);
+    return object ? object->ownerId() : ObjectId{};
+}
+
 // The record the link names, read from the library drawing as it is now.
 PartSyncState readLinkedRecord(const PartLink& link, LibraryDrawingCache& libraries,
                                PartRecord& record) {
@@ -78,8 +84,13 @@ PartSyncState readLinkedRecord(const PartLink& link, LibraryDrawingCache& librar
     ObjectId id;
     if (library->getObjectId(id, false, link.recordHandle) != ErrorStatus::eOk || !id.isLive())
         return PartSyncState::RecordDeleted;
-    // A handle that now names something other than a part record: the record is gone.
-    if (readPartRecord(id, record) != ErrorStatus::eOk) return PartSyncState::RecordDeleted;
+    // A handle that now names something other than the record under its key (a drawing made
+    // again from scratch numbers its objects anew): the record is gone.
+    std::string key;
+    if (auto group = cad::db::open<cad::db::Dictionary>(ownerOf(id), OpenMode::ForRead))
+        group->nameAt(id, key);
+    if (key != link.recordKey || readPartRecord(id, record) != ErrorStatus::eOk)
+        return PartSyncState::RecordDeleted;
     return PartSyncState::Current;
 }
 
