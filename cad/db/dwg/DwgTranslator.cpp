@@ -1,6 +1,8 @@
 // Writing decoded DWG records as DXF: tables with their records, block definitions with their
 // entities (an INSERT or POLYLINE followed by what it owns and its SEQEND), the entities of
-// model and paper space, then the objects with the named-objects dictionary first.
+// model and paper space, then the objects with the named-objects dictionary first. Tables and
+// objects are decoded first, entities only as far as their owner; each entity's fields are
+// decoded as it is written, so a large drawing is never held as decoded records.
 #include "cad/db/dwg/DwgTranslator.h"
 
 #include <algorithm>
