@@ -4,8 +4,10 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <QThreadPool>
 #include <QTimer>
 #include <atomic>
+#include <condition_variable>
 #include <mutex>
 
 #include "cad/db/Database.h"
@@ -19,6 +21,24 @@ struct BlockIconWorker::Shared {
     const BlockIconCache cache;
     std::atomic<std::uint64_t> wanted{0};  // the one ticket still drawn; 0 while any is
     std::atomic<bool> stopping{false};
+
+    // Tasks handed to the icon thread and not finished, so the worker can wait for its own.
+    std::mutex tasksMutex;
+    std::condition_variable tasksDone;
+    int tasks = 0;
+
+    void taskFinished() {
+        std::lock_guard lock(tasksMutex);
+        if (--tasks == 0) tasksDone.notify_all();
+    }
+    bool waitForTasks(int milliseconds) {
+        std::unique_lock lock(tasksMutex);
+        if (milliseconds < 0) {
+            tasksDone.wait(lock, [this] { return tasks == 0; });
+            return true;
+        }
+        return tasksDone.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return tasks == 0; });
+    }
 
     std::mutex receiverMutex;
     BlockIconWorker* receiver = nullptr;  // null once the worker is going
@@ -62,6 +82,22 @@ struct BlockIconWorker::Shared {
 
 namespace {
 
+// One thread draws the icons of the whole process, and it never ends. Fonts a drawing's texts
+// need are loaded by the thread that first draws them and kept by the text engine for the
+// process; Qt lets a thread's font files go when that thread ends, which would leave those
+// fonts pointing at nothing for the next text the window draws. One thread, too, because the
+// drawing read once serves the batches after it and the machine's other core stays the user's.
+// Made once and never destroyed: the module may be unloaded, the thread waits in Qt's code.
+QThreadPool& iconThread() {
+    static QThreadPool* const pool = [] {
+        auto* made = new QThreadPool;
+        made->setMaxThreadCount(1);
+        made->setExpiryTimeout(-1);
+        return made;
+    }();
+    return *pool;
+}
+
 QByteArray pngOf(const QImage& image) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -75,9 +111,6 @@ QByteArray pngOf(const QImage& image) {
 BlockIconWorker::BlockIconWorker(std::string cacheFolder, QObject* parent)
     : QObject(parent), shared_(std::make_shared<Shared>(std::move(cacheFolder))) {
     shared_->receiver = this;
-    // One drawing at a time: icons are cheap next to reading a drawing, the drawing read
-    // once serves the batches after it, and the machine's other core stays the user's.
-    pool_.setMaxThreadCount(1);
 }
 
 BlockIconWorker::~BlockIconWorker() {
@@ -86,8 +119,10 @@ BlockIconWorker::~BlockIconWorker() {
         std::lock_guard lock(shared_->receiverMutex);
         shared_->receiver = nullptr;
     }
-    pool_.clear();
-    pool_.waitForDone();
+    // Tasks still queued return at once; the one drawing finishes its block.
+    shared_->waitForTasks(-1);
+    std::lock_guard lock(shared_->drawingMutex);
+    shared_->held.reset();
 }
 
 std::string BlockIconWorker::defaultCacheFolder() {
@@ -134,33 +169,43 @@ void BlockIconWorker::flush() {
                 blocks.push_back(request.block);
             return true;
         });
-        pool_.start([shared = shared_, first, blocks = std::move(blocks)] {
-            if (!shared->wants(first.ticket)) return;
-            std::lock_guard lock(shared->drawingMutex);
-            const FileStamp stamp = fileStampOf(first.drawingPath);
-            cad::db::Database* database = shared->drawing(first.drawingPath, stamp);
-            for (const std::string& block : blocks) {
-                if (!shared->wants(first.ticket)) return;
-                QImage image;
-                if (database != nullptr)
-                    image = drawBlockPreview(
-                        *database, {block, QSize(first.pixels, first.pixels), std::nullopt, false});
-                // Filed only when the file is still what was read, so an icon is never kept
-                // under a state of the drawing it was not drawn from.
-                if (!image.isNull() && stamp.valid() && fileStampOf(first.drawingPath) == stamp) {
-                    const QByteArray png = pngOf(image);
-                    shared->cache.store({first.drawingPath, stamp, block, first.pixels},
-                                        std::string_view(png.constData(), png.size()));
-                }
-                shared->post(first.ticket, block, image);
-            }
+        {
+            std::lock_guard lock(shared_->tasksMutex);
+            ++shared_->tasks;
+        }
+        iconThread().start([shared = shared_, first, blocks = std::move(blocks)] {
+            drawBatch(*shared, first, blocks);
+            shared->taskFinished();
         });
+    }
+}
+
+void BlockIconWorker::drawBatch(Shared& shared, const Request& first,
+                                const std::vector<std::string>& blocks) {
+    if (!shared.wants(first.ticket)) return;
+    std::lock_guard lock(shared.drawingMutex);
+    const FileStamp stamp = fileStampOf(first.drawingPath);
+    cad::db::Database* database = shared.drawing(first.drawingPath, stamp);
+    for (const std::string& block : blocks) {
+        if (!shared.wants(first.ticket)) return;
+        QImage image;
+        if (database != nullptr)
+            image = drawBlockPreview(*database,
+                                     {block, QSize(first.pixels, first.pixels), std::nullopt, false});
+        // Filed only when the file is still what was read, so an icon is never kept under a
+        // state of the drawing it was not drawn from.
+        if (!image.isNull() && stamp.valid() && fileStampOf(first.drawingPath) == stamp) {
+            const QByteArray png = pngOf(image);
+            shared.cache.store({first.drawingPath, stamp, block, first.pixels},
+                               std::string_view(png.constData(), png.size()));
+        }
+        shared.post(first.ticket, block, image);
     }
 }
 
 bool BlockIconWorker::waitForIdle(int milliseconds) {
     if (flushQueued_) flush();
-    const bool done = pool_.waitForDone(milliseconds);
+    const bool done = shared_->waitForTasks(milliseconds);
     QCoreApplication::sendPostedEvents(this);
     return done;
 }

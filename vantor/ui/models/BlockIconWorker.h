@@ -1,11 +1,10 @@
-// Draws block icons away from the GUI thread: each request reads its drawing by path on a
-// worker thread (no database is ever shared with the GUI), draws the block there and files the
+// Draws block icons away from the GUI thread: each request reads its drawing by path on the
+// icon thread (no database is ever shared with the GUI), draws the block there and files the
 // picture in the disk cache; the icon comes back as a signal on the thread that asked.
 #pragma once
 
 #include <QImage>
 #include <QObject>
-#include <QThreadPool>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -56,9 +55,10 @@ private:
     struct Shared;
 
     void flush();
+    // On the icon thread: the blocks of one request batch, the drawing read once for them.
+    static void drawBatch(Shared& shared, const Request& first, const std::vector<std::string>& blocks);
 
     std::shared_ptr<Shared> shared_;
-    QThreadPool pool_;
     std::vector<Request> pending_;
     bool flushQueued_ = false;
 };
