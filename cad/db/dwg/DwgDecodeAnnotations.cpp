@@ -197,6 +197,10 @@ bool DwgObjectDecoder::annotationFields(DwgRecord& r) {
         hatchFields(r);
         return true;
     }
+    if (r.type >= 500 && (r.dxfName == "IMAGE" || r.dxfName == "WIPEOUT")) {
+        rasterFields(r, r.dxfName == "WIPEOUT");
+        return true;
+    }
     return false;
 }
 
@@ -437,6 +441,47 @@ void DwgObjectDecoder::hatchFields(DwgRecord& r) {
     if (!fitsIn(seeds)) return;
     integer(r, 98, seeds);
     for (std::int32_t i = 0; i < seeds && !data_.failed(); ++i) flat(10, data_.point2Raw());
+}
+
+// An image or a wipeout: where its pixels lie (the corner, one pixel's width and height as
+// vectors, the size in pixels), how it shows, and the clip outline in pixels; a wipeout is an
+// image of no picture.
+void DwgObjectDecoder::rasterFields(DwgRecord& r, bool wipeout) {
+    const std::int32_t version = data_.bitLong();
+    const ge::Point3d corner = data_.point3Bit();
+    const ge::Point3d u = data_.point3Bit();
+    const ge::Point3d v = data_.point3Bit();
+    const ge::Point3d size = data_.point2Raw();
+    const int display = data_.bitShort();
+    const bool clipping = data_.bit();
+    const int brightness = data_.rawChar();
+    const int contrast = data_.rawChar();
+    const int fade = data_.rawChar();
+    const int clipType = data_.bitShort();
+    std::int32_t count = 2;  // a rectangle by two corners
+    if (clipType != 1) count = data_.bitLong();
+    if (!fitsIn(count)) return;
+    std::vector<ge::Point3d> clip;
+    for (std::int32_t i = 0; i < count && !data_.failed(); ++i) clip.push_back(data_.point2Raw());
+    const std::uint64_t definition = ref();
+    const std::uint64_t reactor = ref();
+    marker(r, "AcDbRasterImage");
+    integer(r, 90, version);
+    point(r, 10, corner);
+    point(r, 11, u);
+    point(r, 12, v);
+    point(r, 13, size, false);
+    if (definition != 0) handleTag(r, 340, definition);
+    integer(r, 70, display);
+    integer(r, 280, clipping ? 1 : 0);
+    integer(r, 281, brightness);
+    integer(r, 282, contrast);
+    integer(r, 283, fade);
+    if (reactor != 0) handleTag(r, 360, reactor);
+    integer(r, 71, clipType);
+    integer(r, 91, count);
+    for (const ge::Point3d& p : clip) point(r, 14, p, false);
+    if (wipeout) marker(r, "AcDbWipeout");
 }
 
 }  // namespace cad::db::dwg

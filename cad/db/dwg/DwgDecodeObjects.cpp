@@ -149,6 +149,30 @@ bool DwgObjectDecoder::objectFields(DwgRecord& r) {
         }
         return true;
     }
+    if (name == "IMAGEDEF") {
+        // An image's file: its size in pixels, its path, a pixel's size and the unit of that.
+        const std::int32_t version = data_.bitLong();
+        const ge::Point3d size = data_.point2Raw();
+        const std::string path = data_.text();
+        const bool loaded = data_.bit();
+        const int units = data_.rawChar();
+        const ge::Point3d pixel = data_.point2Raw();
+        marker(r, "AcDbRasterImageDef");
+        integer(r, 90, version);
+        text(r, 1, path);
+        point(r, 10, size, false);
+        point(r, 11, pixel, false);
+        integer(r, 280, loaded ? 1 : 0);
+        integer(r, 281, units);
+        return true;
+    }
+    if (name == "IMAGEDEF_REACTOR") {
+        // Its owner is the image that uses the definition.
+        const std::int32_t version = data_.bitLong();
+        marker(r, "AcDbRasterImageDefReactor");
+        integer(r, 90, version);
+        return true;
+    }
     if (name == "DICTIONARYVAR") {
         const int schema = data_.rawChar();
         const std::string value = data_.text();

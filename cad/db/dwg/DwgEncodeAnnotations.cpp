@@ -309,4 +309,31 @@ bool DwgEncoder::encodeAnnotation(EncodedRecord& r, const DwgItem& item, int typ
     }
 }
 
+void DwgEncoder::raster(EncodedRecord& r, const DwgItem& item, int type) {
+    commonEntity(r, item, type);
+    BitWriter& d = r.data;
+    d.bitLong(item.integer(90));
+    d.point3Bit(item.point(10));
+    d.point3Bit(item.point(11, {1, 0, 0}));
+    d.point3Bit(item.point(12, {0, 1, 0}));
+    d.point2Raw(item.point(13, {1, 1, 0}));
+    d.bitShort(static_cast<std::int16_t>(item.integer(70, 7)));
+    d.bit(item.integer(280) != 0);
+    d.rawChar(static_cast<std::uint8_t>(item.integer(281, 50)));
+    d.rawChar(static_cast<std::uint8_t>(item.integer(282, 50)));
+    d.rawChar(static_cast<std::uint8_t>(item.integer(283)));
+    std::vector<ge::Point3d> clip;
+    for (const auto& [c, v] : item.tags) {
+        if (c == 14) clip.push_back({std::strtod(v.c_str(), nullptr), 0, 0});
+        if (c == 24 && !clip.empty()) clip.back().y = std::strtod(v.c_str(), nullptr);
+    }
+    // A rectangle is stored by its two corners, any other outline point by point.
+    const bool rectangle = item.integer(71, 1) == 1 && clip.size() == 2;
+    d.bitShort(rectangle ? 1 : 2);
+    if (!rectangle) d.bitLong(static_cast<std::int32_t>(clip.size()));
+    for (const ge::Point3d& p : clip) d.point2Raw(p);
+    r.handles.handle(kHardPointer, item.handleOf(340));
+    r.handles.handle(kHardOwner, item.handleOf(360));
+}
+
 }  // namespace cad::db::dwg

@@ -234,6 +234,21 @@ bool DwgEncoder::encodeObject(EncodedRecord& r, const DwgItem& item, int type) {
     }
 }
 
+// An image's file, or the link between it and an image that shows it.
+void DwgEncoder::imageDefinition(EncodedRecord& r, const DwgItem& item, int type) {
+    commonObject(r, item, type);
+    if (classNameOf(type) == "IMAGEDEF_REACTOR") {
+        r.data.bitLong(item.integer(90, 2));
+        return;
+    }
+    r.data.bitLong(item.integer(90));
+    r.data.point2Raw(item.point(10));
+    r.data.text(item.text(1));
+    r.data.bit(item.integer(280, 1) != 0);
+    r.data.rawChar(static_cast<std::uint8_t>(item.integer(281)));
+    r.data.point2Raw(item.point(11, {1, 1, 0}));
+}
+
 // Keys and their objects; R13 and R14 dictionaries have no flags, 2000 ones their cloning and
 // whether they own their entries. One with a default links it last.
 void DwgEncoder::dictionary(EncodedRecord& r, const DwgItem& item, int type, bool withDefault) {

@@ -320,6 +320,19 @@ std::pair<std::vector<std::uint64_t>, std::uint64_t> DwgEncoder::childrenOf(cons
 }
 
 bool DwgEncoder::encode(EncodedRecord& r, const DwgItem& item, int type) {
+    // Classes numbered by the drawing, after the ones every file has.
+    if (type >= 504 && number_ == 0) {
+        const std::string_view name = classNameOf(type);
+        if (name == "IMAGE" || name == "WIPEOUT") {
+            raster(r, item, type);
+            return true;
+        }
+        if (name == "IMAGEDEF" || name == "IMAGEDEF_REACTOR") {
+            imageDefinition(r, item, type);
+            return true;
+        }
+        return false;
+    }
     switch (type) {
         case 0x14: case 0x15: case 0x16: case 0x17: case 0x18: case 0x19: case 0x1A:
         case 0x22: case 0x2C: case 0x2D: case 0x2E: case 0x4E:

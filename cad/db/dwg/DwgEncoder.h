@@ -77,7 +77,18 @@ private:
     void index();
     std::optional<int> typeOf(const DwgItem& item) const;
     bool isEntity(int type) const {
+        if (type >= 500) return isEntityClass(classNameOf(type));
         return type < 0x2A || (type >= 0x2B && type <= 0x2F) || type == 0x4D || type == 0x4E;
+    }
+    static bool isEntityClass(std::string_view name) {
+        return name == "LWPOLYLINE" || name == "HATCH" || name == "IMAGE" || name == "WIPEOUT";
+    }
+    // The DXF name of a class number; empty when no class has it.
+    std::string_view classNameOf(int number) const {
+        for (const auto& [name, n] : classes_) {
+            if (n == number) return name;
+        }
+        return {};
     }
     // The entities an INSERT or POLYLINE owns of the given type, and its SEQEND.
     std::pair<std::vector<std::uint64_t>, std::uint64_t> childrenOf(const DwgItem& item,
@@ -103,6 +114,8 @@ private:
     bool encodeTableRecord(EncodedRecord& r, const DwgItem& item, int type);
     bool encodeObject(EncodedRecord& r, const DwgItem& item, int type);
     void dictionary(EncodedRecord& r, const DwgItem& item, int type, bool withDefault);
+    void raster(EncodedRecord& r, const DwgItem& item, int type);
+    void imageDefinition(EncodedRecord& r, const DwgItem& item, int type);
     // A symbol table's control object, from its TABLE structure; empty for a table DWG lacks.
     std::string control(const DwgItem& table);
     std::string finish(EncodedRecord& r);

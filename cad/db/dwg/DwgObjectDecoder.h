@@ -79,6 +79,7 @@ private:
     void layoutFields(DwgRecord& r);
     void lwpolylineFields(DwgRecord& r);
     void mlineFields(DwgRecord& r);
+    void rasterFields(DwgRecord& r, bool wipeout);
     void dictionaryFields(DwgRecord& r, bool withDefault);
     // False, with the data stream failed, when `count` items cannot fit in the record.
     bool fitsIn(std::int64_t count);

@@ -50,6 +50,7 @@ TEST(DwgTranslator, SampleR14ReadsWithTheIndependentReadersCounts) {
         {"DIMENSION_ANG3PT", 1}, {"DIMENSION_ANG2LN", 1}, {"DIMENSION_RADIUS", 1},
         {"DIMENSION_DIAMETER", 1}, {"LAYOUT", 4}, {"SCALE", 33}, {"VPORT", 1}, {"VIEW", 1},
         {"SORTENTSTABLE", 3}, {"VIEWPORT", 6}, {"LEADER", 1}, {"TOLERANCE", 3}, {"MLINE", 3},
+        {"IMAGE", 1}, {"WIPEOUT", 1},
     };
     for (const auto& [type, count] : expected) {
         const auto it = out.read.find(type);

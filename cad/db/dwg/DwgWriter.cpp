@@ -27,6 +27,13 @@ std::string DwgEncoder::file() {
         classes_.insert(classes_.end(), {{"LWPOLYLINE", 504}, {"HATCH", 505}, {"XRECORD", 506},
                                          {"ACDBPLACEHOLDER", 507}});
     }
+    // Classes of images go in only with a drawing that has them.
+    for (const char* name : {"IMAGE", "WIPEOUT", "IMAGEDEF", "IMAGEDEF_REACTOR"}) {
+        if (std::any_of(items_.begin(), items_.end(),
+                        [name](const DwgItem& item) { return item.type == name; })) {
+            classes_.emplace_back(name, 500 + static_cast<int>(classes_.size()));
+        }
+    }
     index();
 
     // The records, each with its handle; symbol tables become their control objects.

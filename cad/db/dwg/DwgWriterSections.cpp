@@ -292,10 +292,14 @@ std::string DwgEncoder::classesSection() {
                : name == "HATCH"               ? "AcDbHatch"
                : name == "XRECORD"             ? "AcDbXrecord"
                : name == "ACDBPLACEHOLDER"     ? "AcDbPlaceHolder"
+               : name == "IMAGE"               ? "AcDbRasterImage"
+               : name == "WIPEOUT"             ? "AcDbWipeout"
+               : name == "IMAGEDEF"            ? "AcDbRasterImageDef"
+               : name == "IMAGEDEF_REACTOR"    ? "AcDbRasterImageDefReactor"
                                                : "AcDbObject");
         w.text(name);
         w.bit(false);
-        w.bitShort(name == "LWPOLYLINE" || name == "HATCH" ? 0x1F2 : 0x1F3);
+        w.bitShort(isEntityClass(name) ? 0x1F2 : 0x1F3);
     }
     w.alignToByte();
     return framed(kClassesStart, w.bytes(), kClassesEnd);

@@ -136,7 +136,8 @@ TEST(DwgWriter, SampleR14RewrittenAs2000KeepsEveryEntityItWrites) {
         {"DIMENSION_ANG2LN", 1}, {"DIMENSION_DIAMETER", 1}, {"INSERT", 14}, {"ATTRIB", 4},
         {"LAYOUT", 4},     {"DIMSTYLE", 6},      {"VERTEX_PFACE", 5}, {"VERTEX_PFACE_FACE", 2},
         {"LEADER", 1},     {"TOLERANCE", 3},     {"SCALE", 33},       {"SORTENTSTABLE", 3},
-        {"VIEW", 1},       {"VPORT", 1},
+        {"VIEW", 1},       {"VPORT", 1},         {"MLINE", 3},        {"WIPEOUT", 1},
+        {"IMAGE", 1},      {"IMAGEDEF", 1},      {"IMAGEDEF_REACTOR", 1},
     };
     for (const auto& [type, count] : expected) EXPECT_EQ(rewritten.read[type], count) << type;
     // Everything the reader took from the file, the writer writes.
