@@ -1,6 +1,8 @@
 // The library window's flows on drawings.
 #include "vantor/ui/window/FrameFlows.h"
 
+#include <utility>
+
 #include "cad/app/DocumentManager.h"
 #include "vantor/authoring/dialogs/PartDataFlow.h"
 #include "vantor/host/CommandGuard.h"
@@ -134,22 +136,26 @@ void FrameFlows::insertWithDialog() {
     input.lastBlock = part.blockName;
     input.scale = part.scale;
     // Started from the dialog: a drag that asks for the settings brings the dialog back.
-    if (vantor::insertWithDialog(&frame_, std::move(input), context_, insertions_, 1))
-        noteInserted(insertions_.of(documents_.curDocument()));
+    // The dialog's records are the part list's, read from the drawing the window keeps open.
+    if (vantor::insertWithDialog(&frame_, std::move(input), context_, insertions_, 1)) {
+        const InsertionState& state = insertions_.of(documents_.curDocument());
+        noteInserted(shortcutOf(state.libraryPath, state.record));
+    }
 }
 
-void FrameFlows::noteInserted(const InsertionState& state) {
-    // Taken now, while the library drawing the record was read from is still open.
-    if (!state.record.loaded || state.record.recordId.isNull()) return;
-    frame_.search().partInserted({state.libraryPath, state.record.recordId.asOldId(),
-                                  partLabel(state.record.kname, state.record.spec)});
+PartShortcut FrameFlows::shortcutOf(const std::string& libraryPath, const PartRecord& record) {
+    return {libraryPath, record.recordId.isNull() ? 0 : record.recordId.asOldId(),
+            partLabel(record.kname, record.spec)};
 }
 
+void FrameFlows::noteInserted(const PartShortcut& part) {
+    if (part.recordId != 0) frame_.search().partInserted(part);
+}
 void FrameFlows::insertFromPreview() {
     InsertRequest part;
     if (previewControls_ == nullptr || !chosenPart(part)) return;
-    if (previewControls_->OnInsertBlock(part, insertions_))
-        noteInserted(insertions_.of(documents_.curDocument()));
+    const PartShortcut shortcut = shortcutOf(part.libraryPath, part.record);
+    if (previewControls_->OnInsertBlock(part, insertions_)) noteInserted(shortcut);
 }
 
 bool FrameFlows::prepareDrop() {
@@ -159,12 +165,14 @@ bool FrameFlows::prepareDrop() {
     InsertionState& state = insertions_.of(documents_.curDocument());
     fillInsertionState(part, state);
     state.dragDrop = true;
+    dragged_ = shortcutOf(part.libraryPath, part.record);
     return true;
 }
 
 void FrameFlows::dropEnded(bool dropped) {
+    std::optional<PartShortcut> part = std::exchange(dragged_, std::nullopt);
     if (dropped) {
-        noteInserted(insertions_.of(documents_.curDocument()));
+        if (part) noteInserted(*part);
         return;
     }
     insertions_.of(documents_.curDocument()).dragDrop = false;

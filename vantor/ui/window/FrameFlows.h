@@ -6,10 +6,12 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <string>
 
 #include "vantor/authoring/BlockCapture.h"
 #include "vantor/placement/dialogs/PlacementDialogContext.h"
+#include "vantor/ui/PartShortcuts.h"
 
 namespace cad::app {
 class DocumentManager;
@@ -58,8 +60,11 @@ private:
     // The chosen record as a part to place: its first view block, from the part list's drawing.
     bool chosenPart(InsertRequest& request) const;
     void insertWithDialog();
+    // The part about to be handed to UBLI, named while the record's drawing is surely open
+    // (a placement may read the record again from a copy of its own, closed after).
+    static PartShortcut shortcutOf(const std::string& libraryPath, const PartRecord& record);
     // The part handed to UBLI heads the parts inserted last.
-    void noteInserted(const InsertionState& state);
+    void noteInserted(const PartShortcut& part);
 
     CUblMainFrame& frame_;
     PlacementDialogContext context_;
@@ -67,6 +72,7 @@ private:
     cad::app::DocumentManager& documents_;
     CPreviewSubDlg* previewControls_ = nullptr;
     BlockCapture capture_;
+    std::optional<PartShortcut> dragged_;  // the part of the drag under way
 };
 
 }  // namespace vantor
