@@ -1,9 +1,12 @@
-// For tests: drawings built in memory a line at a time, the tags an object writes, and
-// geometry compared with a tolerance.
+// For tests: drawings built in memory a line at a time, the tags an object writes, geometry
+// compared with a tolerance, and the sample drawings other programs wrote.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -112,6 +115,30 @@ inline std::vector<RawTag> tagsOf(std::string_view pairs) {
     std::string value;
     while (in >> code >> value) tags.push_back({code, value});
     return tags;
+}
+
+// The folder of drawings other programs wrote, and its DXF files by name, in name order.
+inline std::filesystem::path corpusFolder() {
+    return std::filesystem::path(VANTOR_SOURCE_DIR) / "testdata" / "corpus";
+}
+
+inline std::vector<std::string> corpusDrawings() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(corpusFolder())) {
+        if (entry.path().extension() == ".dxf") names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// Names a row of corpusDrawings() after its file: the stem, with '_' for what is no letter or
+// digit.
+inline std::string corpusRowName(const ::testing::TestParamInfo<std::string>& row) {
+    std::string name = std::filesystem::path(row.param).stem().string();
+    for (char& c : name) {
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    }
+    return name;
 }
 
 // Names a parameterised test's rows after their `name` member.
