@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cad/db/Database.h"
+#include "cad/db/TestDrawing.h"
 #include "cad/db/dxf/TagReader.h"
 #include "cad/db/dxf/TagWriter.h"
 #include "cad/db/dxf/WritingFiler.h"
@@ -101,27 +102,19 @@ protected:
     TextArena arena_;
 };
 
-// The group code lines as the tag writer writes them, to state expected output briefly.
-using Pairs = std::vector<std::pair<int, const char*>>;
-std::string dxf(const Pairs& tags) {
+// The group code lines as the tag writer writes them, from "code value" pairs separated by
+// blanks, to state input and expected output briefly.
+std::string dxf(std::string_view pairs) {
     TagWriter out;
-    for (const auto& [code, value] : tags) out.writeRaw(code, value);
+    for (const RawTag& tag : testing_support::tagsOf(pairs)) out.writeRaw(tag.code, tag.value);
     return out.takeText();
 }
 
 TEST_F(Filers, FieldsAreFoundInAnyOrderButOnlyInTheirOwnSubclass) {
     Probe probe;
-    ASSERT_TRUE(read(dxf({{0, "PROBE"},
-                          {5, "2A"},
-                          {100, "AcDbProbe"},
-                          {20, "2.5"},
-                          {40, "3.0"},
-                          {10, "1.5"},
-                          {1, "first"},
-                          {30, "-1"},
-                          {100, "AcDbProbeData"},
-                          {70, "9"}}),
-                     probe));
+    ASSERT_TRUE(read(
+        dxf("0 PROBE 5 2A 100 AcDbProbe 20 2.5 40 3.0 10 1.5 1 first 30 -1 100 AcDbProbeData 70 9"),
+        probe));
     EXPECT_EQ(probe.text, "first");
     EXPECT_EQ(probe.size, 3.0);
     EXPECT_EQ(probe.position, (ge::Point3d{1.5, 2.5, -1.0}));
@@ -134,16 +127,10 @@ TEST_F(Filers, WhatIsReadIsWrittenBackInPlace) {
     // Reactors, an extension dictionary, another application's 102 group, an undeclared tag,
     // a subclass the class does not know and extended data all come back where they stood.
     for (const std::uint64_t handle : {0x3B, 0x3C, 0x3D, 0x3E}) exist(Handle{handle});
-    const std::string text = dxf({{0, "PROBE"},         {5, "2A"},     {102, "{ACAD_XDICTIONARY"},
-                                  {360, "3B"},          {102, "}"},    {102, "{ACAD_REACTORS"},
-                                  {330, "3C"},          {102, "}"},    {102, "{APP_GROUP"},
-                                  {1071, "5"},          {102, "}"},    {330, "3D"},
-                                  {100, "AcDbProbe"},   {1, "text"},   {70, "3"},
-                                  {10, "1.0"},          {20, "2.0"},   {30, "3.0"},
-                                  {340, "3E"},          {8, "WALLS"},  {62, "5"},
-                                  {100, "AcDbUnknown"}, {90, "12"},    {100, "AcDbProbeData"},
-                                  {300, "data"},        {1001, "APP"}, {1000, "x"},
-                                  {1070, "4"}});
+    const std::string text =
+        dxf("0 PROBE 5 2A 102 {ACAD_XDICTIONARY 360 3B 102 } 102 {ACAD_REACTORS 330 3C 102 } 102 "
+            "{APP_GROUP 1071 5 102 } 330 3D 100 AcDbProbe 1 text 70 3 10 1.0 20 2.0 30 3.0 340 3E "
+            "8 WALLS 62 5 100 AcDbUnknown 90 12 100 AcDbProbeData 300 data 1001 APP 1000 x 1070 4");
     Probe probe;
     ASSERT_TRUE(read(text, probe));
     EXPECT_EQ(filer_.ownerHandle(), Handle{0x3D});
@@ -164,27 +151,21 @@ TEST_F(Filers, WhatIsReadIsWrittenBackInPlace) {
 TEST_F(Filers, WhatTheHeadHeldDoesNotTakeTheOwnersPlace) {
     struct Row {
         const char* name;
-        Pairs head;                     // after 0 PROBE and 5 2A
+        const char* head;               // after 0 PROBE and 5 2A
         std::vector<RawTag> keptFirst;  // the first kept tags read back, when they matter
     };
     const Row rows[] = {
-        {"unknown_first_subclass",
-         {{330, "3D"}, {100, "AcDbUnknown"}, {90, "1"}, {100, "AcDbProbe"}, {1, "x"}},
-         {}},
+        {"unknown_first_subclass", "330 3D 100 AcDbUnknown 90 1 100 AcDbProbe 1 x", {}},
         {"group_left_open",
-         {{102, "{APP"}, {1071, "5"}, {100, "AcDbProbe"}, {100, "AcDbProbeData"}},
+         "102 {APP 1071 5 100 AcDbProbe 100 AcDbProbeData",
          {{102, "{APP"}, {1071, "5"}, {102, "}"}}},
-        {"second_owner",
-         {{330, "3D"}, {330, "3E"}, {100, "AcDbProbe"}, {100, "AcDbProbeData"}},
-         {}},
+        {"second_owner", "330 3D 330 3E 100 AcDbProbe 100 AcDbProbeData", {}},
     };
     exist(Handle{0x3D});
     exist(Handle{0x3E});
     for (const Row& row : rows) {
-        Pairs tags{{0, "PROBE"}, {5, "2A"}};
-        tags.insert(tags.end(), row.head.begin(), row.head.end());
         Probe probe;
-        ASSERT_TRUE(read(dxf(tags), probe)) << row.name;
+        ASSERT_TRUE(read(dxf(std::string("0 PROBE 5 2A ") + row.head), probe)) << row.name;
         ObjectId owner;
         db_.getObjectId(owner, false, Handle{0x3D});
         probe.setOwnerId(owner);
@@ -203,41 +184,19 @@ TEST_F(Filers, StructuresWithoutMarkersAreOneSubclass) {
     // R12 writes no subclass markers; written back, the markers are there and what no field
     // took follows the last subclass.
     Probe probe;
-    ASSERT_TRUE(read(
-        dxf({{0, "PROBE"}, {8, "WALLS"}, {5, "2A"}, {10, "4"}, {20, "5"}, {1, "old"}, {62, "3"}}),
-        probe));
+    ASSERT_TRUE(read(dxf("0 PROBE 8 WALLS 5 2A 10 4 20 5 1 old 62 3"), probe));
     EXPECT_EQ(probe.text, "old");
     EXPECT_EQ(probe.position, (ge::Point3d{4.0, 5.0, 0.0}));
-    EXPECT_EQ(write(probe), dxf({{0, "PROBE"},
-                                 {5, "2A"},
-                                 {330, "0"},
-                                 {100, "AcDbProbe"},
-                                 {1, "old"},
-                                 {10, "4.0"},
-                                 {20, "5.0"},
-                                 {30, "0.0"},
-                                 {340, "0"},
-                                 {8, "WALLS"},
-                                 {100, "AcDbProbeData"},
-                                 {62, "3"}}));
+    EXPECT_EQ(write(probe), dxf("0 PROBE 5 2A 330 0 100 AcDbProbe 1 old 10 4.0 20 5.0 30 0.0 340 0 "
+                                "8 WALLS 100 AcDbProbeData 62 3"));
 }
 
 TEST_F(Filers, RecordsStopWhereTheOuterStructureGoesOn) {
     // The 43 belongs to the probe, after its vertices; the trailing 42 belongs to nobody and
     // must not be taken as the last vertex's bulge.
     Probe probe;
-    ASSERT_TRUE(read(dxf({{0, "PROBE"},
-                          {100, "AcDbProbe"},
-                          {11, "0"},
-                          {21, "0"},
-                          {42, "0.5"},
-                          {11, "1"},
-                          {21, "0"},
-                          {11, "1"},
-                          {21, "1"},
-                          {43, "2.0"},
-                          {42, "9"},
-                          {100, "AcDbProbeData"}}),
+    ASSERT_TRUE(read(dxf("0 PROBE 100 AcDbProbe 11 0 21 0 42 0.5 11 1 21 0 11 1 21 1 43 2.0 42 9 "
+                         "100 AcDbProbeData"),
                      probe));
     ASSERT_EQ(probe.vertices.size(), 3u);
     EXPECT_EQ(probe.vertices[0].bulge, 0.5);
@@ -252,19 +211,8 @@ TEST_F(Filers, RecordsStopWhereTheOuterStructureGoesOn) {
 TEST_F(Filers, TypedChainsGroupPointsAndResolveLinks) {
     exist(Handle{0x51});
     Probe probe;
-    ASSERT_TRUE(read(dxf({{0, "PROBE"},
-                          {100, "AcDbProbeData"},
-                          {10, "1"},
-                          {20, "2"},
-                          {30, "3"},
-                          {11, "4"},
-                          {21, "5"},
-                          {40, "6.5"},
-                          {330, "51"},
-                          {320, "ABC"},
-                          {100, "NotAMarker"},
-                          {310, "00FF"},
-                          {90, "7"}}),
+    ASSERT_TRUE(read(dxf("0 PROBE 100 AcDbProbeData 10 1 20 2 30 3 11 4 21 5 40 6.5 330 51 320 ABC "
+                         "100 NotAMarker 310 00FF 90 7"),
                      probe));
     const ResBufChain& chain = probe.chain;
     ASSERT_EQ(chain.size(), 8u);
@@ -290,8 +238,8 @@ class BadValues : public Filers, public testing::WithParamInterface<BadValue> {}
 TEST_P(BadValues, StopTheReadWithThePlace) {
     const BadValue& row = GetParam();
     Probe probe;
-    EXPECT_FALSE(
-        read(dxf({{0, "PROBE"}, {100, "AcDbProbe"}, {1, "ok"}, {row.code, row.value}}), probe));
+    EXPECT_FALSE(read(
+        dxf("0 PROBE 100 AcDbProbe 1 ok " + std::to_string(row.code) + " " + row.value), probe));
     ASSERT_TRUE(filer_.error().has_value());
     EXPECT_EQ(filer_.error()->line, 7u);
     EXPECT_NE(filer_.error()->message.find(row.expected), std::string::npos)
@@ -310,7 +258,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(Filers, ALinkHoldingANameLoadsEmpty) {
     Probe probe;
-    ASSERT_TRUE(read(dxf({{0, "PROBE"}, {100, "AcDbProbe"}, {340, "Standard"}}), probe));
+    ASSERT_TRUE(read(dxf("0 PROBE 100 AcDbProbe 340 Standard"), probe));
     EXPECT_TRUE(probe.link.isNull());
     ASSERT_EQ(filer_.unreadableLinks().size(), 1u);
     EXPECT_NE(filer_.unreadableLinks()[0].message.find("'Standard'"), std::string::npos);

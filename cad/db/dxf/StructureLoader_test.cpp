@@ -42,63 +42,12 @@ std::string outline(Loaded& loaded) {
     return text;
 }
 
-constexpr const char* kDrawing = R"(  0
-SECTION
-  2
-HEADER
-  9
-$ACADVER
-  1
-AC1015
-  9
-$EXTMIN
- 10
-0.0
- 20
--1.5
- 30
-0.0
-  9
-$DWGCODEPAGE
-  3
-ANSI_949
-  0
-ENDSEC
-  0
-SECTION
-  2
-ENTITIES
-  0
-LINE
-  8
-0
- 10
-1.0
-  0
-POLYLINE
-  8
-0
-  0
-VERTEX
-  8
-0
-  0
-SEQEND
-  0
-ENDSEC
-  0
-SECTION
-  2
-THUMBNAILIMAGE
- 90
-2
-310
-ABCD
-  0
-ENDSEC
-  0
-EOF
-)";
+constexpr const char* kDrawing =
+    "  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1015\n"
+    "  9\n$EXTMIN\n 10\n0.0\n 20\n-1.5\n 30\n0.0\n  9\n$DWGCODEPAGE\n  3\nANSI_949\n"
+    "  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\n0\n 10\n1.0\n"
+    "  0\nPOLYLINE\n  8\n0\n  0\nVERTEX\n  8\n0\n  0\nSEQEND\n  0\nENDSEC\n"
+    "  0\nSECTION\n  2\nTHUMBNAILIMAGE\n 90\n2\n310\nABCD\n  0\nENDSEC\n  0\nEOF\n";
 
 TEST(StructureLoader, GroupsSectionsIntoItemsStartingAtCodeZero) {
     Loaded loaded = load(kDrawing);
