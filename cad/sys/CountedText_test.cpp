@@ -74,59 +74,20 @@ TEST(CountedTextTest, TwentySixBytesAreWrittenAsFlagOneLength25) {
     }
 }
 
-// A list file: a raw count, then one counted text per entry.
-void writeList(const TestTempFolder& folder, const std::vector<std::string>& entries) {
+// Only a length of exactly 26 is protected by the flag: 282 (bytes 1A 01) ends the data in its
+// length field, and what was read before it is kept. (A count or a text holding 0x1A is the
+// text-mode reader's rule, pinned with the CRT file.)
+TEST(CountedTextTest, ALengthWhoseFirstByteIs0x1AEndsTheData) {
+    TestTempFolder folder;
     CrtFile out;
-    ASSERT_EQ(out.open(folder.file("UBList0.dat"), "w"), ErrorStatus::eOk);
-    EXPECT_TRUE(out.writeInt32(static_cast<std::int32_t>(entries.size())));
-    for (const auto& entry : entries) EXPECT_TRUE(writeCountedText(out, entry));
+    ASSERT_EQ(out.open(folder.file("t.dat"), "w"), ErrorStatus::eOk);
+    EXPECT_TRUE(writeCountedText(out, "first"));
+    EXPECT_TRUE(writeCountedText(out, std::string(282, 'q')));
     EXPECT_EQ(out.close(), ErrorStatus::eOk);
-}
-
-std::vector<std::string> readList(const TestTempFolder& folder) {
     CrtFile in;
-    EXPECT_EQ(in.open(folder.file("UBList0.dat"), "r"), ErrorStatus::eOk);
-    std::vector<std::string> entries;
-    std::int32_t count = 0;
-    if (!in.readInt32(count)) return entries;
-    for (std::int32_t i = 0; i < count; ++i) {
-        auto text = readCountedText(in, 64 * 1024);
-        if (!text) break;
-        entries.push_back(*text);
-    }
-    return entries;
-}
-
-TEST(CountedTextTest, ListWithCountAndLengthBytes0x0AReadsBackUnchanged) {
-    TestTempFolder folder;
-    std::vector<std::string> entries;
-    for (int i = 0; i < 10; ++i) entries.push_back("C:\\lib\\part" + std::to_string(i) + ".dwg");
-    entries[3] = "0123456789";                                    // length 10
-    entries[4] = std::string(0x0A0A, 'p');                        // both length bytes 0x0A
-    entries[5] = "line\nfeed\r\nand a CR\r" + "x"s;               // texts are bytes like any others
-    entries[6] = "\xB6\xF3\xC0\xCC\xBA\xEA\xB7\xAF\xB8\xAE.dwg";  // code page 949 bytes
-    writeList(folder, entries);
-
-    // The lengths' bytes on disk are pinned above; here the count's 0x0A gets its CR too.
-    EXPECT_EQ(folder.readBytes("UBList0.dat").substr(0, 5), "\r\n\0\0\0"s);
-    EXPECT_EQ(readList(folder), entries);
-}
-
-TEST(CountedTextTest, Byte0x1AEndsTheData) {
-    TestTempFolder folder;
-    // 26 entries: the count's first byte is 0x1A, so a text-mode reader sees an empty file.
-    writeList(folder, std::vector<std::string>(26, "C:\\a.dwg"));
-    EXPECT_EQ(folder.readBytes("UBList0.dat")[0], '\x1A');
-    EXPECT_TRUE(readList(folder).empty());
-
-    // Only a length of exactly 26 is protected: 282 (bytes 1A 01) ends the data in its
-    // length field, and the entries read before it are kept.
-    writeList(folder, {"first", std::string(282, 'q'), "never seen"});
-    EXPECT_EQ(readList(folder), std::vector<std::string>{"first"});
-
-    // A 0x1A inside a text cuts that text short and nothing after it is read.
-    writeList(folder, {"one", "tw\x1Ao", "three"});
-    EXPECT_EQ(readList(folder), std::vector<std::string>{"one"});
+    ASSERT_EQ(in.open(folder.file("t.dat"), "r"), ErrorStatus::eOk);
+    EXPECT_EQ(readCountedText(in, 1024), "first");
+    EXPECT_EQ(readCountedText(in, 1024), std::nullopt);
 }
 
 TEST(CountedTextTest, DamagedLengthsAreRefusedWithoutAllocating) {
