@@ -153,6 +153,11 @@ TEST_F(LibraryWindowSession, APartChosenInTheWindowIsPlacedByMouseSavedAndUndone
     insert->click();
     ASSERT_TRUE(waitFor([&] { return requests == 2 && !input_.isWaiting(); }))
         << "the drag asked " << requests << " times";
+    // The part heads the window's parts inserted last.
+    QAbstractItemView* recent = viewNamed(window, "최근 삽입");
+    ASSERT_EQ(recent->model()->rowCount(), 1);
+    EXPECT_THAT(recent->model()->index(0, 0).data().toString().toStdString(),
+                ::testing::HasSubstr("JIS 10K 80A"));
     const std::string placed = drawings_.file("placed.dxf");
     type("_SAVEAS\n" + placed + "\n");
     ASSERT_TRUE(waitFor([&] { return fs::exists(placed); }));
