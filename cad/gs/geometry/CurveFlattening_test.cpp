@@ -143,19 +143,12 @@ TEST(SplineFlattening, RationalQuadraticsStayOnTheirCircle) {
     // A quarter, and a whole circle of four quarters with double interior knots.
     const auto quarter = flattenSpline(
         *nurbs(2, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {0, 0, 0, 1, 1, 1}, {1, w, 1}), 1e-4);
-    const auto circle =
-        flattenSpline(*nurbs(2,
-                             {{1, 0, 0},
-                              {1, 1, 0},
-                              {0, 1, 0},
-                              {-1, 1, 0},
-                              {-1, 0, 0},
-                              {-1, -1, 0},
-                              {0, -1, 0},
-                              {1, -1, 0},
-                              {1, 0, 0}},
-                             {0, 0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 4}, {1, w, 1, w, 1, w, 1, w, 1}),
-                      1e-4);
+    const std::vector<ge::Point3d> corners{{1, 0, 0},  {1, 1, 0},  {0, 1, 0},
+                                           {-1, 1, 0}, {-1, 0, 0}, {-1, -1, 0},
+                                           {0, -1, 0}, {1, -1, 0}, {1, 0, 0}};
+    const auto circle = flattenSpline(
+        *nurbs(2, corners, {0, 0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 4}, {1, w, 1, w, 1, w, 1, w, 1}),
+        1e-4);
     for (const auto* points : {&quarter, &circle}) {
         ASSERT_GE(points->size(), 3u);
         for (std::size_t i = 0; i < points->size(); ++i) {

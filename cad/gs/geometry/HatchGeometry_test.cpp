@@ -192,85 +192,37 @@ TEST_P(BoundaryEdges, FlattenToTheirArea) {
     EXPECT_LT(nearest, 1e-2);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, BoundaryEdges,
-    ::testing::Values(
-        EdgeRow{"ccw_arc",
-                "91 1 92 1 93 2 72 1 10 -1 20 0 11 1 21 0 "
-                "72 2 10 0 20 0 40 1 50 0 51 180 73 1 97 0",
-                kPi / 2,
-                1e-4,
-                0,
-                1,
-                {0, 1}},
-        // Clockwise from 180 to 0 degrees over the top: stored as 360 - angle.
-        EdgeRow{"clockwise_arc",
-                "91 1 92 1 93 2 72 2 10 0 20 0 40 1 50 180 51 360 73 0 "
-                "72 1 10 1 20 0 11 -1 21 0 97 0",
-                kPi / 2,
-                1e-4,
-                0,
-                1,
-                {0, 1}},
-        EdgeRow{"edges_out_of_turn",
-                "91 1 92 1 93 2 72 1 10 1 20 0 11 -1 21 0 "
-                "72 2 10 0 20 0 40 1 50 0 51 180 73 1 97 0",
-                kPi / 2,
-                1e-4,
-                0,
-                1,
-                {0, 1}},
-        EdgeRow{"full_circle",
-                "91 1 92 1 93 1 72 2 10 0 20 0 40 1 50 0 51 360 73 1 97 0",
-                kPi,
-                1e-4,
-                -1,
-                1,
-                {-1, 0}},
-        EdgeRow{"ellipse",
-                "91 1 92 1 93 1 72 3 10 0 20 0 11 2 21 0 40 0.5 50 0 51 360 73 1 97 0",
-                2 * kPi,
-                1e-4,
-                -1,
-                1,
-                {-2, 0}},
-        // The stored ends are angles seen from the centre: 45 degrees meets the ellipse at
-        // (0.894, 0.894), not at the point of parameter 45 degrees.
-        EdgeRow{"ellipse_sector",
-                "91 1 92 1 93 3 72 3 10 0 20 0 11 2 21 0 40 0.5 50 0 51 45 73 1 "
-                "72 1 10 0.894427191 20 0.894427191 11 0 21 0 "
-                "72 1 10 0 20 0 11 2 21 0 97 0",
-                std::atan(2.0),
-                1e-4,
-                0,
-                0.894427191,
-                {0.894427191, 0.894427191}},
-        EdgeRow{"polyline_with_bulges",
-                "91 1 92 2 72 1 73 1 93 2 10 -1 20 0 42 1 10 1 20 0 42 1 97 0",
-                kPi,
-                1e-4,
-                -1,
-                1,
-                {0, 1}},
-        EdgeRow{"rational_spline_edge",
-                "91 1 92 1 93 3 72 4 94 2 73 1 74 0 95 6 96 3 40 0 40 0 40 0 40 1 40 1 40 1 "
-                "10 1 20 0 42 1 10 1 20 1 42 0.7071067811865476 10 0 20 1 42 1 "
-                "72 1 10 0 20 1 11 0 21 0 72 1 10 0 20 0 11 1 21 0 97 0",
-                kPi / 4,
-                1e-4,
-                0,
-                1,
-                {std::sqrt(0.5), std::sqrt(0.5)}},
-        // Symmetric about its middle fit point, and close to the parabola through the three.
-        EdgeRow{"fit_point_spline_edge",
-                "91 1 92 1 93 2 72 4 94 3 73 0 74 0 95 0 96 0 97 3 11 0 21 0 11 1 21 1 11 2 21 0 "
-                "72 1 10 2 20 0 11 0 21 0 97 0",
-                4.0 / 3.0,
-                0.03,
-                0,
-                1,
-                {1, 1}}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Rows, BoundaryEdges, ::testing::Values(
+    EdgeRow{"ccw_arc", "91 1 92 1 93 2 72 1 10 -1 20 0 11 1 21 0 "
+            "72 2 10 0 20 0 40 1 50 0 51 180 73 1 97 0", kPi / 2, 1e-4, 0, 1, {0, 1}},
+    // Clockwise from 180 to 0 degrees over the top: stored as 360 - angle.
+    EdgeRow{"clockwise_arc", "91 1 92 1 93 2 72 2 10 0 20 0 40 1 50 180 51 360 73 0 "
+            "72 1 10 1 20 0 11 -1 21 0 97 0", kPi / 2, 1e-4, 0, 1, {0, 1}},
+    EdgeRow{"edges_out_of_turn", "91 1 92 1 93 2 72 1 10 1 20 0 11 -1 21 0 "
+            "72 2 10 0 20 0 40 1 50 0 51 180 73 1 97 0", kPi / 2, 1e-4, 0, 1, {0, 1}},
+    EdgeRow{"full_circle", "91 1 92 1 93 1 72 2 10 0 20 0 40 1 50 0 51 360 73 1 97 0",
+            kPi, 1e-4, -1, 1, {-1, 0}},
+    EdgeRow{"ellipse", "91 1 92 1 93 1 72 3 10 0 20 0 11 2 21 0 40 0.5 50 0 51 360 73 1 97 0",
+            2 * kPi, 1e-4, -1, 1, {-2, 0}},
+    // The stored ends are angles seen from the centre: 45 degrees meets the ellipse at
+    // (0.894, 0.894), not at the point of parameter 45 degrees.
+    EdgeRow{"ellipse_sector", "91 1 92 1 93 3 72 3 10 0 20 0 11 2 21 0 40 0.5 50 0 51 45 73 1 "
+            "72 1 10 0.894427191 20 0.894427191 11 0 21 0 72 1 10 0 20 0 11 2 21 0 97 0",
+            std::atan(2.0), 1e-4, 0, 0.894427191, {0.894427191, 0.894427191}},
+    EdgeRow{"polyline_with_bulges", "91 1 92 2 72 1 73 1 93 2 10 -1 20 0 42 1 10 1 20 0 42 1 97 0",
+            kPi, 1e-4, -1, 1, {0, 1}},
+    EdgeRow{"rational_spline_edge",
+            "91 1 92 1 93 3 72 4 94 2 73 1 74 0 95 6 96 3 40 0 40 0 40 0 40 1 40 1 40 1 "
+            "10 1 20 0 42 1 10 1 20 1 42 0.7071067811865476 10 0 20 1 42 1 "
+            "72 1 10 0 20 1 11 0 21 0 72 1 10 0 20 0 11 1 21 0 97 0",
+            kPi / 4, 1e-4, 0, 1, {std::sqrt(0.5), std::sqrt(0.5)}},
+    // Symmetric about its middle fit point, and close to the parabola through the three.
+    EdgeRow{"fit_point_spline_edge",
+            "91 1 92 1 93 2 72 4 94 3 73 0 74 0 95 0 96 0 97 3 11 0 21 0 11 1 21 1 11 2 21 0 "
+            "72 1 10 2 20 0 11 0 21 0 97 0", 4.0 / 3.0, 0.03, 0, 1, {1, 1}}),
     rowName);
+// clang-format on
 
 TEST(HatchPlacement, ObjectCoordinatesAreTurnedIntoTheWorld) {
     db::Hatch hatch = hatchOf("91 1 " + square(0, 0, 1, 2) + "75 0 76 1 52 0 41 1 77 0 " + kAnsi31);
