@@ -51,27 +51,6 @@ TEST(ScriptedDialogs, FileDialogsTakePathListsAndCancelWhenEmpty) {
     EXPECT_TRUE(dialogs.calls(Kind::ChooseFolder)[1].cancelled);
 }
 
-TEST(ScriptedDialogs, AskTextAndProgressAreRecorded) {
-    ScriptedDialogs dialogs;
-    dialogs.pushText("새 관리창");
-    EXPECT_EQ(dialogs.askText("이름", "관리창 이름:", "기본"), "새 관리창");
-    EXPECT_EQ(dialogs.askText("이름", "관리창 이름:", ""), std::nullopt);
-    dialogs.progressShow();
-    dialogs.progressRange(0, 10);
-    dialogs.progressPosition(4);
-    dialogs.progressText("상태 : 읽는 중");
-    dialogs.progressHide();
-
-    const auto& calls = dialogs.calls();
-    ASSERT_EQ(calls.size(), 7u);
-    EXPECT_EQ(std::tuple(calls[0].text, calls[0].detail), std::tuple("관리창 이름:", "기본"));
-    EXPECT_TRUE(calls[1].cancelled);
-    EXPECT_EQ(std::tuple(calls[3].kind, calls[3].high), std::tuple(Kind::ProgressRange, 10));
-    EXPECT_EQ(calls[4].low, 4);
-    EXPECT_EQ(calls[5].text, "상태 : 읽는 중");
-    EXPECT_EQ(calls[6].kind, Kind::ProgressHide);
-}
-
 TEST(ScriptedDialogs, InstalledPortReplacesTheDefaultUntilReset) {
     ScriptedDialogs mine;
     UserDialogs* before = &userDialogs();
