@@ -39,44 +39,41 @@ struct DwgTag {
     std::string text;
 
     static DwgTag ofText(int code, std::string text) {
-        DwgTag tag;
-        tag.code = code;
+        DwgTag tag = of(code, Kind::Text);
         tag.text = std::move(text);
         return tag;
     }
     static DwgTag ofMarker(int code, const char* literal) {
-        DwgTag tag;
-        tag.code = code;
-        tag.kind = Kind::Marker;
+        DwgTag tag = of(code, Kind::Marker);
         tag.marker = literal;
         return tag;
     }
     static DwgTag ofInteger(int code, std::int64_t value) {
-        DwgTag tag;
-        tag.code = code;
-        tag.kind = Kind::Integer;
+        DwgTag tag = of(code, Kind::Integer);
         tag.integer = value;
         return tag;
     }
     static DwgTag ofReal(int code, double value) {
-        DwgTag tag;
-        tag.code = code;
-        tag.kind = Kind::Real;
+        DwgTag tag = of(code, Kind::Real);
         tag.real = value;
         return tag;
     }
     static DwgTag ofHandle(int code, std::uint64_t value) {
-        DwgTag tag;
-        tag.code = code;
-        tag.kind = Kind::Handle;
+        DwgTag tag = of(code, Kind::Handle);
         tag.handle = value;
         return tag;
     }
     static DwgTag ofName(int code, std::uint64_t record) {
+        DwgTag tag = of(code, Kind::Name);
+        tag.handle = record;
+        return tag;
+    }
+
+private:
+    static DwgTag of(int code, Kind kind) {
         DwgTag tag;
         tag.code = code;
-        tag.kind = Kind::Name;
-        tag.handle = record;
+        tag.kind = kind;
         return tag;
     }
 };
