@@ -166,5 +166,24 @@ TEST(DwgCrc, MatchesTheReferenceCheckValue) {
     EXPECT_NE(dwgCrc16("123456789", 0xC0C1), 0xBB3D);
 }
 
+TEST(DwgCrc, EightBytesAStepAgreeWithOneBitAtATime) {
+    // Every length around the eight-byte steps, every seed kind, bytes of every value.
+    const auto bitwise = [](std::string_view bytes, std::uint16_t crc) {
+        for (const char c : bytes) {
+            crc ^= static_cast<std::uint8_t>(c);
+            for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) ? (crc >> 1) ^ 0xA001 : crc >> 1;
+        }
+        return crc;
+    };
+    std::string bytes;
+    for (int i = 0; i < 40; ++i) bytes += static_cast<char>(i * 37 + 11);
+    for (std::size_t length = 0; length <= bytes.size(); ++length) {
+        for (const std::uint16_t seed : {0x0000, 0xC0C1, 0xFFFF}) {
+            const std::string_view part(bytes.data(), length);
+            EXPECT_EQ(dwgCrc16(part, seed), bitwise(part, seed)) << length << " " << seed;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace cad::db::dwg

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <initializer_list>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -225,27 +227,57 @@ std::string structuresOf(const std::string& text, const std::string& type) {
     return out;
 }
 
-TEST(DwgWriter, MultilinesKeepEveryVertexAndLineThroughBothVersions) {
-    // The engine keeps multilines as their tags; DWG stores their vertices with the direction
-    // of each segment and miter, and per line of the style its dash and fill parameters.
+// The values of the given codes in DXF text, in order, as "code value" lines.
+std::string valuesOf(const std::string& text, std::initializer_list<int> codes) {
+    std::string out;
+    std::size_t at = text.find('\n') + 1;
+    while (at < text.size()) {
+        const std::size_t codeEnd = text.find('\n', at);
+        const std::size_t valueEnd = std::min(text.find('\n', codeEnd + 1), text.size());
+        const int code = std::stoi(text.substr(at, codeEnd - at));
+        if (std::find(codes.begin(), codes.end(), code) != codes.end()) {
+            out += std::to_string(code) + " " + text.substr(codeEnd + 1, valueEnd - codeEnd - 1) + "\n";
+        }
+        at = valueEnd + 1;
+    }
+    return out;
+}
+
+TEST(DwgWriter, MultilinesAndWipeoutsKeepEveryFieldThroughBothVersions) {
+    // The engine keeps both as their tags. DWG stores a multiline's vertices with the
+    // directions of each segment and miter, and per line of its style the dash and fill
+    // parameters; a wipeout is an image of no picture, with its clip outline in pixels.
     Database source(false);
     ASSERT_EQ(source.readDwgFile(corpus("netdxf__sample.dxf"), sys::ShareMode::DenyNone),
               ErrorStatus::eOk);
-    const std::string before = structuresOf(entitiesOf(source), "MLINE");
-    ASSERT_NE(before.find("AcDbMline"), std::string::npos);
+    const std::string before = entitiesOf(source);
     for (const DwgVersion version : {DwgVersion::R2000, DwgVersion::R14}) {
         std::string bytes;
         std::vector<std::string> messages;
         ASSERT_EQ(DwgWriter::write(source, bytes, messages, version), ErrorStatus::eOk);
-        for (const std::string& message : messages) {
-            EXPECT_EQ(message.find("MLINE"), std::string::npos) << message;
-        }
         DwgTranslation translation;
         ASSERT_FALSE(DwgTranslator::translate(bytes, translation));
-        EXPECT_EQ(translation.read["MLINE"], 2);
         Database back(false);
         ASSERT_EQ(back.readDxfBytes(translation.dxf, "back.dxf"), ErrorStatus::eOk);
-        EXPECT_EQ(structuresOf(entitiesOf(back), "MLINE"), before);
+        const std::string after = entitiesOf(back);
+        for (const auto& [type, count] : {std::pair<std::string, int>{"MLINE", 2}, {"WIPEOUT", 1}}) {
+            for (const std::string& message : messages) {
+                EXPECT_EQ(message.find(" " + type + " "), std::string::npos) << message;
+            }
+            EXPECT_EQ(translation.read[type], count) << type;
+            ASSERT_NE(structuresOf(before, type), "") << type;
+            if (type == "MLINE") {
+                EXPECT_EQ(structuresOf(after, type), structuresOf(before, type));
+                continue;
+            }
+            // What DWG 2000 has of a wipeout: later files add proxy graphics and clip modes.
+            const std::initializer_list<int> kept{5,  10, 20, 30, 11, 21, 31,  12,  22,  32, 13,
+                                                  23, 70, 71, 91, 14, 24, 280, 281, 282, 283};
+            EXPECT_NE(valuesOf(structuresOf(before, type), kept).find("\n91 6\n14 -0.5\n"),
+                      std::string::npos);
+            EXPECT_EQ(valuesOf(structuresOf(after, type), kept),
+                      valuesOf(structuresOf(before, type), kept));
+        }
     }
 }
 
