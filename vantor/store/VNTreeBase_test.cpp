@@ -212,7 +212,6 @@ TEST_F(TreeBase, DamagedCacheIsRebuiltFromTheDrawing) {
         {"repeated id", [](Nodes n) { n[3].id = n[2].id; }},
         {"another drawing's path", [](Nodes n) { n[0].drawingPath = "/elsewhere.dxf"; }},
         {"second user root", [](Nodes n) { n[6].libraryKey = n[6].name = n[0].name; }},
-        {"count byte 0x1A", [](Nodes n) { n.resize(26, n.back()); }},
     };
     writeStandardLibrary();
     for (const auto& [name, damage] : rows) {
