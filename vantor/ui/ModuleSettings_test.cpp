@@ -109,8 +109,6 @@ INSTANTIATE_TEST_SUITE_P(
         LoadRow{"empty_label_keeps_default", kOnlyHeight, [](S s) { return s.labels[FieldLabels::Weight]; }, "중   량"},
         LoadRow{"missing_flag_is_0", kOnlyHeight, [](S s) { return number(s.ublView); }, "0"},
         LoadRow{"label_read_from_cp949", "[SETTING]\r\nLabel_KName=부품명\r\n", [](S s) { return s.labels[0]; }, "부품명"},
-        LoadRow{"label_cut_to_254", "[SETTING]\r\nLabel_User1=" + std::string(300, 'x') + "\r\n",
-                [](S s) { return s.labels[FieldLabels::User1]; }, std::string(254, 'x')},
         LoadRow{"missing_width_is_0", kOnlyDescription, [](S s) { return number(s.blockWidths[13]); }, "0"},
         LoadRow{"bare_description_key", kOnlyDescription, [](S s) { return number(s.blockWidths[14]); }, "333"},
         LoadRow{"record_width_key", "[COLUMNS]\r\nWidth2_User6=66\r\n", [](S s) { return number(s.recordWidths[12]); }, "66"},

@@ -152,15 +152,12 @@ TEST(DialogPathRepair, DropsIndexThreeOnlyAfterADoubledBackslashAtIndexOne) {
         EXPECT_EQ(DrawingRegistration::repairDialogPath(given), repaired) << given;
 }
 
-TEST_F(Registration, RemoveOptimiseRowsAndTheOpenQueue) {
+TEST_F(Registration, RemoveOptimiseAndTheOpenQueue) {
     const std::string a = drawing("a.dxf");
     registration.addPaths({a, "C:\\lib\\gone.dwg", "\\\\srv\\lib\\valve.dwg", drawing("b.dxf")});
+    // What the rows show is pinned with the dialog; here they are what the operations take.
     auto rows = DrawingListRow::rowsOf(list);
     ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[1].name + "|" + rows[1].drive + "|" + rows[1].dir, "gone.dwg|C:|\\lib\\");
-    EXPECT_EQ(rows[2].drive, "Network");
-    EXPECT_EQ(rows[0].image, DrawingListRow::kActiveImage);
-    EXPECT_EQ(rows[1].image, DrawingListRow::kInactiveImage);
 
     settings.openQueueBusy = true;
     EXPECT_FALSE(registration.queueForOpening({rows[0].entry}, settings));
