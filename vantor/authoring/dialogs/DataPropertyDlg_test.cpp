@@ -92,8 +92,6 @@ TEST_F(DataProperty, ABlankRequiredFieldIsRefusedOnTheGeneralPageWithItsEditSele
     } rows[] = {
         {"group of spaces", "   ", "육각볼트", "", 403,
          "빈문자열 에러: \"그 룹\"을(를) 반드시 입력하십시오. [error]"},
-        {"both empty: the group only", "", "", "", 403,
-         "빈문자열 에러: \"그 룹\"을(를) 반드시 입력하십시오. [error]"},
         {"Korean name empty, English set", "볼트", "", "Bolt", 438,
          "빈문자열 에러: \"부품명\"을(를) 반드시 입력하십시오. [error]"},
     };
@@ -121,21 +119,6 @@ TEST_F(DataProperty, ABlankRequiredFieldIsRefusedOnTheGeneralPageWithItsEditSele
         EXPECT_EQ(dialog.focusWidget(), focused);
         EXPECT_EQ(focused->selectedText(), focused->text());
     }
-
-    SCOPED_TRACE("a tab is content");
-    dialogs.clearCalls();
-    CDataPropertyDlg dialog(PartDataEntry{}, labels, dialogs);
-    PartRecord stored;
-    dialog.setStoreHandler([&](CDataPropertyDlg::StoreAction, const PartRecord& record) {
-        stored = record;
-        return true;
-    });
-    control<QLineEdit>(dialog, 403)->setText(QStringLiteral("\t"));
-    control<QLineEdit>(dialog, 438)->setText(QString::fromUtf8("와셔"));
-    control<QPushButton>(dialog, 1001)->click();
-    EXPECT_TRUE(dialogs.calls().empty());
-    EXPECT_EQ(stored.kname, "와셔");
-    EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
 
 TEST_F(DataProperty, AStoreThatFailsKeepsTheDialogOpenAndXEmptiesASlot) {
