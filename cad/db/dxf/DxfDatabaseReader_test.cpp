@@ -270,7 +270,6 @@ INSTANTIATE_TEST_SUITE_P(
                kIssueBadTableRecord}),
     [](const testing::TestParamInfo<Repair>& row) { return std::string(row.param.name); });
 
-// Text styles that load shape files have no name, and a drawing may have several of them.
 TEST(InlineDrawings, Utf8TextUnderAWesternCodePageIsReadAsUtf8) {
     const auto layerOfLine = [](const std::string& layerBytes) {
         std::string bytes = drawing(line("30", layerBytes));
@@ -287,6 +286,7 @@ TEST(InlineDrawings, Utf8TextUnderAWesternCodePageIsReadAsUtf8) {
     EXPECT_EQ(layerOfLine("caf\xE9"), "café") << "bytes that are no UTF-8 keep the declared page";
 }
 
+// Text styles that load shape files have no name, and a drawing may have several of them.
 TEST(InlineDrawings, NamelessShapeStylesAreAllKept) {
     std::string shapes = "0\nTABLE\n2\nSTYLE\n5\n7\n330\n0\n100\nAcDbSymbolTable\n70\n3\n";
     for (const char* handle : {"8", "9"}) {

@@ -62,16 +62,13 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<DoubleRow>& row) { return row.param.name; });
 
 TEST(TagWriter, DoublesReadBackBitIdentical) {
-    std::vector<double> values = {0.1,
-                                  -0.0,
-                                  1.0 / 3,
-                                  std::numeric_limits<double>::max(),
-                                  std::numeric_limits<double>::lowest(),
-                                  std::numeric_limits<double>::min(),
-                                  std::numeric_limits<double>::denorm_min(),
-                                  std::numeric_limits<double>::epsilon(),
-                                  123456789012345680.0,
-                                  std::nextafter(1.0, 2.0)};
+    // clang-format off
+    std::vector<double> values = {
+        0.1, -0.0, 1.0 / 3, std::numeric_limits<double>::max(),
+        std::numeric_limits<double>::lowest(), std::numeric_limits<double>::min(),
+        std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::epsilon(),
+        123456789012345680.0, std::nextafter(1.0, 2.0)};
+    // clang-format on
     std::mt19937_64 random(20240611);
     for (int i = 0; i < 2000; ++i) {
         const double value = std::bit_cast<double>(random());

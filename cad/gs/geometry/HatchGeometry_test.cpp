@@ -263,47 +263,33 @@ TEST_P(DamagedHatch, KeepsWhatItCanRead) {
 const std::string kSquare = square(0, 0, 1, 1);
 const std::string kHead = "75 0 76 1 52 0 41 1 77 0 ";
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DamagedHatch,
-    ::testing::Values(
-        DamagedRow{"intact", "91 1 " + kSquare + kHead + kAnsi31, 1, true},
-        DamagedRow{"no_tags", "", 0, false},
-        DamagedRow{"truncated_path", "91 1 92 2 72 0 73 1 93 4 10 0 20 0 10 1", 0, false},
-        DamagedRow{"second_path_unknown_edge",
-                   "91 2 " + kSquare + "92 1 93 1 72 9 10 0 20 0 " + kHead + kAnsi31, 1, true},
-        DamagedRow{"path_count_huge", "91 2000000000 " + kSquare + kHead + kAnsi31, 1, true},
-        DamagedRow{"path_count_text", "91 many " + kSquare + kHead + kAnsi31, 0, false},
-        DamagedRow{"source_count_beyond_tags",
-                   "91 1 92 2 72 0 73 1 93 3 10 0 20 0 10 1 20 0 10 1 "
-                   "20 1 97 5 330 1F",
-                   0, false},
-        DamagedRow{"arc_radius_negative",
-                   "91 1 92 1 93 2 72 2 10 0 20 0 40 -1 50 0 51 90 73 1 "
-                   "72 1 10 0 20 0 11 1 21 1 97 0 " +
-                       kHead + kAnsi31,
-                   1, false},
-        DamagedRow{"spline_edge_degree_99",
-                   "91 1 92 1 93 1 72 4 94 99 73 0 74 0 95 2 96 3 40 0 40 1 10 0 20 0 10 1 20 0 "
-                   "10 1 20 1 97 0 " +
-                       kHead + kAnsi31,
-                   1, true},
-        DamagedRow{"offset_zero", "91 1 " + kSquare + kHead + "78 1 53 45 43 0 44 0 45 0 46 0 79 0",
-                   1, false},
-        DamagedRow{"offset_along_the_line",
-                   "91 1 " + kSquare + kHead + "78 1 53 0 43 0 44 0 45 0.5 46 0 79 0", 1, false},
-        DamagedRow{"scale_zero", "91 1 " + kSquare + "75 0 76 1 52 0 41 0 77 0 " + kAnsi31, 1,
-                   false},
-        DamagedRow{"pattern_lines_missing",
-                   "91 1 " + kSquare + kHead +
-                       "78 2 53 0 43 0 44 0 45 0 "
-                       "46 1 79 0",
-                   1, false},
-        DamagedRow{"dash_count_huge",
-                   "91 1 " + kSquare + kHead +
-                       "78 1 53 0 43 0 44 0 45 0 46 1 "
-                       "79 99999999 49 1",
-                   1, false}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Rows, DamagedHatch, ::testing::Values(
+    DamagedRow{"intact", "91 1 " + kSquare + kHead + kAnsi31, 1, true},
+    DamagedRow{"no_tags", "", 0, false},
+    DamagedRow{"truncated_path", "91 1 92 2 72 0 73 1 93 4 10 0 20 0 10 1", 0, false},
+    DamagedRow{"second_path_unknown_edge",
+               "91 2 " + kSquare + "92 1 93 1 72 9 10 0 20 0 " + kHead + kAnsi31, 1, true},
+    DamagedRow{"path_count_huge", "91 2000000000 " + kSquare + kHead + kAnsi31, 1, true},
+    DamagedRow{"path_count_text", "91 many " + kSquare + kHead + kAnsi31, 0, false},
+    DamagedRow{"source_count_beyond_tags",
+               "91 1 92 2 72 0 73 1 93 3 10 0 20 0 10 1 20 0 10 1 20 1 97 5 330 1F", 0, false},
+    DamagedRow{"arc_radius_negative", "91 1 92 1 93 2 72 2 10 0 20 0 40 -1 50 0 51 90 73 1 "
+               "72 1 10 0 20 0 11 1 21 1 97 0 " + kHead + kAnsi31, 1, false},
+    DamagedRow{"spline_edge_degree_99", "91 1 92 1 93 1 72 4 94 99 73 0 74 0 95 2 96 3 40 0 40 1 "
+               "10 0 20 0 10 1 20 0 10 1 20 1 97 0 " + kHead + kAnsi31, 1, true},
+    DamagedRow{"offset_zero", "91 1 " + kSquare + kHead + "78 1 53 45 43 0 44 0 45 0 46 0 79 0",
+               1, false},
+    DamagedRow{"offset_along_the_line",
+               "91 1 " + kSquare + kHead + "78 1 53 0 43 0 44 0 45 0.5 46 0 79 0", 1, false},
+    DamagedRow{"scale_zero", "91 1 " + kSquare + "75 0 76 1 52 0 41 0 77 0 " + kAnsi31, 1, false},
+    DamagedRow{"pattern_lines_missing",
+               "91 1 " + kSquare + kHead + "78 2 53 0 43 0 44 0 45 0 46 1 79 0", 1, false},
+    DamagedRow{"dash_count_huge",
+               "91 1 " + kSquare + kHead + "78 1 53 0 43 0 44 0 45 0 46 1 79 99999999 49 1", 1,
+               false}),
     rowName);
+// clang-format on
 
 // Hatches another program wrote: every one gives finite loops that enclose an area.
 TEST(HatchFromFile, EveryHatchOfTheSampleHasItsLoops) {
