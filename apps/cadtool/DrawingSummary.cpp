@@ -1,5 +1,4 @@
-// Counting a drawing's contents. Objects are looked at in place (the summary changes nothing
-// and a damaged drawing may have objects that would not open).
+// Counting a drawing's contents: every object opened for reading, one at a time.
 #include "apps/cadtool/DrawingSummary.h"
 
 #include <algorithm>
@@ -8,7 +7,7 @@
 #include "cad/db/BlockEnd.h"
 #include "cad/db/Database.h"
 #include "cad/db/Dictionary.h"
-#include "cad/db/ObjectSlot.h"
+#include "cad/db/ObjectPtr.h"
 #include "cad/db/SequenceEnd.h"
 #include "cad/db/SymbolTable.h"
 #include "cad/db/SymbolTableRecord.h"
@@ -23,8 +22,9 @@ DrawingSummary DrawingSummary::of(const Database& db) {
     summary.version = std::string(acadVer(db.originalFileVersion()));
     summary.codePage = std::string(cad::sys::dxfCodePageName(db.codePage()));
     for (const ObjectId id : db.objectIds()) {
-        if (id.isErased()) continue;
-        const DbObject* object = id.slot()->object.get();
+        const auto opened = open<DbObject>(id, OpenMode::ForRead);
+        if (!opened) continue;  // erased
+        const DbObject* object = opened.get();
         const std::string type(object->dxfName());
         if (dynamic_cast<const Entity*>(object) != nullptr) {
             // The markers that frame a block or close a run of sub-entities are structure,
@@ -39,12 +39,9 @@ DrawingSummary DrawingSummary::of(const Database& db) {
             ++summary.objects[type];
         }
     }
-    const ObjectId root = db.namedObjectsDictionaryId();
-    if (root.isLive()) {
-        if (const auto* dictionary = dynamic_cast<const Dictionary*>(root.slot()->object.get())) {
-            for (const Dictionary::Entry& entry : dictionary->entries())
-                summary.namedObjects.push_back(entry.key);
-        }
+    if (const auto dictionary = open<Dictionary>(db.namedObjectsDictionaryId(), OpenMode::ForRead)) {
+        for (const Dictionary::Entry& entry : dictionary->entries())
+            summary.namedObjects.push_back(entry.key);
     }
     std::sort(summary.namedObjects.begin(), summary.namedObjects.end());
     return summary;

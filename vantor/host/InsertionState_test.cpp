@@ -1,5 +1,5 @@
 // UBLI's insert-mode rule and the per-document states it reads.
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 
 #include <gtest/gtest.h>
 

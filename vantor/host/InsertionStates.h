@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 
 namespace cad::app {
 class Document;

@@ -9,7 +9,7 @@
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
 #include "cad/ed/Editor.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/placement/InsertionJig.h"
 #include "vantor/placement/LinetypeFile.h"
 #include "vantor/placement/PartPlacement.h"

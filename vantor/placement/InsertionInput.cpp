@@ -10,7 +10,7 @@
 #include "cad/db/SymbolTable.h"
 #include "cad/ed/Editor.h"
 #include "cad/ed/ResultCodes.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/placement/Insertion.h"
 #include "vantor/ui/ModuleSettings.h"
 

@@ -9,7 +9,7 @@
 #include "cad/app/ScriptedDialogs.h"
 #include "cad/ed/Editor.h"
 #include "cad/ed/ScriptInputSource.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/placement/PlacementTestDrawing.h"
 #include "vantor/ui/ModuleSettings.h"
 #include "vantor/ui/TestDialogs.h"

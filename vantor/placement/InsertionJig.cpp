@@ -5,7 +5,7 @@
 #include "cad/db/Group.h"
 #include "cad/db/ObjectPtr.h"
 #include "cad/ge/Tolerance.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/placement/DrawingOptions.h"
 #include "vantor/placement/InsertionFilter.h"
 

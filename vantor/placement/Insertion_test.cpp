@@ -20,7 +20,7 @@
 #include "cad/ed/Editor.h"
 #include "cad/ed/ScriptInputSource.h"
 #include "cad/sys/TestTempFolder.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/placement/BomMark.h"
 #include "vantor/placement/InsertionFilter.h"
 #include "vantor/placement/PartPlacement.h"

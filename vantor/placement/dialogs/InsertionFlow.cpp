@@ -15,7 +15,7 @@
 #include "cad/db/ObjectPtr.h"
 #include "cad/ed/Editor.h"
 #include "vantor/host/CommandGuard.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
 #include "vantor/placement/Insertion.h"
 #include "vantor/placement/PartLink.h"

@@ -9,7 +9,7 @@
 #include <QTest>
 
 #include "cad/app/Application.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
 #include "vantor/placement/dialogs/PlacementDialogsTest.h"
 #include "vantor/placement/dialogs/UserBlockDlg.h"

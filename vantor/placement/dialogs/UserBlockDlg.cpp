@@ -17,7 +17,7 @@
 
 #include "cad/app/UserDialogs.h"
 #include "cad/db/Database.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/host/VantorApp.h"
 #include "vantor/placement/DrawingOptions.h"
 #include "vantor/placement/Insertion.h"

@@ -6,7 +6,7 @@
 #include "cad/app/DocumentManager.h"
 #include "vantor/authoring/dialogs/PartDataFlow.h"
 #include "vantor/host/CommandGuard.h"
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 #include "vantor/host/InsertionStates.h"
 #include "vantor/placement/dialogs/InsertionFlow.h"
 #include "vantor/placement/dialogs/PreviewSubDlg.h"

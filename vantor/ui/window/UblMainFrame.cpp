@@ -32,7 +32,6 @@
 #include "vantor/ui/explorer/ShellTreeViewEx.h"
 #include "vantor/ui/models/BlockIconWorker.h"
 #include "vantor/ui/models/BlockListModel.h"
-#include "vantor/ui/models/BlockPreview.h"
 #include "vantor/ui/models/CategoryTreeModel.h"
 #include "vantor/ui/models/DrawingTreeModel.h"
 #include "vantor/ui/models/ModelText.h"

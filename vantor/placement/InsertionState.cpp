@@ -1,5 +1,5 @@
 // The insert-mode rule of the insertion command.
-#include "vantor/host/InsertionState.h"
+#include "vantor/placement/InsertionState.h"
 
 namespace vantor {
 
