@@ -14,6 +14,7 @@
 #include "vantor/store/ListBase.h"
 #include "vantor/ui/models/BlockIconWorker.h"
 #include "vantor/ui/models/BlockPreview.h"
+#include "bench/QtBenchmarkMain.h"
 
 namespace {
 
@@ -112,11 +113,4 @@ BENCHMARK(BM_IconThroughTheWorker)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runQtBenchmarks<QGuiApplication>(argc, argv); }

@@ -25,6 +25,7 @@
 #include "cad/gs/EntityPicker.h"
 #include "cad/gs/ObjectSnap.h"
 #include "cad/gs/SceneRenderer.h"
+#include "bench/QtBenchmarkMain.h"
 
 namespace {
 
@@ -189,11 +190,4 @@ BENCHMARK(BM_PickAndSnap)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runQtBenchmarks<QGuiApplication>(argc, argv); }

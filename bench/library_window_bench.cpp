@@ -29,6 +29,7 @@
 #include "vantor/ui/window/ListViewEx.h"
 #include "vantor/ui/window/UblPreviewView.h"
 #include "vantor/ui/window/VNTreeViewEx.h"
+#include "bench/QtBenchmarkMain.h"
 
 namespace {
 
@@ -197,11 +198,4 @@ BENCHMARK(BM_SwitchTo1000Drawings)->Unit(benchmark::kMillisecond)->Iterations(5)
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+int main(int argc, char** argv) { return runQtBenchmarks<QApplication>(argc, argv); }
